@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hid/hid_backend.h"
+#include "hid/virtual_qx9_memory.h"
+
+namespace qx9 {
+
+// A QX9 configuration interface that lives in the process. It takes the same feature reports
+// as the keyboard, answers each acknowledgement read with the last command report it took
+// (byte 3 = 0x00, or 0xFF while told to be busy), and keeps what the transactions carried in
+// its memory. Faults can be injected for tests: busy reads, a failing set, vanishing.
+//
+// The keyboard follows the transaction: a header (0x11, 0x27, 0x13, 0x15, 0x17, 0x23) announces
+// byte 8 data reports; the reports that follow are data until that many have arrived. A block
+// that is cut short (a report lost, then the next command report) is dropped. A command report
+// is taken when the next read acknowledges it; a busy answer drops it, as the keyboard does.
+class VirtualQX9 final : public HidBackend {
+public:
+    static constexpr std::int64_t kVendorId = 0x05AC;
+    static constexpr std::int64_t kProductId = 0x024F;
+
+    explicit VirtualQX9(std::string identity = {});
+
+    // HidBackend
+    std::string identity() const override { return identity_; }
+    std::int64_t productId() const override { return kProductId; }
+    bool open() override;
+    void close() override { open_ = false; }
+    bool isOpen() const override { return open_; }
+    bool setFeatureReport(std::uint8_t reportId, const std::uint8_t* data, std::size_t length) override;
+    bool getFeatureReport(std::uint8_t reportId, std::uint8_t* data, std::size_t& length) override;
+    std::string lastError() const override { return lastError_; }
+
+    // Faults.
+    void setBusyReads(int count) { busyReads_ = count; }  // the next `count` reads answer busy
+    void failSetAt(int k) { failSetAt_ = k; setsSinceArmed_ = 0; }  // the k-th set from now fails
+    void vanish() { vanished_ = true; }  // every call fails from now on
+    void reappear() { vanished_ = false; }
+    bool vanished() const { return vanished_; }
+
+    // Memory (any command report still waiting for its acknowledgement is taken first).
+    const VirtualQX9Memory& memory();
+    void setMemory(VirtualQX9Memory memory);
+    bool saveState(const std::string& path, std::string& error);
+    bool loadState(const std::string& path, std::string& error);
+
+    std::uint64_t setCount() const { return setCount_; }
+    std::uint64_t getCount() const { return getCount_; }
+
+private:
+    using Report = std::vector<std::uint8_t>;
+    void takePendingCommand();
+    void takeCommand(const Report& report);
+    void takeData(const Report& report);
+    void applyBlock();
+    static bool looksLikeFrameCommand(const Report& report);
+
+    std::string identity_;
+    bool open_ = false;
+    bool vanished_ = false;
+    int busyReads_ = 0;
+    int failSetAt_ = 0;
+    int setsSinceArmed_ = 0;
+    std::string lastError_;
+    std::uint64_t setCount_ = 0;
+    std::uint64_t getCount_ = 0;
+
+    std::optional<Report> pendingCommand_;
+    Report lastCommand_ = Report(64, 0);
+    std::uint8_t blockCode_ = 0;
+    int expectedReports_ = 0;
+    Report blockData_;
+
+    VirtualQX9Memory memory_;
+};
+
+}  // namespace qx9

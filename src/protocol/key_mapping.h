@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "hid/device_comm.h"
+#include "store/records.h"
+
+namespace qx9::protocol {
+
+inline constexpr std::size_t kKeyMappingBlockSize = 780;  // of which 576 bytes are sent
+inline constexpr int kKeyMappingReports = 9;
+
+using KeyMappingBlock = std::array<std::uint8_t, kKeyMappingBlockSize>;
+
+// What a key-mapping download reads: the stored assignments of one profile and layer, in the
+// store's order, and the macro headers in list order (a macro binding carries the macro's
+// position). With no store both are empty and every key gets its own function back.
+struct KeyMappingInput {
+    std::vector<ProfileKey> keys;
+    std::vector<MacroInfo> macros;
+};
+
+// A modifier code 224–231 as its bit 1 << (code − 224); other codes as they are. Codes
+// outside a byte stop the program.
+std::uint8_t modifierConversion(std::int64_t code);
+
+// The consumer usage of an application code 500–517 (0 for any other code).
+std::uint16_t consumerUsage(std::int64_t code);
+
+// The 4-byte record of one assignment, as the key's slot carries it.
+std::array<std::uint8_t, 4> encodeKeyRecord(const ProfileKey& key,
+                                            const std::vector<MacroInfo>& macros);
+
+// The whole table: each record at 4 × the key's "key_index" in the code map in force (a later
+// record for the same key wins), trailer at 574–575.
+KeyMappingBlock buildKeyMappingBlock(const KeyMappingInput& input);
+
+// Open, header (0x11 for the base layer, 0x27 for any other), nine data reports, end; no
+// close. Both the main controller and the custom key dialog send this same transaction.
+void SendKeyMacroData(DeviceComm* comm, std::int64_t fnlayer, const KeyMappingInput& input);
+void setKeyMacroData(DeviceComm* comm, std::int64_t fnlayerId, const KeyMappingInput& input);
+
+}  // namespace qx9::protocol

@@ -1,0 +1,146 @@
+#include "protocol/macro_download.h"
+
+#include <optional>
+#include <string>
+
+#include "common/bytes.h"
+#include "common/fatal.h"
+#include "protocol/command_frame.h"
+
+namespace qx9::protocol {
+
+namespace {
+
+// Button bits of the stored mouse buttons 1 left, 2 middle, 3 right.
+int mouseButtonBit(std::int64_t value) {
+    switch (value) {
+        case 1: return 0x01;
+        case 2: return 0x04;
+        case 3: return 0x02;
+        default: return -1;
+    }
+}
+
+class BlockWriter {
+public:
+    explicit BlockWriter(std::vector<std::uint8_t>& bytes) : bytes_(bytes) {}
+    void put(std::size_t offset, std::uint8_t b0, std::uint8_t b1, std::uint8_t b2, std::uint8_t b3) {
+        if (!check(offset + 4)) return;
+        bytes_[offset] = b0;
+        bytes_[offset + 1] = b1;
+        bytes_[offset + 2] = b2;
+        bytes_[offset + 3] = b3;
+    }
+    void put16(std::size_t offset, std::size_t value) {
+        if (!check(offset + 2)) return;
+        bytes_[offset] = static_cast<std::uint8_t>(value & 0xFF);
+        bytes_[offset + 1] = static_cast<std::uint8_t>((value >> 8) & 0xFF);
+    }
+
+    bool overflowed() const { return overflowed_; }
+
+private:
+    bool check(std::size_t end) {
+        if (end > bytes_.size()) overflowed_ = true;
+        return !overflowed_;
+    }
+    std::vector<std::uint8_t>& bytes_;
+    bool overflowed_ = false;
+};
+
+}  // namespace
+
+bool macrosFitKeyboard(std::int64_t storedEventCount, std::int64_t listedMacroCount) {
+    return 4 * storedEventCount + 8 * listedMacroCount <= kMacroCapacity;
+}
+
+std::optional<MacroBlock> tryBuildMacroBlock(const std::vector<MacroWithEvents>& macros) {
+    MacroBlock block;
+    block.bytes.assign(kMacroBlockSize, 0);
+    BlockWriter out(block.bytes);
+    std::size_t o = kMacroBodiesStart;
+
+    for (std::size_t k = 0; k < macros.size(); ++k) {
+        const auto& events = macros[k].events;
+        if (events.empty()) {
+            out.put(4 * k, 0xFF, 0xFF, 0xFF, 0xFF);
+            continue;
+        }
+        out.put16(4 * k, o);
+        std::size_t e = 0;
+        bool previousWasDelay = false;
+        for (const RecordInfo& ev : events) {
+            const auto entry = [&] { return o + 8 + 4 * e; };
+            if (ev.recordType == kRecordDelay) {
+                const auto ms = static_cast<std::uint64_t>(ev.recordValue);
+                out.put(entry(), static_cast<std::uint8_t>(ms & 0xFF),
+                        static_cast<std::uint8_t>((ms >> 8) & 0xFF), 0, 0x50);
+                previousWasDelay = true;
+            } else {
+                if (e > 0 && !previousWasDelay) {
+                    out.put(entry(), 10, 0, 0, 0x50);  // the pause between two events
+                    ++e;
+                }
+                switch (ev.recordType) {
+                    case kRecordKeyDown:
+                        out.put(entry(), 0, 0, checkedByte(ev.recordValue, "macro key code"), 0xB0);
+                        break;
+                    case kRecordKeyUp:
+                        out.put(entry(), 0, 0, checkedByte(ev.recordValue, "macro key code"), 0x30);
+                        break;
+                    case kRecordMouseDown:
+                    case kRecordMouseUp:
+                        if (const int bit = mouseButtonBit(ev.recordValue); bit >= 0) {
+                            out.put(entry(), 0, 0, static_cast<std::uint8_t>(bit),
+                                    ev.recordType == kRecordMouseDown ? 0x90 : 0x10);
+                        }
+                        break;
+                    default:
+                        break;  // takes its position, leaving four zero bytes
+                }
+                previousWasDelay = false;
+            }
+            ++e;
+        }
+        out.put16(o, e);
+        o += 8 + 4 * e;
+    }
+
+    block.usedLength = o;
+    const std::size_t n = o % 64 == 0 ? o / 64 + 1 : o / 64 + 2;
+    if (out.overflowed() || n > 255 || 64 * n > kMacroBlockSize) return std::nullopt;
+    block.reports = static_cast<int>(n);
+    block.bytes[64 * n - 2] = kTrailer0;
+    block.bytes[64 * n - 1] = kTrailer1;
+    return block;
+}
+
+MacroBlock buildMacroBlock(const std::vector<MacroWithEvents>& macros) {
+    auto block = tryBuildMacroBlock(macros);
+    if (!block) fatalError("the macros do not fit the macro block");
+    return std::move(*block);
+}
+
+void SaveMacroToKeyboard(DeviceComm* comm, const MacroDownloadInput* input) {
+    if (!input) fatalError("macros sent without a database");
+    if (!macrosFitKeyboard(input->storedEventCount, input->listedMacroCount)) return;
+    // The inserted pauses are not counted by the capacity check, so a long macro without
+    // delays can pass it and still not fit the block: that is over capacity too, and the
+    // block is laid out before the transaction opens so that nothing at all is sent.
+    const std::optional<MacroBlock> built = tryBuildMacroBlock(input->macros);
+    if (!built) return;
+    const MacroBlock& block = *built;
+
+    CommandFrame frame(comm);
+    frame.send(kOpenMacro);
+    frame.send(kMacroHeader, static_cast<std::uint8_t>(block.reports));
+    if (comm) {
+        comm->pause(kReportPause);
+        sendDataBlock(comm, std::span(block.bytes).first(64 * static_cast<std::size_t>(block.reports)),
+                      block.reports);
+        comm->pause(kReportPause);
+    }
+    frame.send(kEnd, 0);
+}
+
+}  // namespace qx9::protocol

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "hid/device_comm.h"
+
+namespace qx9::protocol {
+
+// The four switches of the settings page at the moment of sending.
+struct SystemSwitches {
+    bool gameMode = false;
+    bool blockAltTab = false;
+    bool blockAltF4 = false;
+    bool lockWin = false;
+};
+
+// The two stored texts of profile 1 that the record carries.
+struct SystemStoredValues {
+    std::string fnfunction;  // "0" default key, "1" Fn key
+    std::string sleeplight;  // index 0–3 of the backlight sleep time
+};
+
+// The system-function data report: switches at 1–4, Fn function at 5, sleep time at 6,
+// trailer at 62–63. Empty texts count as 0; a text that is not a decimal integer or a value
+// outside a byte stops the program.
+std::array<std::uint8_t, 65> buildSystemFunctionReport(const SystemSwitches& switches,
+                                                       const SystemStoredValues& stored);
+
+// Open, header 0x17 (byte 2 = 1), the raw data report, end (still carrying byte 2 = 1); no
+// close. `stored` is null when there is no database, which is a programming error: the
+// program stops after the header, where the values would be read.
+void SendSystemFunctionData(DeviceComm* comm, const SystemSwitches& switches,
+                            const SystemStoredValues* stored);
+
+}  // namespace qx9::protocol

@@ -1,0 +1,24 @@
+#include "store/config_value.h"
+
+#include <charconv>
+#include <string>
+
+#include "common/fatal.h"
+
+namespace qx9 {
+
+std::int64_t parseConfigInteger(std::string_view text, std::string_view key) {
+    if (text.empty()) return 0;
+    std::string_view digits = text;
+    if (digits.front() == '+') digits.remove_prefix(1);
+    std::int64_t value = 0;
+    const char* end = digits.data() + digits.size();
+    auto [ptr, ec] = std::from_chars(digits.data(), end, value);
+    if (digits.empty() || ec != std::errc() || ptr != end) {
+        fatalError("configuration value \"" + std::string(key) + "\" is not a decimal integer: \"" +
+                   std::string(text) + "\"");
+    }
+    return value;
+}
+
+}  // namespace qx9

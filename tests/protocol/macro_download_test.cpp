@@ -1,0 +1,192 @@
+// Macro download: directory, bodies, inserted pauses, report count, capacity.
+#include <gtest/gtest.h>
+
+#include "protocol/macro_download.h"
+#include "support/wire_fixture.h"
+
+namespace qx9::test {
+namespace {
+
+using protocol::buildMacroBlock;
+using protocol::MacroDownloadInput;
+using protocol::MacroWithEvents;
+using protocol::SaveMacroToKeyboard;
+
+RecordInfo ev(std::int64_t type, std::int64_t value) {
+    RecordInfo r;
+    r.recordType = type;
+    r.recordValue = value;
+    return r;
+}
+RecordInfo down(int code) { return ev(kRecordKeyDown, code); }
+RecordInfo up(int code) { return ev(kRecordKeyUp, code); }
+RecordInfo delay(int ms) { return ev(kRecordDelay, ms); }
+
+MacroWithEvents macro(std::vector<RecordInfo> events) { return {MacroInfo{}, std::move(events)}; }
+
+MacroDownloadInput inputOf(std::vector<MacroWithEvents> macros) {
+    MacroDownloadInput in;
+    for (const auto& m : macros) in.storedEventCount += static_cast<std::int64_t>(m.events.size());
+    in.listedMacroCount = static_cast<std::int64_t>(macros.size());
+    in.macros = std::move(macros);
+    return in;
+}
+
+// Puts hex bytes at an offset of an expected block.
+void at(Bytes& block, std::size_t offset, const char* hex) {
+    Bytes b;
+    ASSERT_TRUE(parseHexBytes(hex, b));
+    std::copy(b.begin(), b.end(), block.begin() + static_cast<std::ptrdiff_t>(offset));
+}
+
+struct BlockCase {
+    const char* name;
+    std::vector<MacroWithEvents> macros;
+    int reports;
+    std::vector<std::pair<std::size_t, const char*>> bytes;  // every non-zero byte but the trailer
+};
+
+const BlockCase kBlocks[] = {
+    {"NoMacros", {}, 8, {}},
+    {"OnlyEmptyMacros", {macro({}), macro({})}, 8, {{0, "FF FF FF FF FF FF FF FF"}}},
+    {"KeyDownUpGetsAPause",
+     {macro({down(4), up(4)})},
+     8,
+     {{0, "90 01"}, {400, "03"}, {408, "00 00 04 B0 0A 00 00 50 00 00 04 30"}}},
+    {"DelayReplacesThePause",
+     {macro({down(4), delay(100), up(4)})},
+     8,
+     {{0, "90 01"}, {400, "03"}, {408, "00 00 04 B0 64 00 00 50 00 00 04 30"}}},
+    {"NoPauseBeforeTheFirstOrAfterTheLast",
+     {macro({delay(1000), down(5), delay(300)})},
+     8,
+     {{0, "90 01"}, {400, "03"}, {408, "E8 03 00 50 00 00 05 B0 2C 01 00 50"}}},
+    {"EmptyMacroBetweenTwo",
+     {macro({down(4), up(4)}), macro({}), macro({down(5)})},
+     8,
+     {{0, "90 01 00 00 FF FF FF FF A4 01"},
+      {400, "03"},
+      {408, "00 00 04 B0 0A 00 00 50 00 00 04 30"},
+      {420, "01"},
+      {428, "00 00 05 B0"}}},
+    {"MouseButtonsAndUnknownEvents",
+     {macro({ev(kRecordMouseDown, 1), ev(kRecordMouseUp, 2), ev(kRecordMouseDown, 3),
+             ev(kRecordMouseUp, 4), ev(9, 4)})},
+     8,
+     // left 1, middle 4, right 2; a button 4 and an event of type 9 take positions, zero bytes
+     {{0, "90 01"},
+      {400, "09"},
+      {408, "00 00 01 90 0A 00 00 50 00 00 04 10 0A 00 00 50 00 00 02 90 0A 00 00 50 00 00 00 00 "
+            "0A 00 00 50 00 00 00 00"}}},
+};
+
+class MacroBlockLayout : public ::testing::TestWithParam<BlockCase> {};
+
+TEST_P(MacroBlockLayout, Bytes) {
+    const BlockCase& c = GetParam();
+    const auto block = buildMacroBlock(c.macros);
+    Bytes expected(protocol::kMacroBlockSize, 0);
+    for (const auto& [offset, hex] : c.bytes) at(expected, offset, hex);
+    expected[64 * c.reports - 2] = 0xAA;
+    expected[64 * c.reports - 1] = 0x55;
+    EXPECT_EQ(block.reports, c.reports);
+    EXPECT_EQ(block.bytes, expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Macros, MacroBlockLayout, ::testing::ValuesIn(kBlocks),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(MacroBlockReportCount, UsedLengthOnAReportBoundaryAddsAWholeReport) {
+    struct Case {
+        int pairs;  // (down, delay) pairs: 2 entries each
+        std::size_t length;
+        int reports;
+    };
+    // L = 408 + 8 × pairs.
+    for (const Case c : {Case{13, 512, 9}, Case{12, 504, 9}, Case{14, 520, 10}, Case{5, 448, 8}}) {
+        SCOPED_TRACE(c.pairs);
+        std::vector<RecordInfo> events;
+        for (int i = 0; i < c.pairs; ++i) {
+            events.push_back(down(4));
+            events.push_back(delay(5));
+        }
+        const auto block = buildMacroBlock({macro(events)});
+        EXPECT_EQ(block.usedLength, c.length);
+        EXPECT_EQ(block.reports, c.reports);
+        EXPECT_EQ(block.bytes[64 * c.reports - 2], 0xAA);
+        EXPECT_EQ(block.bytes[64 * c.reports - 1], 0x55);
+    }
+}
+
+TEST_F(WireFixture, MacroTransactionOpensWith19AndSendsTheBlock) {
+    const auto input = inputOf({macro({down(4), up(4)})});
+    SaveMacroToKeyboard(comm_.get(), &input);
+    Bytes block(512, 0);
+    at(block, 0, "90 01");
+    at(block, 400, "03 00 00 00 00 00 00 00 00 00 04 B0 0A 00 00 50 00 00 04 30");
+    block[510] = 0xAA;
+    block[511] = 0x55;
+    EXPECT_TRUE(wireMatches(recorder_->events, {
+                                                   Step::command("04 19"),
+                                                   Step::command("04 15 00 00 00 00 00 00 08"),
+                                                   Step::pause(),
+                                                   Step::block(block),
+                                                   Step::pause(),
+                                                   Step::command("04 02"),
+                                               }));
+    const auto macros = decodeMacros(keyboard_->memory());
+    ASSERT_EQ(macros.size(), 1u);
+    ASSERT_EQ(macros[0].events.size(), 3u);
+    EXPECT_EQ(macroEventText(macros[0].events[0]), "down 04");
+    EXPECT_EQ(macroEventText(macros[0].events[1]), "delay 10");
+    EXPECT_EQ(macroEventText(macros[0].events[2]), "up 04");
+}
+
+TEST_F(WireFixture, CapacityIsCheckedBeforeAnythingIsSent) {
+    struct Case {
+        std::int64_t events, macros;
+        bool sent;
+    };
+    for (const Case c : {Case{600, 13, false}, Case{600, 12, true}, Case{625, 1, false}, Case{0, 313, false},
+                         Case{0, 312, true}}) {
+        SCOPED_TRACE(std::to_string(c.events) + " events, " + std::to_string(c.macros) + " macros");
+        clearWire();
+        MacroDownloadInput in;
+        in.storedEventCount = c.events;
+        in.listedMacroCount = c.macros;
+        SaveMacroToKeyboard(comm_.get(), &in);
+        EXPECT_EQ(!sets().empty(), c.sent);
+    }
+}
+
+TEST_F(WireFixture, MacrosThatWouldOverflowTheBlockAreNotSent) {
+    // 400 key events without delays need 799 entries with their pauses: more than the block
+    // holds although the capacity check passes.
+    std::vector<RecordInfo> events;
+    for (int i = 0; i < 200; ++i) {
+        events.push_back(down(4));
+        events.push_back(up(4));
+    }
+    const auto input = inputOf({macro(events)});
+    ASSERT_TRUE(protocol::macrosFitKeyboard(input.storedEventCount, input.listedMacroCount));
+    SaveMacroToKeyboard(comm_.get(), &input);
+    EXPECT_TRUE(recorder_->events.empty());
+}
+
+TEST_F(WireFixture, MacroTransactionWithoutTransportStillBuilds) {
+    const auto input = inputOf({macro({down(4)})});
+    SaveMacroToKeyboard(nullptr, &input);
+    comm_->setDeviceStatus(0);
+    SaveMacroToKeyboard(comm_.get(), &input);
+    EXPECT_TRUE(recorder_->events.empty() || sets().empty());
+    EXPECT_TRUE(sets().empty());
+}
+
+TEST(MacroDownloadDeath, BrokenInvariantsStop) {
+    EXPECT_DEATH(SaveMacroToKeyboard(nullptr, nullptr), "without a database");
+    EXPECT_DEATH(buildMacroBlock({macro({down(256)})}), "macro key code");
+    EXPECT_DEATH(buildMacroBlock({macro({up(-1)})}), "macro key code");
+}
+
+}  // namespace
+}  // namespace qx9::test

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/bytes.h"
+#include "hid/device_comm.h"
+#include "hid/virtual_qx9.h"
+
+namespace qx9::test {
+
+// One step on the wire as the tests see it: a pause, a set or a get.
+struct WireEvent {
+    enum Kind { Pause, Set, Get } kind;
+    Bytes bytes;               // set: what was sent; get: what was read
+    bool ok = true;
+    std::int64_t micros = 0;   // pause
+};
+
+// Records pauses and platform calls into one ordered list.
+class WireRecorder final : public Pacer, public WireSink {
+public:
+    void pause(std::chrono::microseconds duration) override;
+    void record(WireDirection direction, std::span<const std::uint8_t> bytes, bool ok) override;
+    std::vector<WireEvent> events;
+};
+
+// A 64-byte report: the given bytes at the start, zero after them ("04 18").
+Bytes report(const std::string& hexPrefix);
+// A 64-byte report, zero except for (index, value) pairs.
+Bytes sparse(std::initializer_list<std::pair<int, int>> bytes, std::size_t size = 64);
+
+// A virtual QX9 behind a transport whose pauses and calls are recorded and whose diagnostic
+// console is captured. The key maps are installed.
+class WireFixture : public ::testing::Test {
+protected:
+    WireFixture();
+    ~WireFixture() override;
+
+    std::vector<Bytes> sets() const;           // every SET, in order
+    std::vector<WireEvent> calls() const;      // SET and GET, in order
+    std::size_t pauseCount() const;
+    std::string consoleText() const { return console_.str(); }
+    void clearWire() { recorder_->events.clear(); }
+
+    std::shared_ptr<VirtualQX9> keyboard_;
+    std::shared_ptr<WireRecorder> recorder_;
+    std::unique_ptr<DeviceComm> comm_;
+
+private:
+    std::ostringstream console_;
+    std::ostream* previousConsole_ = nullptr;
+};
+
+}  // namespace qx9::test
+
+namespace qx9::test {
+
+// The expected shape of a transaction on the wire, step by step.
+struct Step {
+    enum Kind { Command, Raw, Block, Pause } kind;
+    Bytes bytes;  // command / raw: one 64-byte report; block: all reports back to back
+    static Step command(const Bytes& b) { return {Command, b}; }
+    static Step command(const std::string& hexPrefix) { return {Command, report(hexPrefix)}; }
+    static Step raw(const Bytes& b) { return {Raw, b}; }
+    static Step block(const Bytes& b) { return {Block, b}; }
+    static Step pause() { return {Pause, {}}; }
+};
+
+// Checks the recorded events against the steps: a command is pause, SET, pause, GET (the
+// keyboard's answer is the command with byte 3 = 0); a raw report is pause, SET; a block is
+// pause, SET per report; a pause is a 5 ms pause of the builder itself. Reports the first difference.
+::testing::AssertionResult wireMatches(const std::vector<WireEvent>& events,
+                                       const std::vector<Step>& steps);
+
+}  // namespace qx9::test
