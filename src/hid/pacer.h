@@ -12,8 +12,9 @@ public:
     virtual void pause(std::chrono::microseconds duration) = 0;
 };
 
-// Sleeps for the duration against an absolute deadline on the monotonic clock, with the
-// thread's timer slack lowered so that a 5 ms pause is not stretched by the scheduler.
+// Waits for the duration against a deadline on the monotonic clock: sleeps until shortly before
+// it (the thread's timer slack lowered, the wake-up lateness learnt) and waits out the rest on
+// the clock, so that a 5 ms pause is never shorter and barely longer than 5 ms.
 class SleepPacer final : public Pacer {
 public:
     void pause(std::chrono::microseconds duration) override;

@@ -35,6 +35,8 @@ struct RecordCase {
     const char* bytes;  // the record at 4 × slot
 };
 
+void PrintTo(const RecordCase& c, std::ostream* os) { *os << c.name; }
+
 // Key codes used below and their slots: a 4 → 56, escape 41 → 1, f1 58 → 2, fn 175 → 96,
 // rightArrow 79 → 102, pageDown 78 → 121, backslash 49 → 67.
 const RecordCase kRecords[] = {

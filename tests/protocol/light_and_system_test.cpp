@@ -24,6 +24,8 @@ struct LightCase {
     const char* data;  // the raw data report as it must appear on the wire
 };
 
+void PrintTo(const LightCase& c, std::ostream* os) { *os << c.name; }
+
 class LightModeTransaction : public WireFixture, public ::testing::WithParamInterface<LightCase> {};
 
 TEST_P(LightModeTransaction, WireSequence) {
@@ -67,6 +69,8 @@ struct SystemCase {
     protocol::SystemStoredValues stored;
     const char* data;  // bytes 0–6 of the record; 62–63 always AA 55
 };
+
+void PrintTo(const SystemCase& c, std::ostream* os) { *os << c.name; }
 
 class SystemFunctionTransaction : public WireFixture,
                                   public ::testing::WithParamInterface<SystemCase> {};

@@ -46,6 +46,8 @@ struct BlockCase {
     std::vector<std::pair<std::size_t, const char*>> bytes;  // every non-zero byte but the trailer
 };
 
+void PrintTo(const BlockCase& c, std::ostream* os) { *os << c.name; }
+
 const BlockCase kBlocks[] = {
     {"NoMacros", {}, 8, {}},
     {"OnlyEmptyMacros", {macro({}), macro({})}, 8, {{0, "FF FF FF FF FF FF FF FF"}}},
