@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages this project builds and tests with. Safe to run again: it only
-# asks apt for packages that are missing.
+# asks apt for packages that are missing. (qemu, a kernel image and busybox let the device tests
+# run against the kernel's HID stack inside a throw-away virtual machine.)
 set -euo pipefail
 
 packages=(
@@ -9,6 +10,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6
     fonts-noto-cjk xvfb xauth
+    qemu-system-x86 linux-image-amd64 busybox-static
 )
 
 missing=()

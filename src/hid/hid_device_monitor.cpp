@@ -1,0 +1,129 @@
+#include "hid/hid_device_monitor.h"
+
+#include <libudev.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+
+#include <cerrno>
+#include <memory>
+
+#include "common/fatal.h"
+#include "common/notification_center.h"
+#include "hid/udev_hid.h"
+
+namespace qx9 {
+
+namespace {
+
+struct UdevDeleter {
+    void operator()(udev* u) const { udev_unref(u); }
+    void operator()(udev_monitor* m) const { udev_monitor_unref(m); }
+    void operator()(udev_enumerate* e) const { udev_enumerate_unref(e); }
+    void operator()(udev_device* d) const { udev_device_unref(d); }
+};
+template <typename T>
+using UdevPtr = std::unique_ptr<T, UdevDeleter>;
+
+void postDevice(const char* name, const HIDDevice& device) {
+    NotificationCenter::defaultCenter().post(name, HIDDeviceDictionary{{kDeviceKey, device}});
+}
+
+}  // namespace
+
+HIDDeviceMonitor::HIDDeviceMonitor(std::vector<HIDMonitorData> vp, std::int64_t reportSize)
+    : vp_(std::move(vp)), reportSize_(reportSize), wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+
+HIDDeviceMonitor::~HIDDeviceMonitor() = default;
+
+void HIDDeviceMonitor::stop() {
+    const std::uint64_t one = 1;
+    if (wake_) {
+        [[maybe_unused]] const auto n = ::write(wake_.get(), &one, sizeof one);
+    }
+}
+
+bool HIDDeviceMonitor::matchesVp(const HIDDevice& d) const {
+    for (const HIDMonitorData& m : vp_) {
+        if (m.vendorId == d.vendorId && m.productId == d.productId) return true;
+    }
+    return false;
+}
+
+bool HIDDeviceMonitor::rawDeviceAdded(const HIDDevice& device) {
+    if (!device.device) fatalError("device arrival without a device");
+    if (!isQX9ConfigurationInterface(device)) return false;
+    postDevice(kHIDDeviceConnected, device);
+    return true;
+}
+
+bool HIDDeviceMonitor::rawDeviceRemoved(const HIDDevice& device) {
+    if (!device.device) fatalError("device removal without a device");
+    if (!isQX9ConfigurationInterface(device)) return false;
+    postDevice(kHIDDeviceDisconnected, device);
+    return true;
+}
+
+void HIDDeviceMonitor::arrived(udev_device* dev) {
+    const char* syspath = udev_device_get_syspath(dev);
+    if (!syspath || known_.count(syspath)) return;  // enumerated and announced: report once
+    auto rec = hidDeviceFromUdev(dev);
+    if (!rec || !matchesVp(*rec)) return;
+    known_.emplace(syspath, *rec);
+    rawDeviceAdded(*rec);
+}
+
+void HIDDeviceMonitor::departed(udev_device* dev) {
+    const char* syspath = udev_device_get_syspath(dev);
+    if (!syspath) return;
+    auto it = known_.find(syspath);
+    if (it == known_.end()) return;
+    const HIDDevice rec = it->second;
+    known_.erase(it);
+    rawDeviceRemoved(rec);
+}
+
+void HIDDeviceMonitor::start() {
+    UdevPtr<udev> u(udev_new());
+    UdevPtr<udev_monitor> monitor;
+    if (u) {
+        // Listen first, then enumerate, so that nothing arriving in between is missed.
+        monitor.reset(udev_monitor_new_from_netlink(u.get(), "udev"));
+        if (monitor && (udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), "hidraw", nullptr) < 0 ||
+                        udev_monitor_enable_receiving(monitor.get()) < 0)) {
+            monitor.reset();
+        }
+        UdevPtr<udev_enumerate> e(udev_enumerate_new(u.get()));
+        if (e) {
+            udev_enumerate_add_match_subsystem(e.get(), "hidraw");
+            udev_enumerate_scan_devices(e.get());
+            udev_list_entry* entry;
+            udev_list_entry_foreach(entry, udev_enumerate_get_list_entry(e.get())) {
+                UdevPtr<udev_device> dev(udev_device_new_from_syspath(u.get(), udev_list_entry_get_name(entry)));
+                if (dev) arrived(dev.get());
+            }
+        }
+    }
+    // Without udev the monitor reports nothing and just waits to be stopped.
+    pollfd fds[2] = {{wake_.get(), POLLIN, 0}, {monitor ? udev_monitor_get_fd(monitor.get()) : -1, POLLIN, 0}};
+    for (;;) {
+        const int n = ::poll(fds, 2, -1);
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            return;
+        }
+        if (fds[0].revents) return;
+        if (fds[1].revents & (POLLERR | POLLHUP | POLLNVAL)) {
+            fds[1].fd = -1;  // the monitor broke: keep waiting for stop() only
+            continue;
+        }
+        if (fds[1].revents & POLLIN) {
+            UdevPtr<udev_device> dev(udev_monitor_receive_device(monitor.get()));
+            if (!dev) continue;
+            const std::string action = udev_device_get_action(dev.get()) ? udev_device_get_action(dev.get()) : "";
+            if (action == "add") arrived(dev.get());
+            else if (action == "remove") departed(dev.get());
+        }
+    }
+}
+
+}  // namespace qx9

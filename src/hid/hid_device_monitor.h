@@ -1,0 +1,62 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/unique_fd.h"
+#include "hid/hid_device.h"
+
+struct udev_device;
+
+namespace qx9 {
+
+// One vendor/product pair to match.
+struct HIDMonitorData {
+    std::int64_t vendorId = 0;
+    std::int64_t productId = 0;
+};
+
+// Finds the keyboard's configuration interface among the hidraw nodes and posts
+// "HIDDeviceConnected" / "HIDDeviceDisconnected" with {"device": record} on the default
+// notification centre, from its own thread. Nodes present when it starts are reported through
+// the same arrival path as later ones.
+//
+// Linux keeps nothing of a node once it is gone, so the monitor remembers the record of every
+// matched node to report its removal with the record it arrived with.
+class HIDDeviceMonitor {
+public:
+    HIDDeviceMonitor(std::vector<HIDMonitorData> vp, std::int64_t reportSize);
+    virtual ~HIDDeviceMonitor();
+    HIDDeviceMonitor(const HIDDeviceMonitor&) = delete;
+    HIDDeviceMonitor& operator=(const HIDDeviceMonitor&) = delete;
+
+    const std::vector<HIDMonitorData>& vp() const { return vp_; }
+    std::int64_t reportSize() const { return reportSize_; }
+
+    // Watches udev until stop() (the application never stops it). Call on a thread of its own.
+    void start();
+    // Ends start(); safe from any thread.
+    void stop();
+
+    // Arrival and removal of a matched interface: the identity test, then the notification.
+    // True when a notification was posted. A record without a device is a programming error.
+    virtual bool rawDeviceAdded(const HIDDevice& device);
+    virtual bool rawDeviceRemoved(const HIDDevice& device);
+
+private:
+    bool matchesVp(const HIDDevice& d) const;
+    void arrived(udev_device* dev);
+    void departed(udev_device* dev);
+
+    const std::vector<HIDMonitorData> vp_;
+    const std::int64_t reportSize_;
+    UniqueFd wake_;  // eventfd that stop() signals
+    std::map<std::string, HIDDevice> known_;  // matched nodes by syspath (monitor thread only)
+};
+
+}  // namespace qx9
