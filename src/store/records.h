@@ -18,6 +18,12 @@ enum MacroType : std::int64_t {
     kMacroTypeCombination = 14,
 };
 
+// One profile as the profile list hands it out (row of t_profile).
+struct ProfileData {
+    std::int64_t profId = 0;
+    std::string name;
+};
+
 // One stored key assignment (row of t_keyprofile).
 struct ProfileKey {
     std::int64_t keyId = 0;

@@ -1,0 +1,48 @@
+#include "store/data_location.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "common/fatal.h"
+
+namespace qx9 {
+
+namespace {
+
+bool isAbsolute(const char* value) {
+    return value && value[0] == '/';
+}
+
+std::filesystem::path homeDirectory() {
+    const char* home = std::getenv("HOME");
+    if (isAbsolute(home)) return home;
+
+    // No usable $HOME (a service started without one): ask the password database.
+    long size = sysconf(_SC_GETPW_R_SIZE_MAX);
+    std::vector<char> buffer(size > 0 ? static_cast<std::size_t>(size) : 16384);
+    passwd entry{};
+    passwd* found = nullptr;
+    getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found);
+    if (found && isAbsolute(found->pw_dir)) return found->pw_dir;
+    fatalError("no home directory for the user: cannot place the data directory");
+}
+
+}  // namespace
+
+std::filesystem::path userDataDirectory() {
+    const char* xdg = std::getenv("XDG_DATA_HOME");
+    if (isAbsolute(xdg)) return xdg;
+    return homeDirectory() / ".local" / "share";
+}
+
+std::optional<std::filesystem::path> databaseDirectory(std::string_view applicationId) {
+    std::filesystem::path base = userDataDirectory();
+    if (applicationId.empty()) return std::nullopt;
+    return base / std::string(applicationId) / "db";
+}
+
+}  // namespace qx9

@@ -1,0 +1,72 @@
+#include "store/device_sqlite.h"
+
+#include <system_error>
+
+#include "common/console.h"
+#include "store/data_location.h"
+#include "store/schema.h"
+
+namespace qx9 {
+
+DeviceSQLite::DeviceSQLite(const std::string& fileName, std::string_view applicationId) {
+    const std::optional<std::filesystem::path> directory = databaseDirectory(applicationId);
+    if (!directory) return;  // no application id: nothing to open, nothing to say
+    open(*directory, *directory / fileName);
+}
+
+DeviceSQLite DeviceSQLite::atPath(const std::filesystem::path& file) {
+    DeviceSQLite db;
+    db.open(file.parent_path(), file);
+    return db;
+}
+
+void DeviceSQLite::open(const std::filesystem::path& directory, const std::filesystem::path& file) {
+    db_.reset();
+    if (!directory.empty()) {
+        std::error_code ec;
+        std::filesystem::create_directories(directory, ec);
+        if (ec) {
+            console() << "init: connect fail "
+                      << "cannot create " << directory.string() << ": " << ec.message() << '\n';
+            return;
+        }
+    }
+    try {
+        db_.emplace(sqlite::Connection::open(file.string()));
+    } catch (const sqlite::Error& e) {
+        console() << "init: connect fail " << e.what() << '\n';
+        return;
+    }
+    createTable();
+    console() << "init: connect success\n";
+}
+
+void DeviceSQLite::createTable() {
+    for (const schema::Table& table : schema::tables()) {
+        if (!db_) continue;
+        try {
+            db_->run(schema::createStatement(table));
+        } catch (const sqlite::Error& e) {
+            // The tables after this one stay missing and no default data is written.
+            console() << "createTable fail " << e.what() << '\n';
+            return;
+        }
+    }
+    initDBdata(1);
+    console() << "createTable success\n";
+}
+
+void DeviceSQLite::dropTable() {
+    for (const char* table : schema::dropOrder()) {
+        if (!db_) continue;
+        try {
+            db_->run(std::string("DROP TABLE \"") + table + '"');
+        } catch (const sqlite::Error& e) {
+            console() << "dropTable table failed " << e.what() << '\n';
+            return;
+        }
+    }
+    console() << "dropTable  success\n";
+}
+
+}  // namespace qx9

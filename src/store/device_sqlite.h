@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/app_id.h"
+#include "store/records.h"
+#include "store/sqlite_handle.h"
+
+namespace qx9 {
+
+// The file the application keeps everything in, inside its data directory.
+inline constexpr const char* kDeviceDatabaseFileName = "device_keyboard_81k_v2.sqlite3";
+
+// The local database: the only record of what the keyboard holds.
+//
+// Database errors never reach the caller as errors. Every operation turns them into its own
+// "nothing" result (0, false, the empty string, an unchanged list); only opening, table
+// creation, default data and the profile reset print a console line. Without a connection
+// (the file could not be opened) every operation does nothing; the writers that answer with a
+// boolean then report true, since callers read false as a refusal by the database.
+class DeviceSQLite {
+public:
+    // Opens <data directory>/<applicationId>/db/<fileName>, creating directories and file as
+    // needed, then creates any missing table and the first-start data. Never fails to the
+    // caller: on failure the object has no connection. With an empty application id nothing is
+    // created and there is no connection.
+    explicit DeviceSQLite(const std::string& fileName,
+                          std::string_view applicationId = kApplicationId);
+
+    // The same for a file at an explicit path (tests, qx9ctl).
+    static DeviceSQLite atPath(const std::filesystem::path& file);
+
+    DeviceSQLite(DeviceSQLite&&) noexcept = default;
+    DeviceSQLite& operator=(DeviceSQLite&&) noexcept = default;
+
+    bool isConnected() const { return db_.has_value(); }
+
+    // Tables
+    void createTable();
+    void dropTable();
+
+    // Default data and reset
+    void initDBdata(std::int64_t profile);
+    bool writeLightProfile(std::int64_t profile);
+    void writeConfigInfo(std::int64_t profile);
+    void resetProfile(std::int64_t profile);
+
+    // Profiles and configuration values
+    std::int64_t addProfile(const std::string& profile_name);
+    bool deleteProfile(std::int64_t profile);
+    bool updateProfileName(std::int64_t profile, const std::string& profile_name);
+    bool queryProfileList(std::vector<ProfileData>& dataArray) const;
+    bool writeConfigData(std::int64_t profile, const std::string& keyValue,
+                         const std::string& newvalue);
+    bool updateConfigData(std::int64_t profile, const std::string& keyValue,
+                          const std::string& newvalue);
+    std::string getConfigData(std::int64_t profile, const std::string& keyValue) const;
+
+    // Key assignments
+    std::int64_t addKeyProfile(const ProfileKey& data);
+    bool queryKeysProfile(std::int64_t profile, std::int64_t fnlayer,
+                          std::vector<ProfileKey>& dataArray) const;
+    bool queryKeyProfile(std::int64_t profile, std::int64_t fnlayer, std::int64_t keyValue,
+                         ProfileKey& data) const;
+
+    // Macros (global, not per profile)
+    std::int64_t addMacroProfile(const std::string& macro_name);
+    bool updateMacroProfileName(std::int64_t macorId, const std::string& macro_name);
+    bool modifyMacroInfo(const MacroInfo& info);
+    bool queryMacroInfo(std::int64_t macorId, MacroInfo& info) const;
+    std::int64_t queryAllMacroData(std::vector<MacroInfo>& dataArray) const;
+    bool deleteMacroProfile(std::int64_t macorId);
+    std::int64_t addMacroRecord(const RecordInfo& info);
+    bool deleteMacroRecord(std::int64_t macorId);
+    std::int64_t queryMacroRecord(std::int64_t macorId, std::vector<RecordInfo>& dataArray) const;
+    std::int64_t getRecordCount() const;
+
+    // Built-in lighting modes
+    bool modifyLightData(std::int64_t profile, std::int64_t mode,
+                         std::span<const std::uint8_t> data);
+    bool selectLightMode(std::int64_t profile, std::int64_t mode);
+    std::int64_t getLightModeSelectIndex(std::int64_t profile) const;
+    bool queryLightInfo(std::int64_t profile, std::int64_t mode, lightData& data) const;
+
+    // User-light sets and their key colours
+    std::int64_t addUserLight(std::int64_t profile_id, const std::string& name);
+    bool deleteUserLight(std::int64_t userlight_id);
+    std::int64_t getUserLightData(std::int64_t profile_id,
+                                  std::vector<UserLightData>& dataArray) const;
+    std::int64_t addUserLightLEDData(const UserLightLEDData& data);
+    std::int64_t getUserLightLEDData(std::int64_t userlight_id,
+                                     std::vector<UserLightLEDData>& dataArray) const;
+
+private:
+    DeviceSQLite() = default;
+
+    // Creates the directory, opens the file and creates the tables; "init: connect …".
+    void open(const std::filesystem::path& directory, const std::filesystem::path& file);
+
+    std::optional<sqlite::Connection> db_;
+};
+
+}  // namespace qx9

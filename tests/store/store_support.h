@@ -1,0 +1,105 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "store/device_sqlite.h"
+
+struct sqlite3;
+
+namespace qx9::test {
+
+using Rows = std::vector<std::string>;
+
+// Records as their table rows read with plain SQL ("SELECT *"): columns in table order, '|'.
+std::string str(const ProfileKey& k);
+std::string str(const MacroInfo& m);
+std::string str(const RecordInfo& r);
+std::string str(const UserLightData& s);
+std::string str(const UserLightLEDData& l);
+template <typename T>
+Rows strs(const std::vector<T>& records) {
+    Rows rows;
+    for (const T& r : records) rows.push_back(str(r));
+    return rows;
+}
+
+// A fresh directory under the temporary directory, removed with its contents.
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+
+    const std::filesystem::path& path() const { return path_; }
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+private:
+    std::filesystem::path path_;
+};
+
+// The tests' own view of a database file: plain SQL through the C API, not through the store.
+class SqlFile {
+public:
+    explicit SqlFile(const std::filesystem::path& file);
+    ~SqlFile();
+    SqlFile(const SqlFile&) = delete;
+    SqlFile& operator=(const SqlFile&) = delete;
+
+    // Every row of a query, its columns as text joined by '|' (NULL reads "NULL").
+    Rows rows(const std::string& sql) const;
+    // The first column of the first row, or "" when there is no row.
+    std::string value(const std::string& sql) const;
+    // Runs statements that must succeed (set-up of a test).
+    void exec(const std::string& sql) const;
+    // Names of the tables in their order of creation.
+    Rows tables() const;
+
+private:
+    sqlite3* db_ = nullptr;
+};
+
+// Collects the console lines for the life of the object.
+class ConsoleCapture {
+public:
+    ConsoleCapture();
+    ~ConsoleCapture();
+    std::string text() const { return out_.str(); }
+    void clear() { out_.str({}); }
+
+private:
+    std::ostringstream out_;
+    std::ostream* previous_;
+};
+
+// Sets (or with nullopt unsets) an environment variable for the life of the object.
+class EnvOverride {
+public:
+    EnvOverride(const char* name, std::optional<std::string> value);
+    ~EnvOverride();
+
+private:
+    std::string name_;
+    std::optional<std::string> previous_;
+};
+
+std::string fileBytes(const std::filesystem::path& file);
+
+// A database file in a temporary directory, opened the way the application opens it, with the
+// console captured from the start.
+class StoreTest : public ::testing::Test {
+protected:
+    TempDir dir_;
+    std::filesystem::path file_ = dir_ / "device.sqlite3";
+    ConsoleCapture console_;
+    DeviceSQLite db_ = DeviceSQLite::atPath(file_);
+    SqlFile sql_{file_};
+};
+
+}  // namespace qx9::test
