@@ -1,0 +1,172 @@
+#include "cli/ctl.h"
+
+#include <charconv>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "cli/ctl_context.h"
+#include "common/console.h"
+#include "hid/wire_log.h"
+
+namespace qx9::ctl {
+
+namespace {
+
+const char* const kUsage =
+    "usage: qx9ctl [--db FILE] [--device auto|virtual|virtual:STATE.json|/dev/hidrawN]\n"
+    "              [--wire FILE|-] [--json] [--verbose] COMMAND ...\n"
+    "commands:\n"
+    "  devices\n"
+    "  connect\n"
+    "  profile list | add | rename ID NAME | delete ID | select ID\n"
+    "  key list PROFILE LAYER\n"
+    "  key set PROFILE LAYER KEY FUNCTION\n"
+    "      KEY: a key name (a, escape, leftWin, i1 …) or a key code\n"
+    "      FUNCTION: default | disable | key:CODE | combo:CODE[+CODE…] |\n"
+    "                macro:ID[:once|:repeat:N|:toggle] | mouse:1-8 | media:1-7 | mac:1-6\n"
+    "      (combo, macro, mouse, media and mac go to the base layer, as in the window)\n"
+    "  fn-mode default|fn\n"
+    "  settings show | language en|zh-CN|zh-TW | gamemode on|off |\n"
+    "           block alttab|altf4|win on|off | reset-keys | reset-all\n"
+    "  keyboard-state\n";
+
+// A stream that swallows what it is given (the diagnostic console unless --verbose).
+struct NullBuffer : std::streambuf {
+    int overflow(int c) override { return c; }
+};
+
+Options parseOptions(const std::vector<std::string>& args) {
+    Options o;
+    std::size_t i = 0;
+    auto value = [&](const std::string& name) -> std::string {
+        if (i + 1 >= args.size()) throw UsageError{name + " needs a value"};
+        return args[++i];
+    };
+    for (; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        if (a == "--db") o.db = value(a);
+        else if (a == "--device") o.device = value(a);
+        else if (a == "--wire") o.wire = value(a);
+        else if (a == "--json") o.json = true;
+        else if (a == "--verbose") o.verbose = true;
+        else if (a == "--help" || a == "-h") throw UsageError{""};
+        else if (!a.empty() && a[0] == '-' && o.command.empty()) throw UsageError{"unknown option " + a};
+        else if (a == "--json" && !o.command.empty()) o.json = true;
+        else o.command.push_back(a);
+    }
+    if (o.command.empty()) throw UsageError{""};
+    return o;
+}
+
+using Handler = void (*)(Context&, const std::vector<std::string>&);
+
+const std::map<std::string, Handler>& commands() {
+    static const std::map<std::string, Handler> table = {
+        {"devices", cmdDevices},   {"connect", cmdConnect},   {"profile", cmdProfile},
+        {"key", cmdKey},           {"fn-mode", cmdFnMode},    {"settings", cmdSettings},
+        {"keyboard-state", cmdKeyboardState},
+    };
+    return table;
+}
+
+}  // namespace
+
+std::int64_t parseInteger(const std::string& text, const std::string& what) {
+    std::int64_t v = 0;
+    int base = 10;
+    std::string_view digits = text;
+    if (digits.size() > 2 && (digits.substr(0, 2) == "0x" || digits.substr(0, 2) == "0X")) {
+        digits.remove_prefix(2);
+        base = 16;
+    }
+    auto [ptr, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), v, base);
+    if (digits.empty() || ec != std::errc() || ptr != digits.data() + digits.size()) {
+        throw UsageError{what + " must be a number: \"" + text + "\""};
+    }
+    return v;
+}
+
+int profileRow(Context& c, std::int64_t profileId) {
+    const auto& rows = c.session->profiles.rows();
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (rows[i].profileId == profileId) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+std::int64_t parseProfile(Context& c, const std::string& text) {
+    const std::int64_t id = parseInteger(text, "the profile");
+    if (profileRow(c, id) < 0) throw UsageError{"no profile " + text + " (see: qx9ctl profile list)"};
+    return id;
+}
+
+void openSession(Context& c) {
+    KeyboardSession& s = *c.session;
+    if (c.hasKeyboard()) {
+        std::lock_guard lock(s.core.mutex);
+        s.core.kbHIDdevice = c.device.record.device;
+    }
+    s.device.openQuietly();
+    std::vector<ProfileData> profiles;
+    if (!s.core.db() || !s.core.db()->isConnected() || !s.core.db()->queryProfileList(profiles)) {
+        throw UsageError{"cannot open the database " + (c.options.db.empty() ? std::string(kDeviceDatabaseFileName) : c.options.db)};
+    }
+    s.core.initFinish = true;
+}
+
+int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    NullBuffer nullBuffer;
+    std::ostream quiet(&nullBuffer);
+    std::ostream* previousConsole = nullptr;
+    std::unique_ptr<std::ofstream> wireFile;
+    try {
+        Options options = parseOptions(args);
+        const auto handler = commands().find(options.command[0]);
+        if (handler == commands().end()) throw UsageError{"unknown command " + options.command[0]};
+        previousConsole = setConsoleStream(options.verbose ? &err : &quiet);
+
+        Context c{options, out, err, {}, {}, nullptr, false};
+        std::string error;
+        if (options.command[0] != "devices" && !openDevice(options.device, c.device, error)) {
+            throw UsageError{error};
+        }
+        SessionConfig config;
+        if (!options.db.empty()) {
+            const std::string path = options.db;
+            config.openDatabase = [path](const std::string&) {
+                return std::make_unique<DeviceSQLite>(DeviceSQLite::atPath(path));
+            };
+        }
+        if (options.wire == "-") {
+            config.wire = std::make_shared<WireLogWriter>(out);
+        } else if (!options.wire.empty()) {
+            wireFile = std::make_unique<std::ofstream>(options.wire, std::ios::app);
+            if (!*wireFile) throw UsageError{"cannot write the wire log " + options.wire};
+            config.wire = std::make_shared<WireLogWriter>(*wireFile);
+        }
+        c.session = std::make_unique<KeyboardSession>(config, &c.events);
+        c.session->core.worksWithoutKeyboard = true;
+
+        handler->second(c, std::vector<std::string>(options.command.begin() + 1, options.command.end()));
+
+        if (c.sends && !c.hasKeyboard()) err << "qx9ctl: no keyboard attached: stored only, nothing was sent\n";
+        if (!saveVirtualState(c.device, error)) throw UsageError{error};
+        setConsoleStream(previousConsole);
+        if (!c.events.warnings.empty()) {
+            err << "qx9ctl: " << c.events.warnings.front() << '\n';
+            return 1;
+        }
+        return 0;
+    } catch (const UsageError& e) {
+        if (previousConsole) setConsoleStream(previousConsole);
+        if (e.message.empty()) {
+            err << kUsage;
+            return 2;
+        }
+        err << "qx9ctl: " << e.message << '\n';
+        return 1;
+    }
+}
+
+}  // namespace qx9::ctl

@@ -1,0 +1,169 @@
+#include "session/device_session.h"
+
+#include "common/fatal.h"
+#include "hid/capture_state.h"
+#include "layout/key_maps.h"
+#include "session/keyboard_session.h"
+
+namespace qx9 {
+
+namespace {
+constexpr const char* kDisplayName = "HALVORN QX9";
+}
+
+const HIDDevice* DeviceSession::deviceOf(const Notification& notification) {
+    const auto* dict = std::any_cast<HIDDeviceDictionary>(&notification.object);
+    if (!dict) return nullptr;
+    auto it = dict->find(kDeviceKey);
+    if (it == dict->end() || !it->second.device) return nullptr;
+    return &it->second;
+}
+
+void DeviceSession::deviceConnected(const Notification& notification) {
+    const HIDDevice* record = deviceOf(notification);
+    if (!record) return;
+    SessionCore& core = s_.core;
+    {
+        std::lock_guard lock(core.mutex);
+        if (core.kbHIDdevice && sameDevice(core.kbHIDdevice, record->device)) return;  // reported again
+        core.kbHIDdevice = record->device;
+        core.keyboardTitle = kDisplayName;
+        if (core.deviceComm) {
+            // A keyboard was connected before: point the transport at this one; nothing is
+            // reloaded or sent again.
+            core.deviceComm->setDeviceStatus(1);
+            core.deviceComm->setDevice(core.kbHIDdevice);
+        }
+    }
+    core.post([this] { refreshUI(); });
+}
+
+void DeviceSession::deviceDisconnected(const Notification& notification) {
+    const HIDDevice* record = deviceOf(notification);
+    if (!record) return;
+    SessionCore& core = s_.core;
+    // Cleared for any matching removal, before it is known whether it is the current device.
+    core.initFinish = false;
+    core.sendToKeyboard = false;
+    {
+        std::lock_guard lock(core.mutex);
+        if (!core.kbHIDdevice || !sameDevice(core.kbHIDdevice, record->device)) return;
+        core.kbHIDdevice.reset();
+        if (core.deviceComm) core.deviceComm->setDeviceStatus(0);
+        core.keyboardTitle = kDisplayName;
+    }
+    core.post([this] { refreshUI(); });
+}
+
+void DeviceSession::refreshUI() {
+    SessionCore& core = s_.core;
+    if (core.device()) {
+        ConnectDevice();
+        core.initFinish = true;
+    } else {
+        g_show_homepage_ = true;  // the start view comes back over the pages
+        s_.macros.stopMacroRecord();
+        core.notify(SessionAspect::Page);
+    }
+    core.notify(SessionAspect::Connection);
+}
+
+void DeviceSession::initSQLite() {
+    SessionCore& core = s_.core;
+    const HidDeviceRef device = core.device();
+    if (!device) fatalError("the database is opened for a keyboard, and none is connected");
+    auto comm = std::make_shared<DeviceComm>(device, core.config.pacer, core.config.wire);
+    {
+        std::lock_guard lock(core.mutex);
+        core.deviceComm = std::move(comm);
+    }
+    core.deviceDBfile = kDeviceDatabaseFileName;
+    core.deviceDB = core.config.openDatabase ? core.config.openDatabase(core.deviceDBfile)
+                                             : std::make_unique<DeviceSQLite>(core.deviceDBfile);
+}
+
+void DeviceSession::ConnectDevice() {
+    SessionCore& core = s_.core;
+    {
+        std::lock_guard lock(core.mutex);
+        if (core.deviceComm || !core.kbHIDdevice) return;  // only the first keyboard loads
+    }
+    initSQLite();
+    loadSession(true);
+}
+
+void DeviceSession::openQuietly() {
+    SessionCore& core = s_.core;
+    if (core.deviceDB) return;
+    const bool withKeyboard = core.device() != nullptr;
+    if (withKeyboard) {
+        initSQLite();
+    } else {
+        core.deviceDBfile = kDeviceDatabaseFileName;
+        core.deviceDB = core.config.openDatabase ? core.config.openDatabase(core.deviceDBfile)
+                                                 : std::make_unique<DeviceSQLite>(core.deviceDBfile);
+    }
+    const bool wasMuted = core.muted;
+    core.muted = true;
+    loadSession(withKeyboard);
+    core.muted = wasMuted;
+}
+
+void DeviceSession::loadSession(bool withKeyboard) {
+    SessionCore& core = s_.core;
+    // The key classes of keystroke capture, from the name map in force.
+    G_KB_FlagKeys.clear();
+    G_KB_NormalKeys.clear();
+    for (const KeyNameEntry& e : G_KB_SuperKeyNameMap.entries()) {
+        (e.key_type ? G_KB_FlagKeys : G_KB_NormalKeys).push_back(e.key_code);
+    }
+    getAllProfile();
+    s_.profiles.selectProfile(1);
+    s_.macros.initMacroList();
+    if (withKeyboard) {
+        core.initFinish = true;
+        core.sendToKeyboard = true;
+    }
+}
+
+void DeviceSession::getAllProfile() {
+    s_.settings.applyStoredLanguage();
+    s_.keys.loadFnKeyMode();
+    s_.profiles.loadKeyProfile();
+    s_.lighting.loadLightModeData();
+    s_.userLights.loadUserLightData();
+    s_.settings.loadGameModeData();
+}
+
+void DeviceSession::button_keyboard_connect() {
+    if (!s_.core.device()) return;
+    g_show_homepage_ = false;
+    s_.core.notify(SessionAspect::Page);
+}
+
+void DeviceSession::button_action_home() {
+    g_show_homepage_ = true;
+    s_.core.notify(SessionAspect::Page);
+}
+
+void DeviceSession::removePreView() {
+    if (viewType_ == kPageMacros) s_.macros.leavePage();
+}
+
+void DeviceSession::showPage(int pageCode) {
+    if (viewType_ != pageCode) removePreView();
+    viewType_ = pageCode;
+    s_.core.notify(SessionAspect::Page);
+    // Entering these two pages sends their effect, also when the page is already shown.
+    if (pageCode == kPageBacklight) s_.transactions.SendLightModeData(s_.core.currentProfile);
+    if (pageCode == kPageUserLight) s_.transactions.SendUserLightModeData(s_.core.currentProfile);
+}
+
+bool DeviceSession::keyboardConnected() { return s_.core.device() != nullptr; }
+
+std::string DeviceSession::windowTitle() {
+    std::lock_guard lock(s_.core.mutex);
+    return s_.core.keyboardTitle;
+}
+
+}  // namespace qx9

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "common/notification_center.h"
+#include "hid/hid_device.h"
+
+namespace qx9 {
+
+class KeyboardSession;
+
+// Page codes of `viewType`.
+enum PageCode : int {
+    kPageKeys = 1,
+    kPageMacros = 2,
+    kPageBacklight = 3,
+    kPageUserLight = 5,
+    kPageSettings = 7,
+};
+
+// The keyboard coming and going, the first connection's load, and page switching.
+class DeviceSession {
+public:
+    explicit DeviceSession(KeyboardSession& session) : s_(session) {}
+
+    // Device notifications; they may arrive on the monitor's thread.
+    void deviceConnected(const Notification& notification);
+    void deviceDisconnected(const Notification& notification);
+
+    // Main thread.
+    void refreshUI();
+    void ConnectDevice();
+    void initSQLite();
+    void getAllProfile();
+
+    // Opens the database (and the transport, when a keyboard is set) and loads the pages as the
+    // first connection does, but sends nothing: qx9ctl opens a session this way so that only
+    // its command's own transaction reaches the keyboard.
+    void openQuietly();
+
+    // Start view and pages.
+    void button_keyboard_connect();
+    void button_action_home();
+    void showPage(int pageCode);  // the page buttons
+    int viewType() const { return viewType_; }
+    bool showingHomePage() const { return g_show_homepage_; }
+    bool keyboardConnected();     // the start view's picture
+    std::string windowTitle();
+
+private:
+    static const HIDDevice* deviceOf(const Notification& notification);
+    void loadSession(bool withKeyboard);
+    void removePreView();
+
+    KeyboardSession& s_;
+    int viewType_ = kPageKeys;
+    bool g_show_homepage_ = true;
+};
+
+}  // namespace qx9

@@ -1,0 +1,175 @@
+#include "session/key_page.h"
+
+#include "common/fatal.h"
+#include "i18n/language.h"
+#include "layout/key_maps.h"
+#include "session/keyboard_session.h"
+
+namespace qx9 {
+
+KeyPage::KeyPage(KeyboardSession& session)
+    : s_(session),
+      keys_(buildKeyboardLayout()),
+      marks_(keys_.size(), false),
+      palette_(buildCustomKeyFuncLayout()),
+      paletteSelect_(palette_.size(), false) {
+    resetKeyMacro();
+}
+
+void KeyPage::setKeyMacro(std::int64_t layoutIndex, const std::string& text, bool macroState) {
+    if (layoutIndex < 0 || layoutIndex >= static_cast<std::int64_t>(keys_.size())) {
+        fatalError("key position " + std::to_string(layoutIndex) + " is not on the keyboard");
+    }
+    keys_[static_cast<std::size_t>(layoutIndex)].keyMacro = text;
+    marks_[static_cast<std::size_t>(layoutIndex)] = macroState;
+    s_.core.notify(SessionAspect::KeyView);
+}
+
+void KeyPage::resetKeyMacro() {
+    for (KeyData& k : keys_) k.keyMacro = G_KB_SuperKeyNameMap.at(k.keyname).full_name;
+    marks_.assign(keys_.size(), false);
+    s_.core.notify(SessionAspect::KeyView);
+}
+
+std::optional<std::size_t> KeyPage::selectedPaletteKey() const {
+    for (std::size_t i = 0; i < paletteSelect_.size(); ++i) {
+        if (paletteSelect_[i]) return i;
+    }
+    return std::nullopt;
+}
+
+void KeyPage::clearPaletteSelection() {
+    paletteSelect_.assign(palette_.size(), false);
+    s_.core.notify(SessionAspect::Palette);
+}
+
+void KeyPage::selectFirstPaletteKey(std::int64_t keyCode) {
+    for (std::size_t i = 0; i < palette_.size(); ++i) {
+        if (palette_[i].key_code == keyCode) {
+            paletteSelect_[i] = true;
+            break;
+        }
+    }
+    s_.core.notify(SessionAspect::Palette);
+}
+
+void KeyPage::keyboardKeyAction(const std::string& keyName) {
+    if (keyName.empty()) return;
+    SessionCore& core = s_.core;
+    core.currentKeyValue = 0;
+    core.currentKeyValue = G_KB_SuperKeyNameMap.at(keyName).key_code;
+    clearPaletteSelection();
+    if (DeviceSQLite* db = core.db()) {
+        // The palette shows which key this key now sends.
+        ProfileKey record;
+        if (db->queryKeyProfile(core.currentProfile, core.currentFnLayer, core.currentKeyValue, record) &&
+            record.macroType == kMacroTypeKey && record.macroValue != 0) {
+            selectFirstPaletteKey(record.macroValue);
+        }
+    }
+    if (core.events) core.events->showKeyMenu();
+}
+
+void KeyPage::MenuItemMouseUpAction(int menuid) {
+    SessionCore& core = s_.core;
+    switch (menuid) {
+        case kMenuDefault: {
+            ProfileKey k;
+            k.macroType = kMacroTypeDefault;
+            addCustomKey(k);
+            break;
+        }
+        case kMenuDisable: {
+            ProfileKey k;
+            k.macroType = kMacroTypeDisabled;
+            k.macroValue = 1;
+            k.macroDesc = localizedText(102);
+            addCustomKey(k);
+            break;
+        }
+        case kMenuCustom:
+            customKeyValue = core.currentKeyValue;
+            customKeyProfile = core.currentProfile;
+            customKeyDesc = G_KB_SuperKeyCodeMap.at(static_cast<int>(core.currentKeyValue)).full_name;
+            if (core.events) core.events->showCustomKeyDialog();
+            break;
+        default: break;
+    }
+}
+
+void KeyPage::customKeyFuncAction(std::int64_t keyCode) {
+    if (s_.core.currentKeyValue < 1) {
+        s_.core.warn(localizedText(111), localizedText(112));
+        return;
+    }
+    ProfileKey k;
+    k.macroType = kMacroTypeKey;
+    k.macroValue = keyCode;
+    k.macroDesc = CustomKeyFuncCodeMap().at(static_cast<int>(keyCode)).short_name;
+    addCustomKey(k);
+}
+
+void KeyPage::addCustomKey(ProfileKey& keydata) {
+    SessionCore& core = s_.core;
+    DeviceSQLite* db = core.db();
+    if (!db) return;
+    keydata.profId = core.currentProfile;
+    keydata.fnlayerId = core.currentFnLayer;
+    keydata.keyValue = core.currentKeyValue;
+    const std::int64_t r = db->addKeyProfile(keydata);
+    const KeyCodeEntry& entry = G_KB_SuperKeyCodeMap.at(static_cast<int>(core.currentKeyValue));
+    if (r < 1) {
+        // Nothing stored: the key is back to its own function.
+        setKeyMacro(entry.layout_index, entry.full_name, false);
+        clearPaletteSelection();
+    } else {
+        setKeyMacro(entry.layout_index, keydata.macroDesc, true);
+        clearPaletteSelection();
+        if (keydata.macroValue != 0) selectFirstPaletteKey(keydata.macroValue);
+    }
+    if (keydata.macroType == kMacroTypeKey && keydata.macroValue == kFnKeyCode) {
+        // A key made Fn is Fn on both layers.
+        keydata.fnlayerId = core.currentFnLayer == 0 ? 1 : 0;
+        db->addKeyProfile(keydata);
+    }
+    s_.transactions.SendKeyMacroData(core.currentProfile, 0);
+}
+
+void KeyPage::loadKeyMacroData() {
+    SessionCore& core = s_.core;
+    clearPaletteSelection();
+    resetKeyMacro();
+    if (DeviceSQLite* db = core.db()) {
+        std::vector<ProfileKey> records;
+        db->queryKeysProfile(core.currentProfile, core.currentFnLayer, records);
+        for (const ProfileKey& r : records) {
+            setKeyMacro(G_KB_SuperKeyCodeMap.at(static_cast<int>(r.keyValue)).layout_index, r.macroDesc, true);
+        }
+    }
+    s_.transactions.SendKeyMacroData(core.currentProfile, 0);
+}
+
+void KeyPage::selectButtonAction(std::int64_t value) {
+    // Nothing is reloaded: the marks keep showing the previous layer until the profile's keys
+    // are loaded again, while new assignments already go to the chosen layer.
+    s_.core.currentFnLayer = value != 0 ? 1 : 0;
+    s_.core.notify(SessionAspect::FnLayer);
+}
+
+void KeyPage::textButtonAction(std::int64_t value) {
+    fnKeyActive_ = value != 0;
+    s_.core.notify(SessionAspect::FnMode);
+    // Stored under profile 1 whatever profile is current: the keyboard has one Fn mode.
+    if (DeviceSQLite* db = s_.core.db()) db->updateConfigData(1, "fnfunction", fnKeyActive_ ? "1" : "0");
+    s_.transactions.SendSystemFunctionData(s_.core.currentProfile, s_.settings.switches());
+}
+
+void KeyPage::customKeywindowCloseDid() { loadKeyMacroData(); }
+
+void KeyPage::loadFnKeyMode() {
+    DeviceSQLite* db = s_.core.db();
+    fnKeyActive_ = db && db->getConfigData(1, "fnfunction") == "1";
+    s_.core.notify(SessionAspect::FnMode);
+}
+
+}  // namespace qx9

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace qx9 {
+
+class KeyboardSession;
+
+// One row of the profile table: the profile id and the name as displayed.
+struct ProfileRow {
+    std::int64_t profileId = 0;
+    std::string name;
+};
+
+// The profile table of the key page: loading, adding, deleting, renaming, choosing.
+class ProfileList {
+public:
+    // Tags of the three buttons under the table.
+    static constexpr int kAdd = 201;
+    static constexpr int kDelete = 202;
+    static constexpr int kRename = 203;
+
+    explicit ProfileList(KeyboardSession& session) : s_(session) {}
+
+    const std::vector<ProfileRow>& rows() const { return customkey_profilelist_datas_; }
+    int selectedRow() const { return selectedRow_; }
+
+    void loadKeyProfile();
+    void setKeyProfileTableSelect(int selectIndex);
+    // The user chose a row of the table.
+    void tableSelectionChanged(int row);
+    void selectProfileIndex(int index);
+    void selectProfile(std::int64_t profile);
+
+    // The buttons: 201 add, 202 delete, 203 rename (the front end then edits the row in place
+    // and reports the text through keyTableItemViewEdit); any other tag does nothing.
+    void customkey_button_profile(int tag);
+    bool renameAllowed() const { return selectedRow_ >= 0; }
+    void keyTableItemViewEdit(int index, const std::string& text);
+
+    // A stored name as the current language shows it.
+    static std::string displayedName(const std::string& stored);
+
+private:
+    void addProfile();
+    void deleteProfile();
+
+    KeyboardSession& s_;
+    std::vector<ProfileRow> customkey_profilelist_datas_;
+    int selectedRow_ = -1;
+};
+
+}  // namespace qx9

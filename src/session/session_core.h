@@ -1,0 +1,109 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "hid/device_comm.h"
+#include "hid/hid_backend.h"
+#include "store/device_sqlite.h"
+
+namespace qx9 {
+
+// What a front end sees change. After a change it re-reads the session's state of that aspect.
+enum class SessionAspect {
+    Connection,   // device present or not, title, start view
+    Page,         // page shown, start view
+    KeyView,      // texts and marks of the key page's keyboard
+    Palette,      // selection of the function palette
+    FnLayer,      // layer buttons
+    FnMode,       // default-key / Fn-key buttons
+    ProfileList,  // rows and highlight of the profile table
+    Settings,     // game-mode check boxes
+    Language,     // every text of the interface
+    LightModes,   // backlight mode list and highlight
+    UserLights,   // per-key lighting sets, the loaded set, key colours
+    Macros,       // macro list and event list
+};
+
+// The front end's side of the session: it is told what changed, shows the warnings, and is
+// asked to show the two windows the key page opens. All calls come on the main thread.
+class SessionEvents {
+public:
+    virtual ~SessionEvents() = default;
+    virtual void changed(SessionAspect) {}
+    // A warning sheet with its two texts in the current language.
+    virtual void warning(const std::string& /*message*/, const std::string& /*informative*/) {}
+    // A key was chosen on the key page: show the key menu at the pointer.
+    virtual void showKeyMenu() {}
+    // "Custom Function" was chosen: open the custom key dialog.
+    virtual void showCustomKeyDialog() {}
+};
+
+// How a session reaches the outside world.
+struct SessionConfig {
+    // Opens the database file by name (the application's data directory by default; tests and
+    // qx9ctl open an explicit path).
+    std::function<std::unique_ptr<DeviceSQLite>(const std::string& fileName)> openDatabase;
+    // Pacing of the transport, and the wire log (optional).
+    Pacer* pacer = nullptr;
+    std::shared_ptr<WireSink> wire;
+    // Runs work on the front end's main thread without waiting. Defaults to running it at once.
+    std::function<void(std::function<void()>)> postToMain;
+};
+
+// State shared by every part of the session, and the database and transport.
+//
+// `kbHIDdevice`, `keyboardTitle`, `initFinish`, `sendToKeyboard` and the transport's device
+// and status are written by the device notifications, which arrive on the monitor's thread;
+// they are guarded by `mutex` (or atomic). Everything else is main-thread only.
+struct SessionCore {
+    SessionConfig config;
+    SessionEvents* events = nullptr;
+
+    std::mutex mutex;
+    HidDeviceRef kbHIDdevice;
+    std::string keyboardTitle = "HALVORN QX9";
+    std::atomic<bool> initFinish{false};
+    std::atomic<bool> sendToKeyboard{false};
+    std::shared_ptr<DeviceComm> deviceComm;  // created at the first connection
+    std::unique_ptr<DeviceSQLite> deviceDB;  // likewise
+    std::string deviceDBfile;
+
+    std::int64_t currentProfile = 1;
+    std::int64_t currentProfileIndex = 0;
+    std::int64_t currentKBProfile = 1;
+    std::int64_t currentFnLayer = 0;
+    std::int64_t currentKeyValue = 0;
+    std::int64_t currentLightMode = 0;
+
+    // While muted the session behaves as if it had no transport: it stores but sends nothing.
+    // qx9ctl opens a session this way so that only its command's own transaction goes out.
+    bool muted = false;
+    // The front end works on the database alone when no keyboard is attached (qx9ctl); the
+    // window needs a keyboard for what only a connected keyboard can reach.
+    bool worksWithoutKeyboard = false;
+
+    DeviceComm* comm() { return muted ? nullptr : deviceComm.get(); }
+    DeviceSQLite* db() { return deviceDB.get(); }
+    HidDeviceRef device() {
+        std::lock_guard lock(mutex);
+        return kbHIDdevice;
+    }
+
+    void notify(SessionAspect aspect) {
+        if (events) events->changed(aspect);
+    }
+    void warn(const std::string& message, const std::string& informative) {
+        if (events) events->warning(message, informative);
+    }
+    void post(std::function<void()> work) {
+        if (config.postToMain) config.postToMain(std::move(work));
+        else work();
+    }
+};
+
+}  // namespace qx9

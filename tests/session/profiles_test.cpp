@@ -1,0 +1,98 @@
+// The profile table: naming, the last-profile warning, deleting the current one, renaming.
+#include "session/session_fixture.h"
+
+#include "i18n/language.h"
+
+namespace qx9::test {
+namespace {
+
+using ProfilesTest = SessionTest;
+
+TEST_F(ProfilesTest, NewProfileIsNamedAfterTheRowCount) {
+    connect();
+    ProfileList& p = session_->profiles;
+    p.customkey_button_profile(ProfileList::kAdd);
+    p.customkey_button_profile(ProfileList::kAdd);
+    ASSERT_EQ(p.rows().size(), 3u);
+    EXPECT_EQ(p.rows()[1].name, "Configuration File 1");
+    EXPECT_EQ(p.rows()[2].name, "Configuration File 2");
+    EXPECT_EQ(p.selectedRow(), 2);
+    EXPECT_EQ(session_->core.currentProfile, 1);  // not made current
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_profile WHERE name = 'Configuration File 1'"), "2");
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_lightdata WHERE profId = 2"), "0");  // lighting on first choice
+}
+
+TEST_F(ProfilesTest, LastProfileCannotBeDeleted) {
+    struct Case {
+        int language;
+        const char* warning;
+    };
+    const Case cases[] = {
+        {kLanguageEnglish, "Delete configuration scheme | The last configuration scheme cannot be deleted"},
+        {kLanguageSimplifiedChinese, "删除配置方案 | 不能删除最后一个配置方案"},
+        {kLanguageTraditionalChinese, "刪除配置方案 | 不能刪除最後一個配置方案"},
+    };
+    connect();
+    for (const Case& c : cases) {
+        events_.warnings.clear();
+        curLanguage = c.language;
+        session_->profiles.customkey_button_profile(ProfileList::kDelete);
+        ASSERT_EQ(events_.warnings.size(), 1u);
+        EXPECT_EQ(events_.warnings[0], c.warning);
+    }
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_profile"), "1");
+}
+
+TEST_F(ProfilesTest, DeletingTheCurrentProfileKeepsItCurrent) {
+    connect();
+    ProfileList& p = session_->profiles;
+    p.customkey_button_profile(ProfileList::kAdd);
+    p.tableSelectionChanged(1);
+    const std::int64_t second = p.rows()[1].profileId;
+    EXPECT_EQ(session_->core.currentProfile, second);
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_lightdata WHERE profId = " + std::to_string(second)), "21");
+    p.customkey_button_profile(ProfileList::kDelete);
+    EXPECT_EQ(p.rows().size(), 1u);
+    EXPECT_EQ(session_->core.currentProfile, second);
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_profile"), "1");
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_lightdata WHERE profId = " + std::to_string(second)), "21");
+}
+
+TEST_F(ProfilesTest, SwitchingSendsOnlyTheKeyMap) {
+    connect();
+    session_->profiles.customkey_button_profile(ProfileList::kAdd);
+    clearWire();
+    session_->profiles.tableSelectionChanged(1);
+    EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x11, 0x02}));
+}
+
+TEST_F(ProfilesTest, RenameTakesTheSelectedRowAndIgnoresEmptyText) {
+    connect();
+    ProfileList& p = session_->profiles;
+    p.customkey_button_profile(ProfileList::kAdd);  // selects row 1
+    p.keyTableItemViewEdit(0, "Games");             // the index carried does not count
+    EXPECT_EQ(p.rows()[1].name, "Games");
+    EXPECT_EQ(p.rows()[0].name, "Configuration File 1");
+    p.keyTableItemViewEdit(1, "");
+    EXPECT_EQ(sql("SELECT name FROM t_profile WHERE profId = 2"), "Games");
+    p.keyTableItemViewEdit(1, "x'); DROP TABLE t_profile; --");
+    EXPECT_EQ(sql("SELECT name FROM t_profile WHERE profId = 2"), "x'); DROP TABLE t_profile; --");
+}
+
+TEST_F(ProfilesTest, DefaultNamesAreShownTranslatedInChinese) {
+    connect();
+    session_->profiles.customkey_button_profile(ProfileList::kAdd);  // "Configuration File 1"
+    session_->profiles.customkey_button_profile(ProfileList::kAdd);  // "Configuration File 2"
+    session_->settings.comboBoxSelectionDidChange(1);               // Simplified Chinese
+    const auto& rows = session_->profiles.rows();
+    EXPECT_EQ(rows[0].name, "配置文件1");
+    EXPECT_EQ(rows[2].name, "配置文件2");
+    session_->profiles.customkey_button_profile(ProfileList::kAdd);
+    EXPECT_EQ(rows[3].name, "配置文件 3");  // stored in Chinese, and kept in every language
+    session_->settings.comboBoxSelectionDidChange(0);
+    EXPECT_EQ(session_->profiles.rows()[3].name, "配置文件 3");
+    EXPECT_EQ(session_->profiles.rows()[2].name, "Configuration File 2");
+}
+
+}  // namespace
+}  // namespace qx9::test

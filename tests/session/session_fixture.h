@@ -1,0 +1,63 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <sqlite3.h>
+#include <string>
+#include <vector>
+
+#include "session/keyboard_session.h"
+#include "support/wire_fixture.h"
+
+namespace qx9::test {
+
+// Records what the session shows the user.
+class RecordingEvents final : public SessionEvents {
+public:
+    void warning(const std::string& message, const std::string& informative) override {
+        warnings.push_back(message + " | " + informative);
+    }
+    void showKeyMenu() override { ++keyMenus; }
+    void showCustomKeyDialog() override { ++dialogs; }
+    std::vector<std::string> warnings;
+    int keyMenus = 0;
+    int dialogs = 0;
+};
+
+// A session on a database in a temporary directory and a virtual QX9 behind a recorded wire.
+class SessionTest : public ::testing::Test {
+protected:
+    SessionTest();
+    ~SessionTest() override;
+
+    // The keyboard arrives (the monitor's notification) and the first connection loads.
+    void connect(const std::shared_ptr<VirtualQX9>& keyboard);
+    void connect() { connect(keyboard_); }
+    void disconnect(const std::shared_ptr<VirtualQX9>& keyboard);
+
+    // Command codes (byte 1) of the command reports set since the last clearWire, in order.
+    std::vector<int> commandCodes() const;
+    std::vector<Bytes> sets() const;
+    void clearWire() { recorder_->events.clear(); }
+
+    // One value of the database by plain SQL ("" when no row).
+    std::string sql(const std::string& query) const;
+
+    std::filesystem::path dir_;
+    std::filesystem::path dbPath_;
+    std::shared_ptr<VirtualQX9> keyboard_;
+    std::shared_ptr<WireRecorder> recorder_;
+    RecordingEvents events_;
+    std::unique_ptr<KeyboardSession> session_;
+
+private:
+    std::ostringstream console_;
+    std::ostream* previousConsole_ = nullptr;
+};
+
+ProfileKey keyRecord(std::int64_t key, std::int64_t type, std::int64_t v, std::int64_t v2 = 0,
+                     std::int64_t v3 = 0);
+
+}  // namespace qx9::test

@@ -1,0 +1,132 @@
+// The settings page: language rules, game mode and its blocks, both resets.
+#include "session/session_fixture.h"
+
+#include "i18n/language.h"
+
+namespace qx9::test {
+namespace {
+
+using SettingsTest = SessionTest;
+
+void setStored(const std::filesystem::path& db, const char* key, const char* value) {
+    DeviceSQLite store = DeviceSQLite::atPath(db);
+    store.updateConfigData(1, key, value);
+}
+
+TEST_F(SettingsTest, StoredLanguageAtConnection) {
+    struct Case {
+        const char* stored;
+        int row;
+        int language;
+        const char* after;
+    };
+    const Case cases[] = {
+        {"2052", 1, kLanguageSimplifiedChinese, "2052"},
+        {"1033", 0, kLanguageEnglish, "1033"},
+        {"1028", 2, kLanguageTraditionalChinese, "1028"},
+        {"", 0, kLanguageSimplifiedChinese, "2052"},  // English row, Chinese texts
+        {"9999", -1, kLanguageSimplifiedChinese, "9999"},  // left as it was
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.stored);
+        std::filesystem::remove(dbPath_);
+        setStored(dbPath_, "language", c.stored);
+        curLanguage = kLanguageSimplifiedChinese;
+        SessionConfig config = session_->core.config;
+        session_ = std::make_unique<KeyboardSession>(config, &events_);
+        connect(std::make_shared<VirtualQX9>());
+        EXPECT_EQ(session_->settings.languageRow(), c.row);
+        EXPECT_EQ(curLanguage, c.language);
+        EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'language'"), c.after);
+    }
+}
+
+TEST_F(SettingsTest, LanguageBoxActsOnlyOnceTheKeyboardIsLoaded) {
+    session_->settings.comboBoxSelectionDidChange(2);
+    EXPECT_EQ(curLanguage, kLanguageSimplifiedChinese);
+    connect();
+    session_->settings.comboBoxSelectionDidChange(2);
+    EXPECT_EQ(curLanguage, kLanguageTraditionalChinese);
+    EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'language'"), "1028");
+    EXPECT_EQ(session_->lighting.light_mode_datas()[0].text, localizedText(500));
+    EXPECT_EQ(session_->lighting.light_mode_datas()[19].mode, 0);
+    EXPECT_EQ(session_->lighting.selectedRow(), 10);  // mode 11, the default selection
+}
+
+TEST_F(SettingsTest, GameModeAndItsBlocks) {
+    setStored(dbPath_, "disable_altf4", "1");
+    connect();
+    SettingsPage& s = session_->settings;
+    // Off at first: every box off although Alt+F4 is stored as blocked.
+    EXPECT_FALSE(s.box(SettingsPage::kAltF4));
+    struct Step {
+        int tag;
+        bool on;
+        const char* record;  // bytes 1–4 of the system-function record sent
+        const char* stored;  // gamemode, disable_alttab, disable_altf4, disable_win
+    };
+    const Step steps[] = {
+        {SettingsPage::kGameMode, true, "01 00 01 00", "1,0,1,0"},
+        {SettingsPage::kAltTab, true, "01 01 01 00", "1,1,1,0"},
+        {SettingsPage::kGameMode, false, "00 00 00 00", "0,1,1,0"},
+        {SettingsPage::kLockWin, true, "00 00 00 01", "0,1,1,1"},  // clickable while off
+        {SettingsPage::kGameMode, true, "01 01 01 01", "1,1,1,1"},
+    };
+    for (const Step& step : steps) {
+        SCOPED_TRACE(step.record);
+        clearWire();
+        s.button_action_gamemode(step.tag, step.on);
+        EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02}));
+        Bytes record = report(std::string("00 ") + step.record);
+        record[62] = 0xAA;
+        record[63] = 0x55;
+        EXPECT_EQ(sets()[2], record);
+        EXPECT_EQ(sql("SELECT group_concat(value) FROM (SELECT value FROM t_configdata WHERE profId = 1 AND key IN "
+                      "('gamemode','disable_alttab','disable_altf4','disable_win') ORDER BY CASE key "
+                      "WHEN 'gamemode' THEN 0 WHEN 'disable_alttab' THEN 1 WHEN 'disable_altf4' THEN 2 ELSE 3 END)"),
+                  step.stored);
+    }
+}
+
+TEST_F(SettingsTest, ConfirmationTexts) {
+    curLanguage = kLanguageEnglish;
+    const ConfirmationTexts keys = SettingsPage::resetKeysTexts();
+    EXPECT_EQ(keys.message, "Reset keyboard");
+    EXPECT_EQ(keys.informative, "Resetting the keyboard will erase all keyboard data. Continue?");
+    EXPECT_EQ(keys.firstButton, "NO");
+    EXPECT_EQ(SettingsPage::resetAllTexts().informative, "Resetting the mouse will erase all mouse data. Continue?");
+    curLanguage = kLanguageTraditionalChinese;
+    EXPECT_EQ(SettingsPage::resetAllTexts().secondButton, "是");
+}
+
+TEST_F(SettingsTest, ResetKeysEmptiesTheCurrentProfileAndSendsIt) {
+    connect();
+    session_->keys.keyboardKeyAction("a");
+    session_->keys.MenuItemMouseUpAction(KeyPage::kMenuDisable);
+    clearWire();
+    session_->settings.configResetKeys();
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_keyprofile"), "0");
+    EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x11, 0x02}));
+    EXPECT_EQ(keyRecord(keyboard_->memory(), 0, 56), (std::array<std::uint8_t, 4>{0, 0, 0, 0}));
+    // Resetting profile 1 takes its global settings with it; mode 3 is selected.
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_configdata WHERE key = 'gamemode'"), "0");
+    EXPECT_EQ(sql("SELECT mode FROM t_lightdata WHERE profId = 1 AND status = 1"), "3");
+}
+
+TEST_F(SettingsTest, ResetAllStartsAgainFromAFreshDatabase) {
+    connect();
+    session_->profiles.customkey_button_profile(ProfileList::kAdd);
+    session_->profiles.tableSelectionChanged(1);
+    session_->keys.keyboardKeyAction("a");
+    session_->keys.MenuItemMouseUpAction(KeyPage::kMenuDisable);
+    clearWire();
+    session_->settings.configResetAllDatas();
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_profile"), "1");
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_keyprofile"), "0");
+    EXPECT_EQ(session_->core.currentProfile, 1);
+    EXPECT_TRUE(session_->core.initFinish);
+    EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02, 0x18, 0x11, 0x02}));
+}
+
+}  // namespace
+}  // namespace qx9::test
