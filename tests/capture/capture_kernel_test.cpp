@@ -1,0 +1,199 @@
+// The keystroke capture against the real kernel: a keyboard made through /dev/uhid appears as an
+// event node, which the capture finds by udev, reads and loses again. Runs inside a throw-away
+// virtual machine (tests/uhid/run_in_vm.sh).
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <linux/input.h>
+#include <linux/uhid.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstring>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "common/console.h"
+#include "common/unique_fd.h"
+#include "hid/capture_state.h"
+#include "hid/keylogger.h"
+#include "layout/key_maps.h"
+
+namespace qx9 {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// A boot keyboard: 8 modifier bits, a reserved byte, six key usages.
+constexpr std::uint8_t kBootKeyboard[] = {
+    0x05, 0x01, 0x09, 0x06, 0xA1, 0x01, 0x05, 0x07, 0x19, 0xE0, 0x29, 0xE7, 0x15, 0x00, 0x25, 0x01,
+    0x75, 0x01, 0x95, 0x08, 0x81, 0x02, 0x95, 0x01, 0x75, 0x08, 0x81, 0x01, 0x95, 0x06, 0x75, 0x08,
+    0x15, 0x00, 0x25, 0x65, 0x05, 0x07, 0x19, 0x00, 0x29, 0x65, 0x81, 0x00, 0xC0};
+
+class UhidKeyboard {
+public:
+    UhidKeyboard() : fd_(::open("/dev/uhid", O_RDWR | O_CLOEXEC)) {
+        if (!fd_) return;
+        uhid_event ev{};
+        ev.type = UHID_CREATE2;
+        std::strcpy(reinterpret_cast<char*>(ev.u.create2.name), "capture test keyboard");
+        std::memcpy(ev.u.create2.rd_data, kBootKeyboard, sizeof kBootKeyboard);
+        ev.u.create2.rd_size = sizeof kBootKeyboard;
+        ev.u.create2.bus = BUS_USB;
+        ev.u.create2.vendor = 0x1209;  // generic test ids: hid-generic takes it
+        ev.u.create2.product = 0x0001;
+        if (!send(ev)) fd_.reset();
+    }
+    ~UhidKeyboard() { destroy(); }
+    bool created() const { return fd_.valid(); }
+
+    // One input report: modifier bits and up to six keys.
+    bool report(std::uint8_t modifiers, std::array<std::uint8_t, 6> keys = {}) {
+        uhid_event ev{};
+        ev.type = UHID_INPUT2;
+        ev.u.input2.size = 8;
+        ev.u.input2.data[0] = modifiers;
+        std::copy(keys.begin(), keys.end(), ev.u.input2.data + 2);
+        return send(ev);
+    }
+    void destroy() {
+        if (!fd_) return;
+        uhid_event ev{};
+        ev.type = UHID_DESTROY;
+        send(ev);
+        fd_.reset();
+    }
+
+private:
+    bool send(const uhid_event& ev) { return ::write(fd_.get(), &ev, sizeof ev) == static_cast<ssize_t>(sizeof ev); }
+    UniqueFd fd_;
+};
+
+// Runs the capture's part of the main loop until `done` or the time is up.
+template <typename Done>
+bool runUntil(Keylogger& k, Done done, std::chrono::milliseconds limit = 10s) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::vector<pollfd> p;
+        if (k.monitorFd() >= 0) p.push_back({k.monitorFd(), POLLIN, 0});
+        for (int fd : k.fds()) p.push_back({fd, POLLIN, 0});
+        if (::poll(p.data(), p.size(), 50) <= 0) continue;
+        for (const pollfd& q : p) {
+            if (!q.revents) continue;
+            if (q.fd == k.monitorFd()) k.hotplugReadable();
+            else k.readAvailable(q.fd);
+        }
+    }
+    return true;
+}
+
+class KernelCapture : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (::access("/dev/uhid", W_OK) != 0) GTEST_SKIP() << "no /dev/uhid here";
+        previous_ = setConsoleStream(&console_);
+        resetCaptureState();
+        G_KB_NormalKeys.clear();
+        G_KB_FlagKeys.clear();
+        for (const KeyNameEntry& e : KB_108K_SuperKeyNameMap().entries()) {
+            (e.key_type ? G_KB_FlagKeys : G_KB_NormalKeys).push_back(e.key_code);
+        }
+    }
+    void TearDown() override {
+        if (previous_) setConsoleStream(previous_);
+        resetCaptureState();
+    }
+    std::ostringstream console_;
+    std::ostream* previous_ = nullptr;
+};
+
+TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
+    Keylogger k;
+    EXPECT_EQ(console_.str().rfind("dll [[\"ID_INPUT_KEYBOARD\": \"1\"], [\"ID_INPUT_KEY\": \"1\"]]\n", 0), 0u);
+    ASSERT_GE(k.monitorFd(), 0);
+    const std::vector<int> before = k.fds();
+    std::vector<std::pair<int, bool>> watched;
+    k.setWatchCallback([&](int fd, bool added) { watched.emplace_back(fd, added); });
+
+    UhidKeyboard kb;
+    ASSERT_TRUE(kb.created());
+    ASSERT_TRUE(runUntil(k, [&] { return k.fds().size() == before.size() + 1; })) << "the node never came";
+    ASSERT_EQ(watched.size(), 1u);
+    const int fd = watched[0].first;
+    EXPECT_TRUE(watched[0].second);
+    EXPECT_TRUE(inputMonitoringTrusted());
+    EXPECT_EQ(k.source(), CaptureSource::Evdev);
+    {
+        console_.str("");
+        Keylogger present;  // finds the keyboard among the nodes already there
+        EXPECT_EQ(present.fds().size(), before.size() + 1);
+        EXPECT_EQ(console_.str().find("Can't open HID!"), std::string::npos);
+    }
+
+    // Shift+A, then A alone, then nothing
+    ASSERT_TRUE(kb.report(0x02));
+    ASSERT_TRUE(kb.report(0x02, {0x04}));
+    ASSERT_TRUE(runUntil(k, [&] { return GLOBAL_LAST_PRESS_KEY_SCANCODE == 4; }));
+    EXPECT_EQ(lastKeyOperate, "down");
+    EXPECT_THAT(pressedFlags, ElementsAre(225));
+    EXPECT_THAT(pressedNormalKey, ElementsAre(4));
+    EXPECT_EQ(shiftKeyStatus, 1);
+    const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(
+                         std::chrono::system_clock::now().time_since_epoch()).count();
+    EXPECT_NEAR(static_cast<double>(lastMovedTime), static_cast<double>(now), 60'000.0);
+
+    ASSERT_TRUE(kb.report(0x00, {0x04}));
+    ASSERT_TRUE(runUntil(k, [&] { return shiftKeyStatus == 0; }));
+    EXPECT_THAT(pressedFlags, IsEmpty());
+    EXPECT_THAT(pressedNormalKey, ElementsAre(4));
+
+    ASSERT_TRUE(kb.report(0x00));
+    ASSERT_TRUE(runUntil(k, [&] { return pressedNormalKey.empty(); }));
+    EXPECT_EQ(lastKeyOperate, "up");
+    EXPECT_EQ(GLOBAL_LAST_PRESS_KEY_SCANCODE, 4);
+
+    // Held well past the kernel's repeat delay, a key stays one press. A second reader of the
+    // node shows that the kernel did repeat it meanwhile.
+    char path[64] = {};
+    ASSERT_GT(::readlink(("/proc/self/fd/" + std::to_string(fd)).c_str(), path, sizeof path - 1), 0);
+    UniqueFd witness(::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    ASSERT_TRUE(witness) << path;
+    ASSERT_TRUE(kb.report(0x00, {0x05}));
+    ASSERT_TRUE(runUntil(k, [&] { return !pressedNormalKey.empty(); }));
+    const std::int64_t pressedAt = lastMovedTime;
+    std::this_thread::sleep_for(800ms);
+    k.drain();
+    EXPECT_THAT(pressedNormalKey, ElementsAre(5));
+    EXPECT_EQ(lastMovedTime, pressedAt);
+    int repeats = 0;
+    input_event ev;
+    while (::read(witness.get(), &ev, sizeof ev) == static_cast<ssize_t>(sizeof ev)) {
+        if (ev.type == EV_KEY && ev.code == KEY_B && ev.value == 2) ++repeats;
+    }
+    EXPECT_GT(repeats, 0);
+    ASSERT_TRUE(kb.report(0x00));
+    ASSERT_TRUE(runUntil(k, [&] { return pressedNormalKey.empty(); }));
+    EXPECT_EQ(lastKeyOperate, "up");
+    EXPECT_EQ(GLOBAL_LAST_PRESS_KEY_SCANCODE, 5);
+    witness.reset();
+
+    // Unplugged: the read fails and the node is dropped, whichever comes first, the read or udev.
+    kb.destroy();
+    std::this_thread::sleep_for(300ms);
+    k.drain();
+    ASSERT_TRUE(runUntil(k, [&] { return k.fds() == before; }));
+    EXPECT_EQ(watched.back(), std::pair(fd, false));
+    k.drain();
+    k.hotplugReadable();
+    EXPECT_EQ(k.fds(), before);
+}
+
+}  // namespace
+}  // namespace qx9
