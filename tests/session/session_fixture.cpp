@@ -38,24 +38,25 @@ SessionTest::~SessionTest() {
     std::filesystem::remove_all(dir_);
 }
 
-void SessionTest::connect(const std::shared_ptr<VirtualQX9>& keyboard) {
+namespace {
+
+Notification deviceNotification(const char* name, const std::shared_ptr<VirtualQX9>& keyboard) {
     HIDDevice record;
     record.vendorId = kQX9VendorId;
     record.productId = kQX9ProductId;
     record.featureSize = kQX9FeatureSize;
     record.device = keyboard;
-    session_->device.deviceConnected(
-        Notification{kHIDDeviceConnected, HIDDeviceDictionary{{kDeviceKey, record}}});
+    return Notification{name, HIDDeviceDictionary{{kDeviceKey, record}}};
+}
+
+}  // namespace
+
+void SessionTest::connect(const std::shared_ptr<VirtualQX9>& keyboard) {
+    session_->device.deviceConnected(deviceNotification(kHIDDeviceConnected, keyboard));
 }
 
 void SessionTest::disconnect(const std::shared_ptr<VirtualQX9>& keyboard) {
-    HIDDevice record;
-    record.vendorId = kQX9VendorId;
-    record.productId = kQX9ProductId;
-    record.featureSize = kQX9FeatureSize;
-    record.device = keyboard;
-    session_->device.deviceDisconnected(
-        Notification{kHIDDeviceDisconnected, HIDDeviceDictionary{{kDeviceKey, record}}});
+    session_->device.deviceDisconnected(deviceNotification(kHIDDeviceDisconnected, keyboard));
 }
 
 std::vector<Bytes> SessionTest::sets() const {

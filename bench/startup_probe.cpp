@@ -1,0 +1,74 @@
+// Start-up probe: the application's own start (options, window, virtual keyboard), stopped at the
+// first paint of the main window. Prints the wall clock of that paint and the resident memory.
+#include <QApplication>
+#include <QMainWindow>
+#include <QTimer>
+#include <cstdio>
+#include <ctime>
+#include <fstream>
+#include <string>
+
+#include "app/app_delegate.h"
+#include "app/app_options.h"
+#include "app/app_resources.h"
+#include "app/app_style.h"
+#include "app/keyboard_view_controller.h"
+
+namespace {
+
+long long realtimeNs() {
+    timespec t{};
+    clock_gettime(CLOCK_REALTIME, &t);
+    return static_cast<long long>(t.tv_sec) * 1000000000LL + t.tv_nsec;
+}
+
+long residentKb() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.rfind("VmRSS:", 0) == 0) return std::stol(line.substr(6));
+    }
+    return -1;
+}
+
+class FirstPaint : public QObject {
+public:
+    bool eventFilter(QObject* o, QEvent* e) override {
+        if (e->type() == QEvent::Paint && !done_) {
+            done_ = true;
+            const long long at = realtimeNs();
+            // Let the paint finish, then report and leave.
+            QTimer::singleShot(0, [at] {
+                std::printf("first_paint_realtime_ns=%lld\n", at);
+                QTimer::singleShot(300, [] {
+                    std::printf("rss_kb=%ld\n", residentKb());
+                    std::fflush(stdout);
+                    QApplication::exit(0);
+                });
+            });
+        }
+        return QObject::eventFilter(o, e);
+    }
+
+private:
+    bool done_ = false;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qx9::AppOptions options;
+    std::string error;
+    qx9::parseAppOptions(argc, argv, options, error);
+    QApplication app(argc, argv);
+    qx9::initAppResources();
+    qx9::applyAppStyle(app);
+    QMainWindow window;
+    auto* controller = new qx9::KeyboardViewController(options, &window);
+    window.setCentralWidget(controller);
+    FirstPaint probe;
+    window.installEventFilter(&probe);
+    window.show();
+    qx9::AppDelegate delegate;
+    delegate.applicationDidFinishLaunching();
+    return app.exec();
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+#include <memory>
+
+class QSystemTrayIcon;
+class QTimer;
+class QMenu;
+
+namespace qx9 {
+
+class PrivilegeMonitor;
+
+// The process-level work at launch: the permission monitor, keystroke capture and the tray
+// item whose menu quits the application.
+class AppDelegate : public QObject {
+    Q_OBJECT
+public:
+    explicit AppDelegate(QObject* parent = nullptr);
+    ~AppDelegate() override;
+
+    void applicationDidFinishLaunching();
+    void startPrivilegeMonitor();
+    void createButtonStatusBar();
+    void clickQuit();
+
+private:
+    QSystemTrayIcon* statusItem = nullptr;
+    QMenu* quickButton = nullptr;
+    QTimer* privilegeTimer_ = nullptr;
+    std::unique_ptr<PrivilegeMonitor> privilegeMonitor_;
+};
+
+}  // namespace qx9

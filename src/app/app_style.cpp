@@ -1,0 +1,70 @@
+#include "app/app_style.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace qx9 {
+
+namespace {
+
+const char* const kStyleSheet = R"(
+QWidget { color: #e6e7ea; }
+QMainWindow, #KeyboardViewController, QStackedWidget, #nodevice_view, QDialog { background: #17181b; }
+#header { background: #202226; border-bottom: 1px solid #2d3036; }
+#header_title { font-size: 15px; font-weight: 600; letter-spacing: 1px; color: #f2f3f5; }
+#header QToolButton { border: none; padding: 6px 10px; border-radius: 6px; }
+#header QToolButton:hover { background: #2b2e34; }
+#header QToolButton[selected="true"] { background: #2e2118; }
+#startview_title { font-size: 22px; font-weight: 600; color: #f2f3f5; }
+#startview_status { font-size: 13px; color: #a9adb5; }
+QPushButton#keyboard_connect { border: none; background: transparent; }
+QPushButton[role="segment"] { background: #24262b; border: 1px solid #33363d; padding: 6px 14px; color: #c9ccd2; }
+QPushButton[role="segment"][active="true"] { background: #CA5100; border-color: #CA5100; color: #ffffff; }
+QPushButton[role="segment"]:hover { border-color: #CA5100; }
+QPushButton[role="menuitem"] { text-align: left; border: none; padding: 7px 16px; background: transparent; }
+QPushButton[role="menuitem"]:hover { background: #CA5100; color: #ffffff; }
+#keyboardKeyMenu, #keyboardToolTips { background: #24262b; border: 1px solid #3a3d45; border-radius: 6px; }
+#label_keydesc { font-weight: 600; }
+#label_keymacro { color: #f0a060; }
+QListWidget { background: #1e2024; border: 1px solid #2d3036; border-radius: 6px; padding: 4px; }
+QListWidget::item { padding: 7px 8px; border-radius: 4px; }
+QListWidget::item:selected { background: #CA5100; color: #ffffff; }
+QListWidget::item:hover:!selected { background: #2b2e34; }
+QToolButton { background: #24262b; border: 1px solid #33363d; border-radius: 4px; min-width: 26px; min-height: 22px; }
+QToolButton:hover { border-color: #CA5100; }
+QPushButton { background: #2a2d33; border: 1px solid #3a3d45; border-radius: 5px; padding: 6px 16px; }
+QPushButton:hover { border-color: #CA5100; }
+QPushButton:default { background: #CA5100; border-color: #CA5100; color: #ffffff; }
+QComboBox, QLineEdit { background: #24262b; border: 1px solid #3a3d45; border-radius: 5px; padding: 5px 8px; }
+QComboBox:focus, QLineEdit:focus { border-color: #CA5100; }
+QCheckBox::indicator:checked { background: #CA5100; border: 1px solid #CA5100; border-radius: 3px; }
+QCheckBox::indicator:unchecked { background: #24262b; border: 1px solid #4a4e57; border-radius: 3px; }
+QMessageBox { background: #202226; }
+)";
+
+}  // namespace
+
+void applyAppStyle(QApplication& app) {
+    app.setStyle(QStyleFactory::create("Fusion"));
+    QPalette p;
+    p.setColor(QPalette::Window, QColor(0x17, 0x18, 0x1b));
+    p.setColor(QPalette::WindowText, QColor(0xe6, 0xe7, 0xea));
+    p.setColor(QPalette::Base, QColor(0x24, 0x26, 0x2b));
+    p.setColor(QPalette::Text, QColor(0xe6, 0xe7, 0xea));
+    p.setColor(QPalette::Button, QColor(0x2a, 0x2d, 0x33));
+    p.setColor(QPalette::ButtonText, QColor(0xe6, 0xe7, 0xea));
+    p.setColor(QPalette::Highlight, QColor(0xCA, 0x51, 0x00));
+    p.setColor(QPalette::HighlightedText, Qt::white);
+    p.setColor(QPalette::ToolTipBase, QColor(0x24, 0x26, 0x2b));
+    p.setColor(QPalette::ToolTipText, QColor(0xe6, 0xe7, 0xea));
+    app.setPalette(p);
+    // Noto Sans CJK covers the Latin and the Chinese texts in one face.
+    QFont f("Noto Sans CJK SC");
+    f.setPointSizeF(10);
+    app.setFont(f);
+    app.setStyleSheet(kStyleSheet);
+}
+
+}  // namespace qx9

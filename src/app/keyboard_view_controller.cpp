@@ -1,0 +1,339 @@
+#include "app/keyboard_view_controller.h"
+
+#include <QButtonGroup>
+#include <QCursor>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QShowEvent>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <cerrno>
+
+#include "app/app_resources.h"
+#include "app/start_view.h"
+#include "hid/hidraw_device.h"
+#include "hid/virtual_qx9.h"
+#include "i18n/language.h"
+#include "i18n/language_switch.h"
+#include "layout/key_maps.h"
+#include "pages/custom_key_dialog_view.h"
+#include "pages/key_menu.h"
+#include "pages/key_page_view.h"
+#include "pages/settings_page_view.h"
+#include "widgets/custom_key_func_view.h"
+#include "widgets/keyboard_view.h"
+
+namespace qx9 {
+
+namespace {
+
+struct PageButton {
+    int code;
+    const char* name;
+    const char* icon;
+};
+constexpr PageButton kPageButtons[] = {
+    {kPageKeys, "customkey_btn", "icon_menu_customkey"},
+    {kPageMacros, "macro_btn", "icon_menu_macro"},
+    {kPageBacklight, "light_btn", "icon_menu_light"},
+    {kPageUserLight, "userlight_btn", "icon_menu_userlight"},
+    {kPageSettings, "config_btn", "icon_menu_config"},
+};
+
+QListWidget* listPage(const char* name, QWidget* parent) {
+    auto* list = new QListWidget(parent);
+    list->setObjectName(name);
+    list->setSelectionMode(QAbstractItemView::SingleSelection);
+    list->setFocusPolicy(Qt::NoFocus);
+    return list;
+}
+
+QWidget* wrapPage(const char* name, QWidget* content) {
+    auto* page = new QWidget;
+    page->setObjectName(name);
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(40, 24, 40, 24);
+    layout->addWidget(content);
+    return page;
+}
+
+}  // namespace
+
+KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidget* parent)
+    : QWidget(parent), options_(options) {
+    initAppResources();
+    setObjectName("KeyboardViewController");
+    SessionConfig config;
+    if (!options.database.empty()) {
+        const std::string path = options.database;
+        config.openDatabase = [path](const std::string&) {
+            return std::make_unique<DeviceSQLite>(DeviceSQLite::atPath(path));
+        };
+    }
+    // Work from the monitor's thread reaches the window through the event loop.
+    config.postToMain = [this](std::function<void()> work) {
+        QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
+    };
+    session_ = std::make_unique<KeyboardSession>(config, this);
+    rfDeviceMonitor = std::make_unique<HIDDeviceMonitor>(std::vector<HIDMonitorData>{{0x05AC, 0x024F}}, 64);
+    initViewUI();
+    registerNotification();
+}
+
+KeyboardViewController::~KeyboardViewController() {
+    for (auto t : tokens_) NotificationCenter::defaultCenter().removeObserver(t);
+    rfDeviceMonitor->stop();
+    if (monitorThread_.joinable()) monitorThread_.join();
+    if (virtual_ && !options_.virtualState.empty()) {
+        std::string error;
+        virtual_->saveState(options_.virtualState, error);
+    }
+}
+
+void KeyboardViewController::initViewUI() {
+    auto* header = new QWidget(this);
+    header->setObjectName("header");
+    header->setAttribute(Qt::WA_StyledBackground);
+    auto* headerLayout = new QHBoxLayout(header);
+    headerLayout->setContentsMargins(16, 8, 16, 8);
+    home_btn = new QToolButton(header);
+    home_btn->setObjectName("home_btn");
+    home_btn->setIcon(QIcon(":/images/icon_home"));
+    home_btn->setIconSize(QSize(22, 22));
+    home_btn->setCursor(Qt::PointingHandCursor);
+    connect(home_btn, &QToolButton::clicked, this, [this] { session_->device.button_action_home(); });
+    auto* title = new QLabel("HALVORN QX9", header);
+    title->setObjectName("header_title");
+    headerLayout->addWidget(home_btn);
+    headerLayout->addWidget(title);
+    headerLayout->addStretch();
+    for (const PageButton& p : kPageButtons) {
+        auto* b = new QToolButton(header);
+        b->setObjectName(p.name);
+        b->setIconSize(QSize(26, 26));
+        b->setCursor(Qt::PointingHandCursor);
+        b->setAutoRaise(true);
+        const int code = p.code;
+        connect(b, &QToolButton::clicked, this, [this, code] { showPage(code); });
+        pageButtons_[p.code] = b;
+        headerLayout->addWidget(b);
+    }
+
+    pages_ = new QStackedWidget(this);
+    customkey_view = new KeyPageView(*session_, pages_);
+    config_view = new SettingsPageView(*session_, pages_);
+    macroList_ = listPage("macro_tableview", this);
+    lightList_ = listPage("light_mode_table", this);
+    userLightList_ = listPage("userlight_table", this);
+    pages_->addWidget(customkey_view);
+    pages_->addWidget(wrapPage("macro_view", macroList_));
+    pages_->addWidget(wrapPage("light_view", lightList_));
+    pages_->addWidget(wrapPage("userlight_view", userLightList_));
+    pages_->addWidget(config_view);
+    customkey_view->keyboard()->showingHomePage = [this] { return session_->device.showingHomePage(); };
+
+    auto* body = new QStackedWidget(this);
+    body->setObjectName("body");
+    nodevice_view = new StartView(body);
+    connect(nodevice_view, &StartView::keyboardClicked, this, [this] { session_->device.button_keyboard_connect(); });
+    body->addWidget(nodevice_view);
+    body->addWidget(pages_);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(header);
+    layout->addWidget(body, 1);
+
+    keyboardKeyMenu = new KeyMenuViewController(this);
+    keyboardToolTips = new KBToolTipsViewController(this);
+    applyLanguage();
+    syncPages();
+}
+
+void KeyboardViewController::registerNotification() {
+    NotificationCenter& c = NotificationCenter::defaultCenter();
+    auto on = [&](const char* name, std::function<void(const Notification&)> f) {
+        tokens_.push_back(c.addObserver(name, std::move(f)));
+    };
+    on("keyboardKeyAction", [this](const Notification& n) {
+        if (const auto* name = std::any_cast<std::string>(&n.object)) session_->keys.keyboardKeyAction(*name);
+    });
+    on("ShowKeyboardToolTipWnd", [this](const Notification& n) {
+        const auto* tip = std::any_cast<KeyboardToolTip>(&n.object);
+        if (!tip) return;
+        if (tip->show == 1) {
+            keyboardKeyMenu->hide();
+            const QPoint at = customkey_view->keyboard()->parentWidget()->mapToGlobal(
+                QPointF(tip->x - 20, tip->y + 8).toPoint());
+            const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(tip->keyDesc);
+            keyboardToolTips->showAt(at, QString::fromStdString(e ? e->full_name : tip->keyDesc),
+                                     QString::fromStdString(tip->keyMacro));
+        } else {
+            keyboardToolTips->hide();
+        }
+    });
+    on("MenuItemMouseUpAction", [this](const Notification& n) {
+        const auto* map = std::any_cast<std::map<std::string, std::int64_t>>(&n.object);
+        keyboardKeyMenu->hide();
+        if (map && map->count("menuid")) session_->keys.MenuItemMouseUpAction(static_cast<int>(map->at("menuid")));
+    });
+    on("customKeyFuncAction", [this](const Notification& n) {
+        const auto* map = std::any_cast<std::map<std::string, std::int64_t>>(&n.object);
+        if (map && map->count("key_code")) session_->keys.customKeyFuncAction(map->at("key_code"));
+    });
+    on("selectButtonAction", [this](const Notification& n) {
+        if (const auto* v = std::any_cast<std::int64_t>(&n.object)) session_->keys.selectButtonAction(*v);
+    });
+    on("textButtonAction", [this](const Notification& n) {
+        if (const auto* v = std::any_cast<std::int64_t>(&n.object)) session_->keys.textButtonAction(*v);
+    });
+    on("keyTableItemViewEdit", [this](const Notification& n) {
+        if (const auto* edit = std::any_cast<std::pair<int, std::string>>(&n.object)) {
+            session_->profiles.keyTableItemViewEdit(edit->first, edit->second);
+        }
+    });
+    on("customKeywindowCloseDid", [this](const Notification&) { session_->keys.customKeywindowCloseDid(); });
+}
+
+void KeyboardViewController::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!appeared_) {
+        appeared_ = true;
+        viewDidAppear();
+    }
+}
+
+void KeyboardViewController::viewDidAppear() {
+    NotificationCenter& c = NotificationCenter::defaultCenter();
+    tokens_.push_back(c.addObserver(kHIDDeviceConnected, [this](const Notification& n) { deviceArrived(n); }));
+    tokens_.push_back(c.addObserver(kHIDDeviceDisconnected,
+                                    [this](const Notification& n) { session_->device.deviceDisconnected(n); }));
+    if (!options_.noMonitor) monitorThread_ = std::thread([this] { rfDeviceMonitor->start(); });
+    if (options_.virtualKeyboard) {
+        virtual_ = std::make_shared<VirtualQX9>();
+        std::string error;
+        if (!options_.virtualState.empty() && !virtual_->loadState(options_.virtualState, error)) {
+            virtual_->setMemory({});  // a missing or unreadable file: start empty, save on exit
+        }
+        plugVirtualKeyboard(true);
+    }
+}
+
+void KeyboardViewController::deviceArrived(const Notification& n) {
+    // A node we may not open is not a keyboard we can use: say how to fix it instead.
+    if (const auto* dict = std::any_cast<HIDDeviceDictionary>(&n.object)) {
+        auto it = dict->find(kDeviceKey);
+        if (it != dict->end() && it->second.device && !it->second.device->open()) {
+            const auto* node = dynamic_cast<const HidrawDevice*>(it->second.device.get());
+            if (node && node->openErrno() == EACCES) {
+                const QString path = QString::fromStdString(node->devnode());
+                QMetaObject::invokeMethod(this, [this, path] { nodevice_view->setAccessProblem(path); }, Qt::QueuedConnection);
+                return;
+            }
+        }
+    }
+    session_->device.deviceConnected(n);
+}
+
+void KeyboardViewController::plugVirtualKeyboard(bool plugged) {
+    if (!virtual_) return;
+    HIDDevice record;
+    record.vendorId = kQX9VendorId;
+    record.productId = kQX9ProductId;
+    record.featureSize = kQX9FeatureSize;
+    record.reportSize = 64;
+    record.name = "HALVORN QX9 (virtual)";
+    record.device = virtual_;
+    NotificationCenter::defaultCenter().post(plugged ? kHIDDeviceConnected : kHIDDeviceDisconnected,
+                                             HIDDeviceDictionary{{kDeviceKey, record}});
+}
+
+void KeyboardViewController::showPage(int pageCode) {
+    session_->device.showPage(pageCode);
+}
+
+void KeyboardViewController::syncPages() {
+    const int view = session_->device.viewType();
+    const int index = view == kPageKeys ? 0 : view == kPageMacros ? 1 : view == kPageBacklight ? 2 : view == kPageUserLight ? 3 : 4;
+    pages_->setCurrentIndex(index);
+    for (const PageButton& p : kPageButtons) {
+        const bool selected = p.code == view;
+        pageButtons_[p.code]->setIcon(QIcon(QString(":/images/%1%2").arg(p.icon, selected ? "_check" : "")));
+        pageButtons_[p.code]->setProperty("selected", selected);
+    }
+    auto* body = static_cast<QStackedWidget*>(nodevice_view->parentWidget());
+    body->setCurrentWidget(session_->device.showingHomePage() ? static_cast<QWidget*>(nodevice_view) : pages_);
+    for (auto& [code, b] : pageButtons_) b->setEnabled(!session_->device.showingHomePage());
+    nodevice_view->setConnected(session_->device.keyboardConnected());
+}
+
+void KeyboardViewController::syncLists() {
+    macroList_->clear();
+    for (const MacroRow& r : session_->macros.MacroListDatas()) macroList_->addItem(QString::fromStdString(r.text));
+    lightList_->clear();
+    for (const LightModeRow& r : session_->lighting.light_mode_datas()) lightList_->addItem(QString::fromStdString(r.text));
+    lightList_->setCurrentRow(session_->lighting.selectedRow() < lightList_->count() ? session_->lighting.selectedRow() : -1);
+    userLightList_->clear();
+    for (const UserLightRow& r : session_->userLights.userlight_datas()) userLightList_->addItem(QString::fromStdString(r.name));
+}
+
+void KeyboardViewController::applyLanguage() {
+    if (QWidget* w = window()) w->setWindowTitle(QString::fromStdString(session_->device.windowTitle()));
+    for (const SwitchedText& t : languageSwitchTexts()) {
+        if (t.item != kWholeControl) continue;  // list and pop-up rows follow their own data
+        QWidget* w = findChild<QWidget*>(QString::fromUtf8(t.control.data(), static_cast<int>(t.control.size())));
+        if (!w) continue;
+        const QString text = QString::fromStdString(localizedText(t.textId));
+        if (auto* b = qobject_cast<QAbstractButton*>(w)) b->setText(text);
+        else if (auto* l = qobject_cast<QLabel*>(w)) l->setText(text);
+    }
+    nodevice_view->retranslate();
+}
+
+void KeyboardViewController::changed(SessionAspect aspect) {
+    switch (aspect) {
+        case SessionAspect::Connection:
+            nodevice_view->setConnected(session_->device.keyboardConnected());
+            if (QWidget* w = window()) w->setWindowTitle(QString::fromStdString(session_->device.windowTitle()));
+            break;
+        case SessionAspect::Page: syncPages(); break;
+        case SessionAspect::KeyView: customkey_view->syncKeys(); break;
+        case SessionAspect::Palette: customkey_view->syncPalette(); break;
+        case SessionAspect::FnLayer: customkey_view->syncLayerButtons(); break;
+        case SessionAspect::FnMode: customkey_view->syncFnModeButtons(); break;
+        case SessionAspect::ProfileList: customkey_view->syncProfiles(); break;
+        case SessionAspect::Settings: config_view->sync(); break;
+        case SessionAspect::Language:
+            applyLanguage();
+            config_view->sync();
+            break;
+        case SessionAspect::LightModes:
+        case SessionAspect::UserLights:
+        case SessionAspect::Macros: syncLists(); break;
+    }
+}
+
+void KeyboardViewController::warning(const std::string& message, const std::string& informative) {
+    const QString m = QString::fromStdString(message), i = QString::fromStdString(informative);
+    emit warningShown(m, i);
+    auto* box = new QMessageBox(QMessageBox::Warning, QString(), m, QMessageBox::Ok, window());
+    box->setInformativeText(i);
+    box->setObjectName("warningSheet");
+    box->setWindowModality(Qt::WindowModal);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void KeyboardViewController::showKeyMenu() { keyboardKeyMenu->showAt(QCursor::pos()); }
+
+void KeyboardViewController::showCustomKeyDialog() {
+    auto* dialog = new CustomKeyViewController(*session_, window());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+}  // namespace qx9

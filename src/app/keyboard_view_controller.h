@@ -1,0 +1,89 @@
+#pragma once
+
+#include <QWidget>
+#include <map>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "app/app_options.h"
+#include "common/notification_center.h"
+#include "hid/hid_device_monitor.h"
+#include "session/keyboard_session.h"
+
+class QButtonGroup;
+class QListWidget;
+class QStackedWidget;
+class QToolButton;
+
+namespace qx9 {
+
+class KBToolTipsViewController;
+class KeyMenuViewController;
+class KeyPageView;
+class SettingsPageView;
+class StartView;
+class VirtualQX9;
+
+// The main window's controller: it owns the session, the device monitor and the pages, turns
+// the views' notifications into session actions and mirrors the session back into the widgets.
+class KeyboardViewController : public QWidget, public SessionEvents {
+    Q_OBJECT
+public:
+    explicit KeyboardViewController(const AppOptions& options, QWidget* parent = nullptr);
+    ~KeyboardViewController() override;
+
+    KeyboardSession& session() { return *session_; }
+    KeyPageView* keyPage() const { return customkey_view; }
+    StartView* startView() const { return nodevice_view; }
+    KeyMenuViewController* keyMenu() const { return keyboardKeyMenu; }
+    VirtualQX9* virtualKeyboard() const { return virtual_.get(); }
+
+    // Plugs the virtual keyboard in or out, as the monitor would report it.
+    void plugVirtualKeyboard(bool plugged);
+
+    // SessionEvents
+    void changed(SessionAspect aspect) override;
+    void warning(const std::string& message, const std::string& informative) override;
+    void showKeyMenu() override;
+    void showCustomKeyDialog() override;
+
+signals:
+    // A warning sheet was shown (tests read it instead of clicking it away).
+    void warningShown(const QString& message, const QString& informative);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void initViewUI();
+    void registerNotification();
+    void viewDidAppear();
+    void applyLanguage();
+    void showPage(int pageCode);
+    void syncPages();
+    void syncLists();
+    void deviceArrived(const Notification& n);
+
+    AppOptions options_;
+    std::unique_ptr<KeyboardSession> session_;
+    std::unique_ptr<HIDDeviceMonitor> rfDeviceMonitor;
+    std::thread monitorThread_;
+    std::vector<NotificationCenter::Token> tokens_;
+    std::shared_ptr<VirtualQX9> virtual_;
+    bool appeared_ = false;
+
+    StartView* nodevice_view = nullptr;
+    QStackedWidget* pages_ = nullptr;
+    std::map<int, QToolButton*> pageButtons_;
+    QToolButton* home_btn = nullptr;
+    KeyPageView* customkey_view = nullptr;
+    SettingsPageView* config_view = nullptr;
+    QListWidget* macroList_ = nullptr;
+    QListWidget* lightList_ = nullptr;
+    QListWidget* userLightList_ = nullptr;
+    KeyMenuViewController* keyboardKeyMenu = nullptr;
+    KBToolTipsViewController* keyboardToolTips = nullptr;
+};
+
+}  // namespace qx9

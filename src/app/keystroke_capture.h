@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QObject>
+#include <map>
+#include <memory>
+
+class QSocketNotifier;
+
+namespace qx9 {
+
+class Keylogger;
+
+// Keystroke capture on the main thread: the keyboards' event nodes watched through socket
+// notifiers, and an application-wide event filter that, before any page sees a key event,
+// brings the capture state up to date (draining the nodes, or feeding it from the event itself
+// when no node can be read). The one-shot "no access" hint is shown by the window.
+class KeystrokeCapture : public QObject {
+    Q_OBJECT
+public:
+    static KeystrokeCapture& instance();
+
+    void start();
+    bool started() const { return keylogger_ != nullptr; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    KeystrokeCapture() = default;
+    ~KeystrokeCapture() override;
+    void watch(int fd, bool added);
+
+    std::unique_ptr<Keylogger> keylogger_;
+    std::map<int, QSocketNotifier*> notifiers_;
+    QSocketNotifier* hotplug_ = nullptr;
+};
+
+}  // namespace qx9

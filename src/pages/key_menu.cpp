@@ -1,0 +1,76 @@
+#include "pages/key_menu.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <map>
+#include <string>
+
+#include "common/notification_center.h"
+#include "i18n/language.h"
+
+namespace qx9 {
+
+namespace {
+
+QPushButton* menuRow(const char* name, int id, QWidget* parent) {
+    auto* b = new QPushButton(parent);
+    b->setObjectName(name);
+    b->setProperty("role", "menuitem");
+    b->setProperty("menuid", id);
+    b->setCursor(Qt::PointingHandCursor);
+    QObject::connect(b, &QPushButton::clicked, parent, [id] {
+        NotificationCenter::defaultCenter().post("MenuItemMouseUpAction",
+                                                 std::map<std::string, std::int64_t>{{"menuid", id}});
+    });
+    return b;
+}
+
+}  // namespace
+
+KeyMenuViewController::KeyMenuViewController(QWidget* parent) : QFrame(parent, Qt::Popup | Qt::FramelessWindowHint) {
+    setObjectName("keyboardKeyMenu");
+    menuitem_defaultkey = menuRow("menuitem_defaultkey", 101, this);
+    menuitem_diablekey = menuRow("menuitem_diablekey", 102, this);
+    menuitem_customkey = menuRow("menuitem_customkey", 103, this);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->setSpacing(0);
+    for (QPushButton* b : {menuitem_defaultkey, menuitem_diablekey, menuitem_customkey}) layout->addWidget(b);
+}
+
+void KeyMenuViewController::showAt(const QPoint& globalPos) {
+    menuitem_defaultkey->setText(QString::fromStdString(localizedText(101)));
+    menuitem_diablekey->setText(QString::fromStdString(localizedText(102)));
+    menuitem_customkey->setText(QString::fromStdString(localizedText(103)));
+    hide();
+    adjustSize();
+    move(globalPos);
+    show();
+    raise();
+}
+
+KBToolTipsViewController::KBToolTipsViewController(QWidget* parent)
+    : QFrame(parent, Qt::ToolTip | Qt::FramelessWindowHint) {
+    setObjectName("keyboardToolTips");
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    label_keydesc = new QLabel(this);
+    label_keydesc->setObjectName("label_keydesc");
+    label_keymacro = new QLabel(this);
+    label_keymacro->setObjectName("label_keymacro");
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(10, 6, 10, 6);
+    layout->addWidget(label_keydesc);
+    layout->addWidget(label_keymacro);
+}
+
+void KBToolTipsViewController::showAt(const QPoint& globalPos, const QString& keyDesc, const QString& keyMacro) {
+    label_keydesc->setText(keyDesc);
+    label_keymacro->setText(keyMacro);
+    adjustSize();
+    move(globalPos);
+    show();
+    raise();
+}
+
+}  // namespace qx9

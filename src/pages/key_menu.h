@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QFrame>
+
+class QLabel;
+class QPushButton;
+
+namespace qx9 {
+
+// The key menu: three rows (101 "Default Function", 102 "Disable Keys", 103 "Custom
+// Function"); a click posts "MenuItemMouseUpAction" with {"menuid": id}.
+class KeyMenuViewController : public QFrame {
+    Q_OBJECT
+public:
+    explicit KeyMenuViewController(QWidget* parent = nullptr);
+    // Sets the row texts in the current language and shows the menu at `globalPos`.
+    void showAt(const QPoint& globalPos);
+
+private:
+    QPushButton* menuitem_defaultkey;
+    QPushButton* menuitem_diablekey;
+    QPushButton* menuitem_customkey;
+};
+
+// The key tooltip: the key's name and its assignment.
+class KBToolTipsViewController : public QFrame {
+    Q_OBJECT
+public:
+    explicit KBToolTipsViewController(QWidget* parent = nullptr);
+    void showAt(const QPoint& globalPos, const QString& keyDesc, const QString& keyMacro);
+
+private:
+    QLabel* label_keydesc;
+    QLabel* label_keymacro;
+};
+
+}  // namespace qx9

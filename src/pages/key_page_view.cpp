@@ -1,0 +1,181 @@
+#include "pages/key_page_view.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "common/notification_center.h"
+#include "i18n/language.h"
+#include "session/keyboard_session.h"
+#include "widgets/custom_key_func_view.h"
+#include "widgets/keyboard_view.h"
+
+namespace qx9 {
+
+namespace {
+
+QPushButton* toggleButton(const char* name, QWidget* parent) {
+    auto* b = new QPushButton(parent);
+    b->setObjectName(name);
+    b->setCursor(Qt::PointingHandCursor);
+    b->setProperty("role", "segment");
+    return b;
+}
+
+QToolButton* smallButton(const char* name, const QString& text, QWidget* parent) {
+    auto* b = new QToolButton(parent);
+    b->setObjectName(name);
+    b->setText(text);
+    b->setCursor(Qt::PointingHandCursor);
+    return b;
+}
+
+}  // namespace
+
+KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(parent), session_(session) {
+    setObjectName("customkey_view");
+
+    customkey_keyboardctrl = new KeyboardView(this);
+    customkey_keyboardctrl->setObjectName("customkey_keyboardctrl");
+    customkey_keyboardctrl->initKeyboard(1, ":/images/img_keyboard_layout", session_.keys.keys());
+
+    customkey_funcctrl = new CustomKeyFuncView(this);
+    customkey_funcctrl->setObjectName("customkey_funcctrl");
+    customkey_funcctrl->initKeyFuncs(session_.keys.palette());
+
+    customkey_btn_toplayer = toggleButton("customkey_btn_toplayer", this);
+    customkey_btn_fnlayer = toggleButton("customkey_btn_fnlayer", this);
+    customkey_btn_defaultkey = toggleButton("customkey_btn_defaultkey", this);
+    customkey_btn_fnkey = toggleButton("customkey_btn_fnkey", this);
+    // The buttons post their value as the page's buttons do: 0 from the first of each pair.
+    auto post = [](const char* name, std::int64_t v) { NotificationCenter::defaultCenter().post(name, v); };
+    connect(customkey_btn_toplayer, &QPushButton::clicked, this, [post] { post("selectButtonAction", 0); });
+    connect(customkey_btn_fnlayer, &QPushButton::clicked, this, [post] { post("selectButtonAction", 1); });
+    connect(customkey_btn_defaultkey, &QPushButton::clicked, this, [post] { post("textButtonAction", 0); });
+    connect(customkey_btn_fnkey, &QPushButton::clicked, this, [post] { post("textButtonAction", 1); });
+
+    customkey_keyprofile = new QListWidget(this);
+    customkey_keyprofile->setObjectName("keyprofilelist");
+    customkey_keyprofile->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    customkey_keyprofile->setMinimumWidth(190);
+    connect(customkey_keyprofile, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (!syncing_ && row >= 0) session_.profiles.tableSelectionChanged(row);
+    });
+    connect(customkey_keyprofile, &QListWidget::itemChanged, this, &KeyPageView::profileEdited);
+
+    addButton_ = smallButton("customkey_btn_addprofile", "+", this);
+    deleteButton_ = smallButton("customkey_btn_delprofile", "−", this);
+    renameButton_ = smallButton("customkey_btn_renameprofile", "✎", this);
+    connect(addButton_, &QToolButton::clicked, this, [this] { session_.profiles.customkey_button_profile(ProfileList::kAdd); });
+    connect(deleteButton_, &QToolButton::clicked, this, [this] { session_.profiles.customkey_button_profile(ProfileList::kDelete); });
+    connect(renameButton_, &QToolButton::clicked, this, [this] {
+        session_.profiles.customkey_button_profile(ProfileList::kRename);
+        beginRename();
+    });
+
+    auto* layers = new QHBoxLayout;
+    layers->setSpacing(0);
+    layers->addWidget(customkey_btn_toplayer);
+    layers->addWidget(customkey_btn_fnlayer);
+    layers->addSpacing(24);
+    layers->addWidget(customkey_btn_defaultkey);
+    layers->addWidget(customkey_btn_fnkey);
+    layers->addStretch();
+
+    auto* profileButtons = new QHBoxLayout;
+    profileButtons->addWidget(addButton_);
+    profileButtons->addWidget(deleteButton_);
+    profileButtons->addWidget(renameButton_);
+    profileButtons->addStretch();
+    auto* profiles = new QVBoxLayout;
+    profiles->addWidget(customkey_keyprofile, 1);
+    profiles->addLayout(profileButtons);
+
+    auto* top = new QHBoxLayout;
+    top->addLayout(profiles);
+    top->addSpacing(16);
+    auto* keyboardColumn = new QVBoxLayout;
+    keyboardColumn->addLayout(layers);
+    keyboardColumn->addWidget(customkey_keyboardctrl, 0, Qt::AlignLeft);
+    top->addLayout(keyboardColumn, 1);
+
+    auto* page = new QVBoxLayout(this);
+    page->setContentsMargins(20, 16, 20, 16);
+    page->addLayout(top);
+    page->addSpacing(12);
+    page->addWidget(customkey_funcctrl, 0, Qt::AlignHCenter);
+    page->addStretch();
+
+    syncKeys();
+    syncLayerButtons();
+    syncFnModeButtons();
+}
+
+void KeyPageView::syncKeys() {
+    const auto& keys = session_.keys.keys();
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        customkey_keyboardctrl->setKeyMacro(static_cast<int>(i), QString::fromStdString(keys[i].keyMacro),
+                                            session_.keys.isMacro(i));
+    }
+}
+
+void KeyPageView::syncPalette() {
+    customkey_funcctrl->clearSelection();
+    if (auto selected = session_.keys.selectedPaletteKey()) customkey_funcctrl->setSelected(static_cast<int>(*selected), true);
+}
+
+void KeyPageView::syncLayerButtons() {
+    const bool fn = session_.core.currentFnLayer != 0;
+    customkey_btn_toplayer->setProperty("active", !fn);
+    customkey_btn_fnlayer->setProperty("active", fn);
+    for (QWidget* w : {static_cast<QWidget*>(customkey_btn_toplayer), static_cast<QWidget*>(customkey_btn_fnlayer)}) {
+        w->style()->unpolish(w);
+        w->style()->polish(w);
+    }
+}
+
+void KeyPageView::syncFnModeButtons() {
+    const bool fn = session_.keys.fnKeyActive();
+    customkey_btn_defaultkey->setProperty("active", !fn);
+    customkey_btn_fnkey->setProperty("active", fn);
+    for (QWidget* w : {static_cast<QWidget*>(customkey_btn_defaultkey), static_cast<QWidget*>(customkey_btn_fnkey)}) {
+        w->style()->unpolish(w);
+        w->style()->polish(w);
+    }
+}
+
+void KeyPageView::syncProfiles() {
+    syncing_ = true;
+    const auto& rows = session_.profiles.rows();
+    customkey_keyprofile->clear();
+    for (const ProfileRow& r : rows) {
+        auto* item = new QListWidgetItem(QString::fromStdString(r.name), customkey_keyprofile);
+        item->setFlags(item->flags() | Qt::ItemIsEditable);
+    }
+    const int row = session_.profiles.selectedRow();
+    customkey_keyprofile->setCurrentRow(row >= 0 && row < static_cast<int>(rows.size()) ? row : -1);
+    syncing_ = false;
+}
+
+void KeyPageView::beginRename() {
+    if (!session_.profiles.renameAllowed()) return;
+    if (QListWidgetItem* item = customkey_keyprofile->currentItem()) {
+        customkey_keyprofile->setFocus();
+        customkey_keyprofile->editItem(item);
+    }
+}
+
+void KeyPageView::profileEdited(QListWidgetItem* item) {
+    if (syncing_) return;
+    const int index = customkey_keyprofile->row(item);
+    const std::string text = item->text().toStdString();
+    // As the row view does: the edit ends with a notification carrying its index and text.
+    NotificationCenter::defaultCenter().post("keyTableItemViewEdit",
+                                             std::pair<int, std::string>{index, text});
+    syncProfiles();  // an empty or refused name shows the stored one again
+}
+
+}  // namespace qx9

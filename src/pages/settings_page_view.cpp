@@ -1,0 +1,85 @@
+#include "pages/settings_page_view.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "session/keyboard_session.h"
+
+namespace qx9 {
+
+SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : QWidget(parent), session_(session) {
+    setObjectName("config_view");
+    config_label_language = new QLabel(this);
+    config_label_language->setObjectName("config_label_language");
+    combo_language = new QComboBox(this);
+    combo_language->setObjectName("combo_language");
+    for (const LanguageRow& row : session_.settings.LanguageListDatas()) combo_language->addItem(QString::fromStdString(row.text));
+    config_label_gamemode = new QLabel(this);
+    config_label_gamemode->setObjectName("config_label_gamemode");
+    config_label_lockwin = new QLabel(this);
+    config_label_lockwin->setObjectName("config_label_lockwin");
+    const char* names[4] = {"config_btn_disable_gamemode", "config_btn_disable_alttab", "config_btn_disable_altf4",
+                            "config_btn_disable_lockwin"};
+    const char* fixed[4] = {nullptr, "Alt + Tab", "Alt + F4", "Win"};
+    for (int tag = 0; tag < 4; ++tag) {
+        boxes_[tag] = new QCheckBox(this);
+        boxes_[tag]->setObjectName(names[tag]);
+        if (fixed[tag]) boxes_[tag]->setText(fixed[tag]);
+        connect(boxes_[tag], &QCheckBox::toggled, this, [this, tag](bool on) {
+            if (!syncing_) session_.settings.button_action_gamemode(tag, on);
+        });
+    }
+    btn_resetmousedata = new QPushButton(this);
+    btn_resetmousedata->setObjectName("btn_resetmousedata");
+    btn_resetalldata = new QPushButton(this);
+    btn_resetalldata->setObjectName("btn_resetalldata");
+    connect(btn_resetmousedata, &QPushButton::clicked, this, [this] { confirmThen(false); });
+    connect(btn_resetalldata, &QPushButton::clicked, this, [this] { confirmThen(true); });
+    connect(combo_language, &QComboBox::currentIndexChanged, this, [this](int row) {
+        if (!syncing_) session_.settings.comboBoxSelectionDidChange(row);
+    });
+
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(40, 30, 40, 30);
+    grid->setVerticalSpacing(14);
+    grid->addWidget(config_label_language, 0, 0);
+    grid->addWidget(combo_language, 0, 1);
+    grid->addWidget(config_label_gamemode, 1, 0);
+    grid->addWidget(boxes_[0], 1, 1);
+    grid->addWidget(config_label_lockwin, 2, 0);
+    auto* blocks = new QHBoxLayout;
+    for (int tag = 1; tag < 4; ++tag) blocks->addWidget(boxes_[tag]);
+    blocks->addStretch();
+    grid->addLayout(blocks, 2, 1);
+    grid->addWidget(btn_resetmousedata, 3, 1, Qt::AlignLeft);
+    grid->addWidget(btn_resetalldata, 4, 1, Qt::AlignLeft);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(5, 1);
+    sync();
+}
+
+void SettingsPageView::sync() {
+    syncing_ = true;
+    combo_language->setCurrentIndex(session_.settings.languageRow());
+    for (int tag = 0; tag < 4; ++tag) boxes_[tag]->setChecked(session_.settings.box(tag));
+    syncing_ = false;
+}
+
+void SettingsPageView::confirmThen(bool all) {
+    const ConfirmationTexts t = all ? SettingsPage::resetAllTexts() : SettingsPage::resetKeysTexts();
+    QMessageBox box(QMessageBox::Warning, QString(), QString::fromStdString(t.message), QMessageBox::NoButton, window());
+    box.setInformativeText(QString::fromStdString(t.informative));
+    box.setWindowModality(Qt::WindowModal);
+    box.addButton(QString::fromStdString(t.firstButton), QMessageBox::RejectRole);
+    QPushButton* yes = box.addButton(QString::fromStdString(t.secondButton), QMessageBox::AcceptRole);
+    box.exec();
+    if (box.clickedButton() != yes) return;
+    if (all) session_.settings.configResetAllDatas();
+    else session_.settings.configResetKeys();
+}
+
+}  // namespace qx9

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QWidget>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPushButton;
+
+namespace qx9 {
+
+class KeyboardSession;
+
+// The settings page: language, game mode with its three key blocks, the two resets.
+class SettingsPageView : public QWidget {
+    Q_OBJECT
+public:
+    SettingsPageView(KeyboardSession& session, QWidget* parent = nullptr);
+    void sync();
+
+private:
+    void confirmThen(bool all);
+
+    KeyboardSession& session_;
+    QLabel* config_label_language;
+    QComboBox* combo_language;
+    QLabel* config_label_gamemode;
+    QLabel* config_label_lockwin;
+    QCheckBox* boxes_[4];
+    QPushButton* btn_resetmousedata;
+    QPushButton* btn_resetalldata;
+    bool syncing_ = false;
+};
+
+}  // namespace qx9

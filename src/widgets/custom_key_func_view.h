@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+#include <QWidget>
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "layout/custom_key_func.h"
+
+namespace qx9 {
+
+// One palette key as drawn: its label (or icon) and its marks. `initView` takes effect once.
+struct KeyFuncView {
+    QString iconPath;  // resolved resource path of the key's icon, empty for a text label
+    QString text;
+    bool isHover = false;
+    bool isSelect = false;
+    bool initFinish = false;
+    std::int64_t key_code = 0;
+
+    void initView(const QString& key_icon, const QString& label, std::int64_t code);
+};
+
+// The key-function palette: a small full-size keyboard whose keys are the functions a QX9 key
+// can be given. A click on a key (press and release over the same key) posts
+// "customKeyFuncAction" on the default notification centre with the object
+// std::map<std::string, std::int64_t>{{"key_code", code}} and emits keyFuncClicked(code). The
+// selection marks are set from outside; the palette never changes them itself.
+class CustomKeyFuncView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit CustomKeyFuncView(QWidget* parent = nullptr);
+
+    // Replaces the palette with `keys` (element i must have index i).
+    void initKeyFuncs(const std::vector<keyFunc>& keys);
+
+    // Selection marks. An index outside the palette is fatal.
+    void setSelected(int index, bool selected);
+    void clearSelection();
+    bool isSelected(int index) const;
+
+    int hoverKeyItem() const { return hoverKey_; }
+    int keyCount() const { return static_cast<int>(customkey_array_.size()); }
+    const std::vector<keyFunc>& keys() const { return customkey_array_; }
+    // The key's rectangle in widget coordinates. An index outside the palette is fatal.
+    QRect keyRect(int index) const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+signals:
+    void keyFuncClicked(qint64 code);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    std::size_t checkedIndex(int index) const;
+    int keyAt(const QPointF& p) const;
+    void setHover(int index);
+    void redrawKey(std::size_t i);
+
+    std::vector<keyFunc> customkey_array_;
+    std::vector<KeyFuncView> views_;  // element i: key i
+    std::vector<QRectF> widgetRects_;
+    QSizeF layoutSize_;
+    int hoverKey_ = -1;
+    int pressedKey_ = -1;
+};
+
+}  // namespace qx9

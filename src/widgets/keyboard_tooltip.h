@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+namespace qx9 {
+
+// Names of the notifications the key-assignment page's views post on the default centre.
+inline constexpr char kShowKeyboardToolTipWnd[] = "ShowKeyboardToolTipWnd";  // KeyboardToolTip
+inline constexpr char kKeyboardKeyAction[] = "keyboardKeyAction";            // std::string
+inline constexpr char kCustomKeyFuncAction[] = "customKeyFuncAction";  // map "key_code" → code
+
+// Object of "ShowKeyboardToolTipWnd": show or hide the key tooltip. The point is the middle of
+// the key's bottom edge in the coordinates of the keyboard view's parent (Qt coordinates, y
+// downwards).
+struct KeyboardToolTip {
+    int show = 0;                   // 1 show, 0 hide
+    std::string keyDesc = "null";   // the key's name; "null" when hiding
+    std::string keyMacro = "null";  // the key's assignment text; "null" when hiding
+    double x = 0;
+    double y = 0;
+
+    static KeyboardToolTip hidden() { return {}; }
+
+    friend bool operator==(const KeyboardToolTip&, const KeyboardToolTip&) = default;
+};
+
+}  // namespace qx9

@@ -1,0 +1,339 @@
+#include "widgets/keyboard_view.h"
+
+#include <QEnterEvent>
+#include <QFile>
+#include <QFontMetricsF>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+#include <QSvgRenderer>
+
+#include <string>
+
+#include "common/fatal.h"
+#include "common/notification_center.h"
+#include "layout/key_maps.h"
+#include "widgets/layout_geometry.h"
+
+namespace qx9 {
+
+namespace {
+
+constexpr double kLabelPixelSize = 10;
+constexpr double kBodyRadius = 12;
+constexpr double kHoleRadius = 4;
+
+bool looksLikeSvg(const QByteArray& data) {
+    if (data.startsWith("\x1f\x8b")) return true;  // compressed SVG
+    return data.left(4096).contains("<svg");
+}
+
+}  // namespace
+
+KeyboardView::KeyboardView(QWidget* parent) : QWidget(parent) {
+    setMouseTracking(true);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+KeyboardView::~KeyboardView() = default;
+
+void KeyboardView::initKeyboard(int type, const QString& kbImage,
+                                const std::vector<KeyData>& keyArray) {
+    for (std::size_t i = 0; i < keyArray.size(); ++i) {
+        if (keyArray[i].index != static_cast<std::int64_t>(i)) {
+            fatalError("keyboard key " + std::to_string(i) + " carries index " +
+                       std::to_string(keyArray[i].index));
+        }
+    }
+    kbKeyArrayHover_ = keyArray;
+    kbKeyArraySelect_ = keyArray;
+    keyboardType_ = type;
+    isEvent_ = true;
+
+    std::vector<Rect> rects;
+    rects.reserve(keyArray.size());
+    for (const KeyData& k : keyArray) rects.push_back(k.rect);
+    layoutSize_ = layoutSize(rects, KB_108K_Size_Conf());
+
+    keyViews_.assign(keyArray.size(), KeyView{});
+    selectKeyViews_.assign(keyArray.size(), SelectKeyView{});
+    widgetRects_.clear();
+    widgetRects_.reserve(keyArray.size());
+    for (const Rect& r : rects) widgetRects_.push_back(toWidgetRect(r, layoutSize_.height()));
+
+    bCreateImageView_ = loadPicture(kbImage);
+    updateGeometry();
+    update();
+}
+
+bool KeyboardView::loadPicture(const QString& path) {
+    svgPicture_.reset();
+    rasterPicture_ = QImage();
+    if (path.isEmpty()) return false;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) return false;
+    const QByteArray data = file.readAll();
+    if (looksLikeSvg(data)) {
+        auto renderer = std::make_unique<QSvgRenderer>(data);
+        if (!renderer->isValid()) return false;
+        renderer->setAspectRatioMode(Qt::IgnoreAspectRatio);
+        svgPicture_ = std::move(renderer);
+        return true;
+    }
+    rasterPicture_ = QImage::fromData(data);
+    return !rasterPicture_.isNull();
+}
+
+void KeyboardView::resetKeyMacro() {
+    for (const KeyData& k : kbKeyArraySelect_) {
+        const KeyNameEntry& entry = G_KB_SuperKeyNameMap.at(k.keyname);
+        kbKeyArraySelect_[checkedIndex(k.index)].keyMacro = entry.full_name;
+    }
+    for (const KeyData& k : kbKeyArrayHover_) {
+        const std::size_t i = checkedIndex(k.index);
+        if (keyViews_[i].isMacro) {
+            keyViews_[i].isMacro = false;
+            redrawKey(i);
+        }
+    }
+    update();  // the labels changed
+}
+
+void KeyboardView::setKeyMacro(int layoutIndex, const QString& text, bool macroState) {
+    const std::size_t i = checkedIndex(layoutIndex);
+    kbKeyArraySelect_[i].keyMacro = text.toStdString();
+    keyViews_[i].isMacro = macroState;
+    redrawKey(i);
+}
+
+void KeyboardView::setKeyCheck(int layoutIndex, bool check) {
+    const std::size_t i = checkedIndex(layoutIndex);
+    selectKeyViews_[i].keyCheck = check;
+    redrawKey(i);
+}
+
+QString KeyboardView::keyMacro(int layoutIndex) const {
+    return QString::fromStdString(kbKeyArraySelect_[checkedIndex(layoutIndex)].keyMacro);
+}
+
+bool KeyboardView::isMacro(int layoutIndex) const {
+    return keyViews_[checkedIndex(layoutIndex)].isMacro;
+}
+
+bool KeyboardView::keyCheck(int layoutIndex) const {
+    return selectKeyViews_[checkedIndex(layoutIndex)].keyCheck;
+}
+
+bool KeyboardView::isKeyHighlighted(int layoutIndex) const {
+    return keyViews_[checkedIndex(layoutIndex)].highlighted();
+}
+
+QRect KeyboardView::keyRect(int index) const {
+    return widgetRects_[checkedIndex(index)].toAlignedRect();
+}
+
+QSize KeyboardView::sizeHint() const {
+    return layoutSize_.toSize();
+}
+
+std::size_t KeyboardView::checkedIndex(std::int64_t index) const {
+    if (index < 0 || index >= static_cast<std::int64_t>(kbKeyArraySelect_.size())) {
+        fatalError("key position " + std::to_string(index) + " is not on the keyboard");
+    }
+    return static_cast<std::size_t>(index);
+}
+
+void KeyboardView::redrawKey(std::size_t i) {
+    KeyView& v = keyViews_[i];
+    v.backgroundColor = v.highlighted() ? highlightColor() : keyRestColor();
+    update(widgetRects_[i].toAlignedRect());
+}
+
+void KeyboardView::postToolTip(const KeyboardToolTip& tip) {
+    NotificationCenter::defaultCenter().post(kShowKeyboardToolTipWnd, tip);
+    emit tooltipChanged(tip);
+}
+
+// --- pointer ---------------------------------------------------------------------------------
+
+void KeyboardView::mouseMoveEvent(QMouseEvent* event) {
+    // Motion with a button held is a drag, which the keyboard ignores: hover and selection stay.
+    if (event->buttons() != Qt::NoButton) return;
+    trackKeyViewHover(event->position());
+    mouseMoved(event->position());
+}
+
+void KeyboardView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    mouseDown();
+}
+
+void KeyboardView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        QWidget::mouseReleaseEvent(event);
+        return;
+    }
+    mouseUp(event->position());
+}
+
+void KeyboardView::enterEvent(QEnterEvent* event) {
+    mouseEntered();
+    QWidget::enterEvent(event);
+}
+
+void KeyboardView::leaveEvent(QEvent* event) {
+    mouseExited();
+    for (std::size_t i = 0; i < keyViews_.size(); ++i) {
+        if (keyViews_[i].isHover) {
+            keyViews_[i].isHover = false;
+            redrawKey(i);
+        }
+    }
+    QWidget::leaveEvent(event);
+}
+
+// Each key's background follows the pointer on its own (entering and leaving the key).
+void KeyboardView::trackKeyViewHover(const QPointF& p) {
+    if (onHomePage()) return;
+    for (std::size_t i = 0; i < keyViews_.size(); ++i) {
+        const bool inside = keyContains(widgetRects_[i], p);
+        if (keyViews_[i].isHover != inside) {
+            keyViews_[i].isHover = inside;
+            redrawKey(i);
+        }
+    }
+}
+
+void KeyboardView::mouseMoved(const QPointF& p) {
+    if (!isEvent_ || onHomePage()) return;
+    if (hoverKeyItem_ != -1) {
+        if (keyContains(widgetRects_[checkedIndex(hoverKeyItem_)], p)) return;  // same key
+        hoverKeyItem_ = -1;
+        postToolTip(KeyboardToolTip::hidden());
+    }
+    for (const KeyData& k : kbKeyArraySelect_) {
+        const QRectF& r = widgetRects_[checkedIndex(k.index)];
+        if (!keyContains(r, p)) continue;
+        hoverKeyItem_ = k.index;
+        // The middle of the key's bottom edge, in the parent's coordinates.
+        const QPointF origin = isWindow() ? QPointF() : QPointF(pos());
+        postToolTip(KeyboardToolTip{1, k.keyname, k.keyMacro, origin.x() + r.center().x(),
+                                    origin.y() + r.bottom()});
+        return;
+    }
+}
+
+void KeyboardView::mouseDown() {
+    if (!isEvent_ || hoverKeyItem_ == -1) return;
+    if (selectKeyItem_ != -1 && selectKeyItem_ != hoverKeyItem_) {
+        const std::size_t old = checkedIndex(selectKeyItem_);
+        keyViews_[old].isSelect = false;
+        redrawKey(old);
+    }
+    if (selectKeyItem_ == hoverKeyItem_) return;
+    selectKeyItem_ = hoverKeyItem_;
+    const std::size_t i = checkedIndex(selectKeyItem_);
+    keyViews_[i].isSelect = true;
+    redrawKey(i);
+}
+
+void KeyboardView::mouseUp(const QPointF& p) {
+    if (!isEvent_ || selectKeyItem_ == -1) return;
+    const std::size_t i = checkedIndex(selectKeyItem_);
+    if (!keyContains(widgetRects_[i], p)) return;  // the click ended off the selected key
+    const std::string& name = kbKeyArrayHover_[i].keyname;
+    NotificationCenter::defaultCenter().post(kKeyboardKeyAction, name);
+    emit keyActivated(QString::fromStdString(name));
+}
+
+void KeyboardView::mouseEntered() {
+    postToolTip(KeyboardToolTip::hidden());
+}
+
+void KeyboardView::mouseExited() {
+    postToolTip(KeyboardToolTip::hidden());
+    if (!isEvent_ || hoverKeyItem_ == -1) return;
+    const std::size_t i = checkedIndex(hoverKeyItem_);
+    if (!customMode_) {
+        selectKeyViews_[i].keyCheck = false;
+        redrawKey(i);
+    }
+    hoverKeyItem_ = -1;
+}
+
+// --- painting --------------------------------------------------------------------------------
+
+// The keyboard body used when there is no picture: a dark plate with a rounded hole over each
+// key, through which the key backgrounds show.
+void KeyboardView::paintBody(QPainter& painter) const {
+    const QRectF plate = QRectF(QPointF(), layoutSize_).adjusted(0.5, 0.5, -0.5, -0.5);
+    QPainterPath body;
+    body.setFillRule(Qt::OddEvenFill);
+    body.addRoundedRect(plate, kBodyRadius, kBodyRadius);
+    QPainterPath holes;
+    for (const QRectF& r : widgetRects_) holes.addRoundedRect(r, kHoleRadius, kHoleRadius);
+    body.addPath(holes);
+
+    painter.fillPath(body, QColor(40, 42, 48));
+    painter.setPen(QPen(QColor(78, 82, 92), 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(plate, kBodyRadius, kBodyRadius);
+    painter.setPen(QPen(QColor(22, 23, 26), 1));
+    for (const QRectF& r : widgetRects_) {
+        painter.drawRoundedRect(r.adjusted(-0.5, -0.5, 0.5, 0.5), kHoleRadius + 0.5,
+                                kHoleRadius + 0.5);
+    }
+}
+
+void KeyboardView::paintEvent(QPaintEvent*) {
+    if (widgetRects_.empty()) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+
+    // Key backgrounds, under the picture.
+    for (std::size_t i = 0; i < widgetRects_.size(); ++i) {
+        painter.fillRect(widgetRects_[i], keyViews_[i].backgroundColor);
+    }
+
+    // The picture, transparent over the keys.
+    const QRectF frame(QPointF(), layoutSize_);
+    if (svgPicture_) {
+        svgPicture_->render(&painter, frame);
+    } else if (!rasterPicture_.isNull()) {
+        painter.drawImage(frame, rasterPicture_);
+    } else {
+        paintBody(painter);
+    }
+
+    // Assignment texts.
+    QFont labelFont = font();
+    labelFont.setPixelSize(static_cast<int>(kLabelPixelSize));
+    painter.setFont(labelFont);
+    const QFontMetricsF metrics(labelFont);
+    for (std::size_t i = 0; i < widgetRects_.size(); ++i) {
+        const QRectF textRect = widgetRects_[i].adjusted(2, 0, -2, 0);
+        const QString text =
+            metrics.elidedText(QString::fromStdString(kbKeyArraySelect_[i].keyMacro),
+                               Qt::ElideRight, textRect.width());
+        painter.setPen(keyViews_[i].highlighted() ? QColor(255, 255, 255) : QColor(34, 34, 38));
+        painter.drawText(textRect, Qt::AlignCenter, text);
+    }
+
+    // Check marks: a dashed frame (2 wide, 3 on and 1 off) inside the key's bounds.
+    QPen dashed(highlightColor(), 2);
+    dashed.setDashPattern({1.5, 0.5});  // in units of the pen width
+    dashed.setCapStyle(Qt::FlatCap);    // square caps would close the gaps
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(dashed);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    for (std::size_t i = 0; i < widgetRects_.size(); ++i) {
+        if (selectKeyViews_[i].keyCheck) painter.drawRect(widgetRects_[i].adjusted(1, 1, -1, -1));
+    }
+}
+
+}  // namespace qx9

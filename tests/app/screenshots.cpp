@@ -1,0 +1,79 @@
+// Renders the window on a virtual QX9 into PNG files for the README:
+//   qx9_screenshots OUTPUT_DIR
+// Run under a real display server (xvfb-run) so that fonts render as users see them.
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+
+#include "app/app_style.h"
+#include "app/keyboard_view_controller.h"
+#include "i18n/language.h"
+#include "pages/key_menu.h"
+#include "pages/key_page_view.h"
+#include "widgets/keyboard_view.h"
+
+using namespace qx9;
+
+namespace {
+
+void settle() {
+    for (int i = 0; i < 20; ++i) {
+        QApplication::processEvents();
+        QTest::qWait(10);
+    }
+}
+
+void save(QWidget* w, const QString& path) {
+    settle();
+    w->grab().save(path);
+    std::printf("%s\n", qPrintable(path));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    applyAppStyle(app);
+    const QString out = argc > 1 ? argv[1] : "docs";
+    QDir().mkpath(out);
+    QTemporaryDir dir;
+    AppOptions options;
+    options.virtualKeyboard = true;
+    options.noMonitor = true;
+    options.database = (dir.path() + "/shots.sqlite3").toStdString();
+
+    QMainWindow window;
+    auto* controller = new KeyboardViewController(options, &window);
+    window.setCentralWidget(controller);
+    window.show();
+    settle();
+    KeyboardSession& s = controller->session();
+    s.settings.comboBoxSelectionDidChange(0);  // English first
+    save(&window, out + "/start-view-en.png");
+
+    s.device.button_keyboard_connect();
+    // A few assignments so that the page shows marks and texts.
+    s.keys.keyboardKeyAction("capsLock");
+    s.keys.customKeyFuncAction(41);
+    s.keys.keyboardKeyAction("escape");
+    s.keys.MenuItemMouseUpAction(102);
+    s.keys.keyboardKeyAction("a");
+    controller->keyMenu()->hide();
+    s.profiles.customkey_button_profile(201);
+    save(&window, out + "/key-page-en.png");
+
+    s.settings.comboBoxSelectionDidChange(1);
+    s.device.button_action_home();
+    save(&window, out + "/start-view-zh-CN.png");
+    s.device.button_keyboard_connect();
+    save(&window, out + "/key-page-zh-CN.png");
+    s.settings.comboBoxSelectionDidChange(2);
+    save(&window, out + "/key-page-zh-TW.png");
+    s.settings.comboBoxSelectionDidChange(0);
+    return 0;
+}

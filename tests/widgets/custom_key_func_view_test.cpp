@@ -1,0 +1,155 @@
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <map>
+#include <memory>
+
+#include "notification_recorder.h"
+#include "widgets/custom_key_func_view.h"
+#include "widgets/keyboard_tooltip.h"
+
+namespace qx9 {
+namespace {
+
+bool near(const QColor& a, const QColor& b) {
+    return qAbs(a.red() - b.red()) <= 8 && qAbs(a.green() - b.green()) <= 8 &&
+           qAbs(a.blue() - b.blue()) <= 8;
+}
+
+}  // namespace
+
+class CustomKeyFuncViewTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<QWidget> window_;
+    CustomKeyFuncView* view_ = nullptr;
+    std::unique_ptr<NotificationRecorder> rec_;
+
+    QPoint at(int k, double fx = 0.5, double fy = 0.5) const {
+        const QRect r = view_->keyRect(k);
+        return r.topLeft() + QPoint(int(fx * (r.width() - 1)), int(fy * (r.height() - 1)));
+    }
+    std::vector<std::int64_t> codes() const {
+        std::vector<std::int64_t> out;
+        for (const auto& m :
+             rec_->objects<std::map<std::string, std::int64_t>>(kCustomKeyFuncAction)) {
+            out.push_back(m.size() == 1 && m.contains("key_code") ? m.at("key_code") : -1);
+        }
+        return out;
+    }
+    // Fill (above the label) and left outline of a key.
+    QColor fill(const QImage& i, int k) const { return i.pixelColor(at(k, 0.5, 0.12)); }
+    QColor outline(const QImage& i, int k) const {
+        return i.pixelColor(view_->keyRect(k).left(), view_->keyRect(k).center().y());
+    }
+
+private slots:
+    void init() {
+        window_ = std::make_unique<QWidget>();
+        window_->resize(840, 260);
+        view_ = new CustomKeyFuncView(window_.get());
+        view_->move(20, 30);
+        view_->initKeyFuncs(buildCustomKeyFuncLayout());
+        view_->resize(view_->sizeHint());
+        window_->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+        rec_ = std::make_unique<NotificationRecorder>(
+            std::initializer_list<std::string>{kCustomKeyFuncAction});
+        QTest::mouseMove(window_.get(), QPoint(4, 4));
+    }
+    void cleanup() {
+        rec_.reset();
+        window_.reset();
+    }
+
+    void sizeAndKeyRects_data() {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QRect>("rect");
+        // Layout rectangles (origin bottom left) of the 219-point-high palette, top-down.
+        QTest::newRow("Esc (12, 176, 30, 30)") << 0 << QRect(12, 219 - 206, 30, 30);
+        QTest::newRow("keypad + (739, 77, 30, 64)") << 75 << QRect(739, 219 - 141, 30, 64);
+        QTest::newRow("keypad 0 (640, 11, 63, 30)") << 108 << QRect(640, 219 - 41, 63, 30);
+    }
+    void sizeAndKeyRects() {
+        QFETCH(int, index);
+        QFETCH(QRect, rect);
+        QCOMPARE(view_->sizeHint(), QSize(769 + 1 + 21, 206 + 1 + 12));  // key cells + margins
+        QCOMPARE(view_->keyRect(index), rect);
+    }
+
+    void clickPostsCode_data() {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<qint64>("code");
+        QTest::addColumn<double>("fy");
+        QTest::newRow("Esc") << 0 << "Esc" << qint64(41) << 0.5;
+        QTest::newRow("Enter") << 71 << "Enter" << qint64(40) << 0.5;
+        QTest::newRow("keypad Enter, upper half") << 110 << "Enter" << qint64(88) << 0.1;
+        QTest::newRow("left Shift") << 76 << "Shift" << qint64(225) << 0.5;
+        QTest::newRow("right Shift") << 89 << "Shift" << qint64(229) << 0.5;
+        QTest::newRow("Fn") << 102 << "Fn" << qint64(175) << 0.5;
+        QTest::newRow("keypad +, upper half") << 75 << "+" << qint64(87) << 0.1;
+    }
+    void clickPostsCode() {
+        QFETCH(int, index);
+        QFETCH(QString, label);
+        QFETCH(qint64, code);
+        QFETCH(double, fy);
+        QCOMPARE(QString::fromStdString(view_->keys().at(size_t(index)).keyname), label);
+        QSignalSpy spy(view_, &CustomKeyFuncView::keyFuncClicked);
+        QTest::mouseClick(view_, Qt::LeftButton, {}, at(index, 0.5, fy));
+        QCOMPARE(codes(), std::vector<std::int64_t>{code});
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).value<qint64>(), code);
+        QVERIFY(!view_->isSelected(index));  // marks belong to the page
+    }
+
+    void clickNeedsBothEndsOnOneKey() {
+        const QPoint gap((view_->keyRect(0).right() + view_->keyRect(1).left()) / 2, at(0).y());
+        QTest::mouseClick(view_, Qt::LeftButton, {}, gap);
+        QTest::mousePress(view_, Qt::LeftButton, {}, at(0));
+        QTest::mouseMove(view_, at(1));
+        QTest::mouseRelease(view_, Qt::LeftButton, {}, at(1));
+        QTest::mousePress(view_, Qt::LeftButton, {}, gap);
+        QTest::mouseRelease(view_, Qt::LeftButton, {}, at(0));
+        QTest::mouseClick(view_, Qt::RightButton, {}, at(1));
+        QVERIFY(codes().empty());
+        QTest::mouseClick(view_, Qt::LeftButton, {}, at(1, 0.2, 0.8));
+        QCOMPARE(codes(), std::vector<std::int64_t>{58});
+    }
+
+    void hoverAndSelectionPaint() {
+        const int q = 39, w = 40, enter = 71;
+        QTest::mouseMove(view_, at(q));
+        QTest::mouseMove(view_, at(w));
+        QCOMPARE(view_->hoverKeyItem(), w);
+        view_->setSelected(enter, true);
+        view_->setSelected(110, true);
+        QImage image = view_->grab().toImage();
+        QVERIFY(near(outline(image, w), QColor(180, 81, 0)));
+        QVERIFY(near(outline(image, q), QColor(180, 180, 180)));
+        QCOMPARE(fill(image, w), QColor(80, 80, 80));
+        QCOMPARE(fill(image, enter), QColor(202, 81, 0));
+
+        view_->setSelected(enter, false);
+        QVERIFY(!view_->isSelected(enter) && view_->isSelected(110));
+        view_->clearSelection();
+        QTest::mouseMove(window_.get(), QPoint(5, 4));
+        QCOMPARE(view_->hoverKeyItem(), -1);
+        image = view_->grab().toImage();
+        for (int k : {w, enter, 110}) {
+            QVERIFY(!view_->isSelected(k));
+            QCOMPARE(fill(image, k), QColor(80, 80, 80));
+            QVERIFY(near(outline(image, k), QColor(180, 180, 180)));
+        }
+    }
+};
+
+int runCustomKeyFuncViewTests(int argc, char** argv) {
+    CustomKeyFuncViewTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+}  // namespace qx9
+
+#include "custom_key_func_view_test.moc"
