@@ -20,9 +20,11 @@ QMainWindow, #KeyboardViewController, QStackedWidget, #nodevice_view, QDialog { 
 #startview_title { font-size: 22px; font-weight: 600; color: #f2f3f5; }
 #startview_status { font-size: 13px; color: #a9adb5; }
 QPushButton#keyboard_connect { border: none; background: transparent; }
-QPushButton[role="segment"] { background: #24262b; border: 1px solid #33363d; padding: 6px 14px; color: #c9ccd2; }
+QPushButton[role="segment"] { background: #333333; border: 1px solid #3d3d3d; padding: 6px 14px; color: #c9ccd2; }
 QPushButton[role="segment"][active="true"] { background: #CA5100; border-color: #CA5100; color: #ffffff; }
 QPushButton[role="segment"]:hover { border-color: #CA5100; }
+QPushButton[role="textswitch"] { background: #24262b; border: 1px solid #33363d; padding: 6px 14px; color: #ffffff; }
+QPushButton[role="textswitch"][active="true"] { color: #CA5100; border-color: #CA5100; font-weight: 600; }
 QPushButton[role="menuitem"] { text-align: left; border: none; padding: 7px 16px; background: transparent; }
 QPushButton[role="menuitem"]:hover { background: #CA5100; color: #ffffff; }
 #keyboardKeyMenu, #keyboardToolTips { background: #24262b; border: 1px solid #3a3d45; border-radius: 6px; }

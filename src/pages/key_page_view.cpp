@@ -17,11 +17,13 @@ namespace qx9 {
 
 namespace {
 
-QPushButton* toggleButton(const char* name, QWidget* parent) {
+// Layer buttons show the chosen layer by their colour (grey 51 or the orange 202, 81, 0);
+// the Fn-mode buttons by their text colour (white or the orange).
+QPushButton* toggleButton(const char* name, const char* role, QWidget* parent) {
     auto* b = new QPushButton(parent);
     b->setObjectName(name);
     b->setCursor(Qt::PointingHandCursor);
-    b->setProperty("role", "segment");
+    b->setProperty("role", role);
     return b;
 }
 
@@ -46,10 +48,10 @@ KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(pa
     customkey_funcctrl->setObjectName("customkey_funcctrl");
     customkey_funcctrl->initKeyFuncs(session_.keys.palette());
 
-    customkey_btn_toplayer = toggleButton("customkey_btn_toplayer", this);
-    customkey_btn_fnlayer = toggleButton("customkey_btn_fnlayer", this);
-    customkey_btn_defaultkey = toggleButton("customkey_btn_defaultkey", this);
-    customkey_btn_fnkey = toggleButton("customkey_btn_fnkey", this);
+    customkey_btn_toplayer = toggleButton("customkey_btn_toplayer", "segment", this);
+    customkey_btn_fnlayer = toggleButton("customkey_btn_fnlayer", "segment", this);
+    customkey_btn_defaultkey = toggleButton("customkey_btn_defaultkey", "textswitch", this);
+    customkey_btn_fnkey = toggleButton("customkey_btn_fnkey", "textswitch", this);
     // The buttons post their value as the page's buttons do: 0 from the first of each pair.
     auto post = [](const char* name, std::int64_t v) { NotificationCenter::defaultCenter().post(name, v); };
     connect(customkey_btn_toplayer, &QPushButton::clicked, this, [post] { post("selectButtonAction", 0); });
