@@ -65,7 +65,8 @@ const std::map<std::string, Handler>& commands() {
     static const std::map<std::string, Handler> table = {
         {"devices", cmdDevices},   {"connect", cmdConnect},   {"profile", cmdProfile},
         {"key", cmdKey},           {"fn-mode", cmdFnMode},    {"settings", cmdSettings},
-        {"keyboard-state", cmdKeyboardState},
+        {"keyboard-state", cmdKeyboardState}, {"macro", cmdMacro},  {"light", cmdLight},
+        {"userlight", cmdUserLight},  {"export", cmdExport},  {"import", cmdImport},
     };
     return table;
 }

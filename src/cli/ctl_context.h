@@ -53,6 +53,11 @@ void cmdKey(Context& c, const std::vector<std::string>& args);
 void cmdFnMode(Context& c, const std::vector<std::string>& args);
 void cmdSettings(Context& c, const std::vector<std::string>& args);
 void cmdKeyboardState(Context& c, const std::vector<std::string>& args);
+void cmdMacro(Context& c, const std::vector<std::string>& args);      // ctl_macros.cpp
+void cmdLight(Context& c, const std::vector<std::string>& args);      // ctl_lighting.cpp
+void cmdUserLight(Context& c, const std::vector<std::string>& args);  // ctl_userlight.cpp
+void cmdExport(Context& c, const std::vector<std::string>& args);     // ctl_export.cpp
+void cmdImport(Context& c, const std::vector<std::string>& args);     // ctl_export.cpp
 
 // Opens the database and the keyboard as the first connection does, sending nothing.
 void openSession(Context& c);

@@ -1,0 +1,8 @@
+#include "cli/ctl_context.h"
+
+namespace qx9::ctl {
+
+void cmdExport(Context&, const std::vector<std::string>&) { throw UsageError{"not available yet"}; }
+void cmdImport(Context&, const std::vector<std::string>&) { throw UsageError{"not available yet"}; }
+
+}  // namespace qx9::ctl

@@ -1,0 +1,1 @@
+#include "session/session_fixture.h"
