@@ -4,6 +4,13 @@
 #   run_in_vm.sh VMTEST PROGRAM [ARGS...]
 vmtest=$1
 shift
+# The runner beside the checkout, else the workplace's shared copy, else one on the PATH.
+for candidate in "$vmtest" /work/shared/tools/vmtest "$(command -v vmtest 2>/dev/null || true)"; do
+    if [ -n "$candidate" ] && [ -x "$candidate" ]; then
+        vmtest=$candidate
+        break
+    fi
+done
 if [ ! -x "$vmtest" ]; then
     echo "SKIPPED: the virtual-machine runner ($vmtest) is not available on this machine"
     exit 77
