@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdlib>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <condition_variable>
 #include <future>
 #include <thread>
@@ -151,6 +154,17 @@ TEST_F(KernelPath, A_ExactlyTheConfigurationInterfaceIsAnnounced) {
     }
     EXPECT_EQ(nodes, 3);
     EXPECT_EQ(accepted, 1);
+
+    // The probe program that udev runs gives the same answers (when the machine was given it).
+    if (const char* probe = QX9_HIDRAW_PROBE; ::access(probe, X_OK) == 0) {
+        for (const auto& a : enumerateHidInterfaces(false)) {
+            if (a.record.vendorId != 0x05AC) continue;
+            const std::string command = std::string(probe) + " " + a.syspath;
+            const int status = std::system(command.c_str());
+            EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, a.syspath == d.device->identity() ? 0 : 1)
+                << command;
+        }
+    }
 }
 
 TEST_F(KernelPath, B_TransactionsArriveByteForByte) {
