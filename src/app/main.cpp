@@ -2,7 +2,11 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QScreen>
+#include <QSocketNotifier>
 #include <cstdio>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "app/app_delegate.h"
 #include "app/app_options.h"
@@ -11,7 +15,33 @@
 #include "app/keyboard_view_controller.h"
 #include "common/app_id.h"
 
+namespace {
+
+int g_signalPipe[2] = {-1, -1};
+
+void onTerminationSignal(int) {
+    const char byte = 1;
+    [[maybe_unused]] const auto n = ::write(g_signalPipe[1], &byte, 1);
+}
+
+// SIGINT and SIGTERM end the application the same way as closing its window, so that the
+// database is left closed and a virtual keyboard's memory is saved.
+void quitOnTerminationSignals(QApplication& app) {
+    if (::pipe2(g_signalPipe, O_CLOEXEC | O_NONBLOCK) != 0) return;
+    auto* notifier = new QSocketNotifier(g_signalPipe[0], QSocketNotifier::Read, &app);
+    QObject::connect(notifier, &QSocketNotifier::activated, &app, [] { QApplication::quit(); });
+    struct sigaction action {};
+    action.sa_handler = onTerminationSignal;
+    sigemptyset(&action.sa_mask);
+    ::sigaction(SIGINT, &action, nullptr);
+    ::sigaction(SIGTERM, &action, nullptr);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+    // Diagnostic lines go out whole, line by line, also when the output is a pipe or a file.
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     qx9::AppOptions options;
     std::string error;
     if (!qx9::parseAppOptions(argc, argv, options, error)) {
@@ -24,6 +54,7 @@ int main(int argc, char** argv) {
     qx9::initAppResources();
     QApplication::setWindowIcon(QIcon(":/images/app_icon"));
     qx9::applyAppStyle(app);
+    quitOnTerminationSignals(app);
 
     QMainWindow window;  // closing it ends the application
     window.setObjectName("MainWindow");
