@@ -29,7 +29,15 @@ const char* const kUsage =
     "  fn-mode default|fn\n"
     "  settings show | language en|zh-CN|zh-TW | gamemode on|off |\n"
     "           block alttab|altf4|win on|off | reset-keys | reset-all\n"
-    "  keyboard-state\n";
+    "  keyboard-state\n"
+    "  macro list | add | rename ID NAME | delete ID | events ID | delete-event ID N | save ID |\n"
+    "        insert ID key:NAME|mouse:left|middle|right|delay:MS [--before N|--after N] |\n"
+    "        delay-mode ID record|none|default:MS\n"
+    "  light list | select ROW | color R G B | preset 1-14 | random on|off | brightness V |\n"
+    "        speed V | direction up|down|left|right | sleep 0-3 | show\n"
+    "  userlight list | add | delete ID | paint ID KEY... --color RRGGBB | apply ID | reset ID | show ID\n"
+    "  export FILE|-\n"
+    "  import FILE\n";
 
 // A stream that swallows what it is given (the diagnostic console unless --verbose).
 struct NullBuffer : std::streambuf {
@@ -120,12 +128,14 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
     NullBuffer nullBuffer;
     std::ostream quiet(&nullBuffer);
     std::ostream* previousConsole = nullptr;
+    bool redirected = false;  // the previous console may be nullptr (standard output)
     std::unique_ptr<std::ofstream> wireFile;
     try {
         Options options = parseOptions(args);
         const auto handler = commands().find(options.command[0]);
         if (handler == commands().end()) throw UsageError{"unknown command " + options.command[0]};
         previousConsole = setConsoleStream(options.verbose ? &err : &quiet);
+        redirected = true;
 
         Context c{options, out, err, {}, {}, nullptr, false};
         std::string error;
@@ -160,7 +170,7 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         }
         return 0;
     } catch (const UsageError& e) {
-        if (previousConsole) setConsoleStream(previousConsole);
+        if (redirected) setConsoleStream(previousConsole);
         if (e.message.empty()) {
             err << kUsage;
             return 2;

@@ -1,8 +1,56 @@
+// qx9ctl export / import: the whole configuration as one JSON document.
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
 #include "cli/ctl_context.h"
+#include "session/config_export.h"
 
 namespace qx9::ctl {
 
-void cmdExport(Context&, const std::vector<std::string>&) { throw UsageError{"not available yet"}; }
-void cmdImport(Context&, const std::vector<std::string>&) { throw UsageError{"not available yet"}; }
+void cmdExport(Context& c, const std::vector<std::string>& args) {
+    if (args.size() != 1 || args[0].empty()) throw UsageError{"usage: qx9ctl export FILE (- for standard output)"};
+    openSession(c);
+    std::string error;
+    const std::optional<std::string> document = exportConfiguration(*c.session, error);
+    if (!document) throw UsageError{"cannot export: " + error};
+    if (args[0] == "-") {
+        c.out << *document;
+        return;
+    }
+    // Written beside the target and renamed over it, so that a failed export leaves no half file.
+    const std::string temporary = args[0] + ".part";
+    {
+        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+        out << *document;
+        out.close();
+        if (!out) {
+            std::remove(temporary.c_str());
+            throw UsageError{"cannot write " + args[0]};
+        }
+    }
+    if (std::rename(temporary.c_str(), args[0].c_str()) != 0) {
+        std::remove(temporary.c_str());
+        throw UsageError{"cannot write " + args[0]};
+    }
+}
+
+void cmdImport(Context& c, const std::vector<std::string>& args) {
+    if (args.size() != 1 || args[0].empty()) throw UsageError{"usage: qx9ctl import FILE"};
+    std::ifstream in(args[0], std::ios::binary);
+    if (!in) throw UsageError{"cannot read " + args[0]};
+    const std::string document((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (in.bad()) throw UsageError{"cannot read " + args[0]};
+    // Checked before the session opens: a refused document changes nothing, not even the
+    // first-start data of a new database file.
+    std::string error;
+    if (!parseConfigurationDocument(document, error)) throw UsageError{args[0] + " was not imported: " + error};
+    openSession(c);
+    c.sends = true;
+    if (!importConfiguration(*c.session, document, error)) {
+        throw UsageError{args[0] + " was not imported: " + error + "; the database is unchanged"};
+    }
+}
 
 }  // namespace qx9::ctl

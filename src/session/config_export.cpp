@@ -1,3 +1,562 @@
-// Filled in with the macro editor, the backlight parameters, the user-light editor and the
-// configuration export.
-namespace qx9 {}
+// Export and import of the whole configuration as one JSON document.
+//
+// Import checks the whole document before it touches the database, then replaces the contents
+// of the application's tables in one SQLite transaction on a connection of its own: SQLite
+// makes that all or nothing (also across a crash), the session's own connection stays open and
+// simply sees the new rows, and the tables that hold nothing of the features are left alone.
+// (Building a second file and renaming it over the first would leave the session's open
+// connection, and the write-ahead log beside the file, pointing at the old one.)
+#include "session/config_export.h"
+
+#include <sqlite3.h>
+
+#include <charconv>
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <unordered_set>
+
+#include "layout/key_maps.h"
+#include "session/keyboard_session.h"
+
+namespace qx9 {
+
+namespace {
+
+using Json = nlohmann::ordered_json;  // written: the parts in their order
+using ReadJson = nlohmann::json;      // read: faster lookups
+
+// ---- A connection of its own -------------------------------------------------------------
+
+struct DbError {
+    std::string message;
+};
+
+class Statement {
+public:
+    Statement(sqlite3* db, const char* sql) : db_(db) {
+        sqlite3_stmt* raw = nullptr;
+        if (sqlite3_prepare_v2(db, sql, -1, &raw, nullptr) != SQLITE_OK) throw DbError{sqlite3_errmsg(db)};
+        stmt_.reset(raw);
+    }
+    Statement& bind(int i, std::int64_t v) {
+        sqlite3_bind_int64(stmt_.get(), i, v);
+        return *this;
+    }
+    Statement& bind(int i, const std::string& v) {
+        sqlite3_bind_text(stmt_.get(), i, v.data(), static_cast<int>(v.size()), SQLITE_TRANSIENT);
+        return *this;
+    }
+    Statement& bind(int i, const std::optional<std::string>& v) {
+        if (v) return bind(i, *v);
+        sqlite3_bind_null(stmt_.get(), i);
+        return *this;
+    }
+    bool step() {
+        const int rc = sqlite3_step(stmt_.get());
+        if (rc == SQLITE_ROW) return true;
+        if (rc != SQLITE_DONE) throw DbError{sqlite3_errmsg(db_)};
+        return false;
+    }
+    // Runs the statement once and makes it ready for the next values.
+    void run() {
+        step();
+        sqlite3_reset(stmt_.get());
+        sqlite3_clear_bindings(stmt_.get());
+    }
+    std::int64_t integer(int c) const { return sqlite3_column_int64(stmt_.get(), c); }
+    bool isNull(int c) const { return sqlite3_column_type(stmt_.get(), c) == SQLITE_NULL; }
+    std::string text(int c) const {
+        const auto* t = reinterpret_cast<const char*>(sqlite3_column_text(stmt_.get(), c));
+        return t ? std::string(t, static_cast<std::size_t>(sqlite3_column_bytes(stmt_.get(), c))) : std::string();
+    }
+
+private:
+    struct Finalizer {
+        void operator()(sqlite3_stmt* s) const { sqlite3_finalize(s); }
+    };
+    sqlite3* db_;
+    std::unique_ptr<sqlite3_stmt, Finalizer> stmt_;
+};
+
+class Connection {
+public:
+    Connection(const std::filesystem::path& file, int flags) {
+        sqlite3* raw = nullptr;
+        const int rc = sqlite3_open_v2(file.c_str(), &raw, flags, nullptr);
+        db_.reset(raw);
+        if (rc != SQLITE_OK) throw DbError{raw ? sqlite3_errmsg(raw) : sqlite3_errstr(rc)};
+        sqlite3_busy_timeout(raw, 2000);
+    }
+    void exec(const char* sql) {
+        if (sqlite3_exec(db_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) throw DbError{sqlite3_errmsg(db_.get())};
+    }
+    Statement prepare(const char* sql) { return Statement(db_.get(), sql); }
+
+private:
+    struct Closer {
+        void operator()(sqlite3* db) const { sqlite3_close_v2(db); }
+    };
+    std::unique_ptr<sqlite3, Closer> db_;
+};
+
+// The tables the configuration replaces, children before their owners.
+constexpr const char* kClearTables[] = {
+    R"(DELETE FROM "t_macrorecord")", R"(DELETE FROM "t_macro_data")",   R"(DELETE FROM "t_userlight_leddata")",
+    R"(DELETE FROM "t_userlight_data")", R"(DELETE FROM "t_keyprofile")", R"(DELETE FROM "t_lightdata")",
+    R"(DELETE FROM "t_configdata")",  R"(DELETE FROM "t_profile")",
+};
+
+std::string hexColour(std::int64_t v) {
+    char buf[24];
+    std::snprintf(buf, sizeof buf, v >= 0 ? "%06llX" : "-%06llX",
+                  static_cast<unsigned long long>(v >= 0 ? v : -v));
+    return buf;
+}
+
+// ---- Checking a document -----------------------------------------------------------------
+
+struct Invalid {
+    std::string message;
+};
+
+class RowReader {
+public:
+    RowReader(const ReadJson& row, std::string where, std::initializer_list<const char*> fields)
+        : row_(row), where_(std::move(where)) {
+        if (!row.is_object()) fail("is not an object");
+        for (const auto& [name, value] : row.items()) {
+            bool known = false;
+            for (const char* f : fields) known = known || name == f;
+            if (!known) fail("has an unknown field \"" + name + "\"");
+        }
+    }
+    const ReadJson& field(const char* name) const {
+        const auto it = row_.find(name);
+        if (it == row_.end()) fail("lacks \"" + std::string(name) + "\"");
+        return *it;
+    }
+    std::int64_t integer(const char* name, std::int64_t lo = INT64_MIN, std::int64_t hi = INT64_MAX) const {
+        const ReadJson& v = field(name);
+        if (!v.is_number_integer() || (v.is_number_unsigned() && v.get<std::uint64_t>() > INT64_MAX)) {
+            fail("." + std::string(name) + " is not a whole number");
+        }
+        const auto n = v.get<std::int64_t>();
+        if (n < lo || n > hi) {
+            fail("." + std::string(name) + " is " + std::to_string(n) + ", not " + std::to_string(lo) + "-" +
+                 (hi == INT64_MAX ? std::string("") : std::to_string(hi)));
+        }
+        return n;
+    }
+    std::int64_t id(const char* name = "id") const { return integer(name, 1); }
+    std::string text(const char* name) const {
+        const ReadJson& v = field(name);
+        if (!v.is_string()) fail("." + std::string(name) + " is not a text");
+        return v.get<std::string>();
+    }
+    std::optional<std::string> optionalText(const char* name) const {
+        if (field(name).is_null()) return std::nullopt;
+        return text(name);
+    }
+    [[noreturn]] void fail(const std::string& what) const {
+        throw Invalid{where_ + (what.starts_with(".") ? "" : " ") + what};
+    }
+    const std::string& where() const { return where_; }
+
+private:
+    const ReadJson& row_;
+    std::string where_;
+};
+
+const ReadJson& table(const ReadJson& doc, const char* name) {
+    const auto it = doc.find(name);
+    if (it == doc.end()) throw Invalid{"\"" + std::string(name) + "\" is missing"};
+    if (!it->is_array()) throw Invalid{"\"" + std::string(name) + "\" is not a list"};
+    return *it;
+}
+
+// Reads every row of one table, checking that ids are unique.
+template <typename T, typename Read>
+std::vector<T> rows(const ReadJson& doc, const char* name, std::initializer_list<const char*> fields, Read read) {
+    std::vector<T> out;
+    std::unordered_set<std::int64_t> ids;
+    const ReadJson& list = table(doc, name);
+    out.reserve(list.size());
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        RowReader r(list[i], std::string(name) + "[" + std::to_string(i) + "]", fields);
+        const std::int64_t id = r.id();
+        if (!ids.insert(id).second) r.fail("has the id " + std::to_string(id) + " of an earlier row");
+        out.push_back(read(r, id));
+    }
+    return out;
+}
+
+bool isDecimal(const std::string& text) {
+    if (text.empty()) return true;  // reads as 0
+    std::string_view digits = text;
+    if (digits.front() == '+') digits.remove_prefix(1);
+    std::int64_t v = 0;
+    const char* end = digits.data() + digits.size();
+    const auto [ptr, ec] = std::from_chars(digits.data(), end, v);
+    return !digits.empty() && ec == std::errc() && ptr == end;
+}
+
+const KeyCodeMap& keyCodes() { return G_KB_SuperKeyCodeMap.empty() ? KB_108K_SuperKeyCodeMap() : G_KB_SuperKeyCodeMap; }
+
+std::int64_t keyOf(const RowReader& r) {
+    const std::int64_t key = r.integer("key");
+    if (!keyCodes().contains(static_cast<int>(key)) || key != static_cast<int>(key)) {
+        r.fail(".key " + std::to_string(key) + " is not a key of the QX9");
+    }
+    return key;
+}
+
+Configuration parseDocument(const ReadJson& doc) {
+    if (!doc.is_object() || !doc.contains("format") || doc["format"] != kConfigurationFormat) {
+        throw Invalid{"it is not a QX9 configuration (no \"format\": \"" + std::string(kConfigurationFormat) + "\")"};
+    }
+    const auto version = doc.find("version");
+    if (version == doc.end() || !version->is_number_integer()) throw Invalid{"it has no format version"};
+    if (*version != kConfigurationVersion) {
+        throw Invalid{"it is of format version " + version->dump() + "; this version reads version " +
+                      std::to_string(kConfigurationVersion)};
+    }
+    for (const auto& [name, value] : doc.items()) {
+        static const std::unordered_set<std::string> known = {
+            "format", "version", "profiles", "configurationValues", "keyAssignments", "lighting",
+            "userLights", "userLightColours", "macros", "macroEvents"};
+        if (!known.contains(name)) throw Invalid{"it has an unknown part \"" + name + "\""};
+    }
+
+    Configuration c;
+    c.profiles = rows<ProfileData>(doc, "profiles", {"id", "name"}, [](const RowReader& r, std::int64_t id) {
+        return ProfileData{id, r.text("name")};
+    });
+    bool hasFirst = false;
+    for (const ProfileData& p : c.profiles) hasFirst = hasFirst || p.profId == 1;
+    if (!hasFirst) throw Invalid{"profile 1, which holds the application's settings, is missing"};
+
+    c.configurationValues = rows<ConfigValueRow>(
+        doc, "configurationValues", {"id", "profile", "key", "value"}, [](const RowReader& r, std::int64_t id) {
+            ConfigValueRow v{id, r.integer("profile"), r.text("key"), r.text("value")};
+            if (!isDecimal(v.value)) r.fail(".value \"" + v.value + "\" is not a decimal integer");
+            // Sent to the keyboard as bytes.
+            if (v.profId == 1 && (v.key == "fnfunction" || v.key == "sleeplight")) {
+                std::int64_t n = 0;
+                const std::string_view s = v.value.starts_with('+') ? std::string_view(v.value).substr(1) : v.value;
+                std::from_chars(s.data(), s.data() + s.size(), n);
+                if (n < 0 || n > 255) r.fail(".value of \"" + v.key + "\" is " + v.value + ", not 0-255");
+            }
+            return v;
+        });
+
+    c.keyAssignments = rows<ProfileKey>(
+        doc, "keyAssignments", {"id", "profile", "layer", "key", "type", "value", "value2", "value3", "text"},
+        [](const RowReader& r, std::int64_t id) {
+            ProfileKey k;
+            k.keyId = id;
+            k.profId = r.integer("profile");
+            k.fnlayerId = r.integer("layer", 0, 1);
+            k.keyValue = keyOf(r);
+            k.macroType = r.integer("type");
+            static const std::unordered_set<std::int64_t> types = {1, 2, 3, 4, 6, 7, 8, 14};
+            if (!types.contains(k.macroType)) r.fail(".type " + std::to_string(k.macroType) + " is not a key function");
+            // What the key-mapping block carries as bytes.
+            const bool key = k.macroType == kMacroTypeKey, combination = k.macroType == kMacroTypeCombination;
+            k.macroValue = combination ? r.integer("value", 0, 255) : r.integer("value");
+            if (key && !(k.macroValue >= 0 && k.macroValue <= 255) && !(k.macroValue >= 500 && k.macroValue <= 517)) {
+                r.fail(".value " + std::to_string(k.macroValue) + " is not a key code (0-255, 500-517)");
+            }
+            const bool bytes = key || combination || k.macroType == kMacroTypeMacro;
+            k.macro2Value = bytes ? r.integer("value2", 0, 255) : r.integer("value2");
+            k.macro3Value = combination || k.macroType == kMacroTypeMacro ? r.integer("value3", 0, 255) : r.integer("value3");
+            k.macroDesc = r.text("text");
+            return k;
+        });
+
+    c.lighting = rows<LightRow>(doc, "lighting", {"id", "profile", "name", "mode", "bytes", "status"},
+                                [](const RowReader& r, std::int64_t id) {
+                                    LightRow l;
+                                    l.lightId = id;
+                                    l.profId = r.integer("profile");
+                                    l.name = r.optionalText("name");
+                                    l.mode = r.integer("mode", 0, 20);
+                                    const ReadJson& bytes = r.field("bytes");
+                                    if (!bytes.is_array() || bytes.size() != l.bytes.size()) r.fail(".bytes is not a list of 11 bytes");
+                                    for (std::size_t i = 0; i < l.bytes.size(); ++i) {
+                                        if (!bytes[i].is_number_integer() || bytes[i].get<std::int64_t>() < 0 ||
+                                            bytes[i].get<std::int64_t>() > 255) {
+                                            r.fail(".bytes[" + std::to_string(i) + "] is not a byte 0-255");
+                                        }
+                                        l.bytes[i] = bytes[i].get<std::int64_t>();
+                                    }
+                                    l.status = r.integer("status", 0, 1);
+                                    return l;
+                                });
+
+    c.userLights = rows<UserLightData>(doc, "userLights", {"id", "profile", "name", "speed", "brightness"},
+                                       [](const RowReader& r, std::int64_t id) {
+                                           return UserLightData{id, r.integer("profile"), r.text("name"),
+                                                                r.integer("speed"), r.integer("brightness")};
+                                       });
+
+    c.userLightColours = rows<UserLightLEDData>(
+        doc, "userLightColours", {"id", "set", "key", "colour"}, [](const RowReader& r, std::int64_t id) {
+            const std::int64_t set = r.integer("set");
+            const std::int64_t key = keyOf(r);
+            const std::string colour = r.text("colour");
+            std::uint32_t v = 0;
+            const auto [ptr, ec] = std::from_chars(colour.data(), colour.data() + colour.size(), v, 16);
+            if (colour.size() != 6 || ec != std::errc() || ptr != colour.data() + colour.size()) {
+                r.fail(".colour \"" + colour + "\" is not RRGGBB");
+            }
+            return UserLightLEDData{id, set, key, v};
+        });
+
+    c.macros = rows<MacroInfo>(doc, "macros", {"id", "name", "playTimes", "delayType", "delayTime"},
+                               [](const RowReader& r, std::int64_t id) {
+                                   return MacroInfo{id, r.integer("playTimes"), r.integer("delayType"),
+                                                    r.integer("delayTime"), r.text("name")};
+                               });
+
+    c.macroEvents = rows<RecordInfo>(
+        doc, "macroEvents", {"id", "macro", "type", "index", "value", "text"}, [](const RowReader& r, std::int64_t id) {
+            RecordInfo e;
+            e.recordId = id;
+            e.macroId = r.integer("macro");
+            e.recordType = r.integer("type", kRecordDelay, kRecordMouseUp);
+            e.recordIndex = r.integer("index");
+            const bool key = e.recordType == kRecordKeyDown || e.recordType == kRecordKeyUp;
+            e.recordValue = key ? r.integer("value", 0, 255) : e.recordType == kRecordDelay ? r.integer("value", 0) : r.integer("value");
+            e.recordDesc = r.text("text");
+            return e;
+        });
+    return c;
+}
+
+}  // namespace
+
+// ---- Reading and replacing the database ---------------------------------------------------
+
+std::optional<Configuration> readConfiguration(const std::filesystem::path& databaseFile, std::string& error) {
+    try {
+        Connection db(databaseFile, SQLITE_OPEN_READONLY);
+        db.exec("BEGIN");  // one snapshot of all tables
+        Configuration c;
+        for (auto s = db.prepare(R"(SELECT "profId", "name" FROM "t_profile" ORDER BY "profId")"); s.step();) {
+            c.profiles.push_back({s.integer(0), s.text(1)});
+        }
+        for (auto s = db.prepare(R"(SELECT "keyId", "profId", "key", "value" FROM "t_configdata" ORDER BY "keyId")"); s.step();) {
+            c.configurationValues.push_back({s.integer(0), s.integer(1), s.text(2), s.text(3)});
+        }
+        for (auto s = db.prepare(R"(SELECT "keyId", "profId", "fnlayerId", "keyvalue", "macroType", "macroValue",
+                                           "macro2Value", "macro3Value", "macroDesc" FROM "t_keyprofile" ORDER BY "keyId")");
+             s.step();) {
+            c.keyAssignments.push_back({s.integer(0), s.integer(2), s.integer(1), s.integer(3), s.integer(4),
+                                        s.integer(5), s.integer(6), s.integer(7), s.text(8)});
+        }
+        for (auto s = db.prepare(R"(SELECT "lightId", "profId", "name", "mode", "byte1", "byte2", "byte3", "byte4",
+                                           "byte5", "byte6", "byte7", "byte8", "byte9", "byte10", "byte11", "status"
+                                    FROM "t_lightdata" ORDER BY "lightId")");
+             s.step();) {
+            LightRow l{s.integer(0), s.integer(1), s.isNull(2) ? std::nullopt : std::optional(s.text(2)), s.integer(3), {}, s.integer(15)};
+            for (int i = 0; i < 11; ++i) l.bytes[static_cast<std::size_t>(i)] = s.integer(4 + i);
+            c.lighting.push_back(std::move(l));
+        }
+        for (auto s = db.prepare(R"(SELECT "light_id", "profile", "name", "speed", "brightness" FROM "t_userlight_data"
+                                    ORDER BY "light_id")");
+             s.step();) {
+            c.userLights.push_back({s.integer(0), s.integer(1), s.text(2), s.integer(3), s.integer(4)});
+        }
+        for (auto s = db.prepare(R"(SELECT "ledId", "light_id", "keyvalue", "rgbvalue" FROM "t_userlight_leddata" ORDER BY "ledId")");
+             s.step();) {
+            c.userLightColours.push_back({s.integer(0), s.integer(1), s.integer(2), s.integer(3)});
+        }
+        for (auto s = db.prepare(R"(SELECT "macro_id", "play_times", "delay_type", "delay_time", "macro_name"
+                                    FROM "t_macro_data" ORDER BY "macro_id")");
+             s.step();) {
+            c.macros.push_back({s.integer(0), s.integer(1), s.integer(2), s.integer(3), s.text(4)});
+        }
+        for (auto s = db.prepare(R"(SELECT "record_id", "macro_id", "record_type", "record_index", "record_value",
+                                           "record_desc" FROM "t_macrorecord" ORDER BY "record_id")");
+             s.step();) {
+            c.macroEvents.push_back({s.integer(0), s.integer(1), s.integer(2), s.integer(3), s.integer(4), s.text(5)});
+        }
+        db.exec("COMMIT");
+        return c;
+    } catch (const DbError& e) {
+        error = "cannot read the database: " + e.message;
+        return std::nullopt;
+    }
+}
+
+bool replaceConfiguration(const std::filesystem::path& databaseFile, const Configuration& c, std::string& error) {
+    std::optional<Connection> db;
+    try {
+        db.emplace(databaseFile, SQLITE_OPEN_READWRITE);
+        db->exec("BEGIN IMMEDIATE");
+        for (const char* sql : kClearTables) db->exec(sql);
+        {
+            auto s = db->prepare(R"(INSERT INTO "t_profile" ("profId", "name") VALUES (?, ?))");
+            for (const ProfileData& p : c.profiles) s.bind(1, p.profId).bind(2, p.name).run();
+        }
+        {
+            auto s = db->prepare(R"(INSERT INTO "t_configdata" ("keyId", "key", "profId", "value") VALUES (?, ?, ?, ?))");
+            for (const ConfigValueRow& v : c.configurationValues) s.bind(1, v.keyId).bind(2, v.key).bind(3, v.profId).bind(4, v.value).run();
+        }
+        {
+            auto s = db->prepare(R"(INSERT INTO "t_keyprofile" ("keyId", "profId", "fnlayerId", "keyvalue", "macroType",
+                                    "macroValue", "macro2Value", "macro3Value", "macroDesc") VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?))");
+            for (const ProfileKey& k : c.keyAssignments) {
+                s.bind(1, k.keyId).bind(2, k.profId).bind(3, k.fnlayerId).bind(4, k.keyValue).bind(5, k.macroType);
+                s.bind(6, k.macroValue).bind(7, k.macro2Value).bind(8, k.macro3Value).bind(9, k.macroDesc).run();
+            }
+        }
+        {
+            auto s = db->prepare(R"(INSERT INTO "t_lightdata" ("lightId", "profId", "name", "mode", "byte1", "byte2", "byte3",
+                                    "byte4", "byte5", "byte6", "byte7", "byte8", "byte9", "byte10", "byte11", "status")
+                                    VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?))");
+            for (const LightRow& l : c.lighting) {
+                s.bind(1, l.lightId).bind(2, l.profId).bind(3, l.name).bind(4, l.mode);
+                for (int i = 0; i < 11; ++i) s.bind(5 + i, l.bytes[static_cast<std::size_t>(i)]);
+                s.bind(16, l.status).run();
+            }
+        }
+        {
+            auto s = db->prepare(R"(INSERT INTO "t_userlight_data" ("light_id", "profile", "name", "speed", "brightness")
+                                    VALUES (?, ?, ?, ?, ?))");
+            for (const UserLightData& u : c.userLights) {
+                s.bind(1, u.userlight_id).bind(2, u.profile_id).bind(3, u.userlight_name).bind(4, u.speed).bind(5, u.brightness).run();
+            }
+        }
+        {
+            auto s = db->prepare(R"(INSERT INTO "t_userlight_leddata" ("ledId", "light_id", "keyvalue", "rgbvalue") VALUES (?, ?, ?, ?))");
+            for (const UserLightLEDData& l : c.userLightColours) {
+                s.bind(1, l.led_id).bind(2, l.userlight_id).bind(3, l.key_value).bind(4, l.key_rgbvalue).run();
+            }
+        }
+        {
+            auto s = db->prepare(R"(INSERT INTO "t_macro_data" ("macro_id", "play_times", "delay_type", "delay_time", "macro_name")
+                                    VALUES (?, ?, ?, ?, ?))");
+            for (const MacroInfo& m : c.macros) {
+                s.bind(1, m.macroId).bind(2, m.playTimes).bind(3, m.delayType).bind(4, m.delayTime).bind(5, m.macroName).run();
+            }
+        }
+        {
+            auto s = db->prepare(R"(INSERT INTO "t_macrorecord" ("record_id", "macro_id", "record_type", "record_index",
+                                    "record_desc", "record_value") VALUES (?, ?, ?, ?, ?, ?))");
+            for (const RecordInfo& e : c.macroEvents) {
+                s.bind(1, e.recordId).bind(2, e.macroId).bind(3, e.recordType).bind(4, e.recordIndex);
+                s.bind(5, e.recordDesc).bind(6, e.recordValue).run();
+            }
+        }
+        db->exec("COMMIT");
+        return true;
+    } catch (const DbError& e) {
+        if (db) {
+            try {
+                db->exec("ROLLBACK");
+            } catch (const DbError&) {
+                // Not in a transaction: nothing was written.
+            }
+        }
+        error = "cannot write the database: " + e.message;
+        return false;
+    }
+}
+
+// ---- The document --------------------------------------------------------------------------
+
+std::string configurationDocument(const Configuration& c) {
+    Json doc = Json::object();
+    doc["format"] = kConfigurationFormat;
+    doc["version"] = kConfigurationVersion;
+    Json& profiles = doc["profiles"] = Json::array();
+    for (const ProfileData& p : c.profiles) profiles.push_back({{"id", p.profId}, {"name", p.name}});
+    Json& values = doc["configurationValues"] = Json::array();
+    for (const ConfigValueRow& v : c.configurationValues) {
+        values.push_back({{"id", v.keyId}, {"profile", v.profId}, {"key", v.key}, {"value", v.value}});
+    }
+    Json& keys = doc["keyAssignments"] = Json::array();
+    for (const ProfileKey& k : c.keyAssignments) {
+        keys.push_back({{"id", k.keyId}, {"profile", k.profId}, {"layer", k.fnlayerId}, {"key", k.keyValue},
+                        {"type", k.macroType}, {"value", k.macroValue}, {"value2", k.macro2Value},
+                        {"value3", k.macro3Value}, {"text", k.macroDesc}});
+    }
+    Json& lighting = doc["lighting"] = Json::array();
+    for (const LightRow& l : c.lighting) {
+        lighting.push_back({{"id", l.lightId}, {"profile", l.profId}, {"name", l.name ? Json(*l.name) : Json()},
+                            {"mode", l.mode}, {"bytes", l.bytes}, {"status", l.status}});
+    }
+    Json& sets = doc["userLights"] = Json::array();
+    for (const UserLightData& u : c.userLights) {
+        sets.push_back({{"id", u.userlight_id}, {"profile", u.profile_id}, {"name", u.userlight_name},
+                        {"speed", u.speed}, {"brightness", u.brightness}});
+    }
+    Json& colours = doc["userLightColours"] = Json::array();
+    for (const UserLightLEDData& l : c.userLightColours) {
+        colours.push_back({{"id", l.led_id}, {"set", l.userlight_id}, {"key", l.key_value}, {"colour", hexColour(l.key_rgbvalue)}});
+    }
+    Json& macros = doc["macros"] = Json::array();
+    for (const MacroInfo& m : c.macros) {
+        macros.push_back({{"id", m.macroId}, {"name", m.macroName}, {"playTimes", m.playTimes},
+                          {"delayType", m.delayType}, {"delayTime", m.delayTime}});
+    }
+    Json& events = doc["macroEvents"] = Json::array();
+    for (const RecordInfo& e : c.macroEvents) {
+        events.push_back({{"id", e.recordId}, {"macro", e.macroId}, {"type", e.recordType}, {"index", e.recordIndex},
+                          {"value", e.recordValue}, {"text", e.recordDesc}});
+    }
+    return doc.dump(1, '\t', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::optional<Configuration> parseConfigurationDocument(std::string_view text, std::string& error) {
+    const ReadJson doc = ReadJson::parse(text.begin(), text.end(), nullptr, false);
+    if (doc.is_discarded()) {
+        error = "not a QX9 configuration: it is not a complete JSON document";
+        return std::nullopt;
+    }
+    try {
+        return parseDocument(doc);
+    } catch (const Invalid& e) {
+        error = "not a valid QX9 configuration: " + e.message;
+        return std::nullopt;
+    } catch (const ReadJson::exception& e) {
+        error = std::string("not a valid QX9 configuration: ") + e.what();
+        return std::nullopt;
+    }
+}
+
+// ---- The session ---------------------------------------------------------------------------
+
+std::optional<std::string> exportConfiguration(KeyboardSession& session, std::string& error) {
+    DeviceSQLite* db = session.core.db();
+    if (!db || !db->isConnected()) {
+        error = "no database is open";
+        return std::nullopt;
+    }
+    const std::optional<Configuration> c = readConfiguration(db->filePath(), error);
+    if (!c) return std::nullopt;
+    return configurationDocument(*c);
+}
+
+bool importConfiguration(KeyboardSession& session, std::string_view document, std::string& error) {
+    const std::optional<Configuration> c = parseConfigurationDocument(document, error);
+    if (!c) return false;
+    DeviceSQLite* db = session.core.db();
+    if (!db || !db->isConnected()) {
+        error = "no database is open";
+        return false;
+    }
+    if (!replaceConfiguration(db->filePath(), *c, error)) return false;
+    // The session forgets what it showed and loads the new contents as a first connection
+    // does, sending the per-key colours (when a set exists), the system functions and
+    // profile 1's key map.
+    session.userLights.unloadUserLight();
+    session.device.getAllProfile();
+    session.profiles.selectProfile(1);
+    session.macros.initMacroList();
+    return true;
+}
+
+}  // namespace qx9

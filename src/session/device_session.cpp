@@ -62,7 +62,7 @@ void DeviceSession::refreshUI() {
         core.initFinish = true;
     } else {
         g_show_homepage_ = true;  // the start view comes back over the pages
-        s_.macros.stopMacroRecord();
+        s_.macros.stopRecordingInProgress();
         core.notify(SessionAspect::Page);
     }
     core.notify(SessionAspect::Connection);

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "session/backlight_parameters.h"
+#include "store/records.h"
 
 namespace qx9 {
 
@@ -17,16 +21,56 @@ struct LightModeRow {
     std::int64_t mode = 0;
 };
 
-// The backlight page: the mode catalogue and its highlight.
+// An image button of the page: whether it is enabled or hidden, its tag and its image.
+struct LightImageButton {
+    bool enabled = true;
+    bool hidden = false;
+    int tag = 0;
+    std::string image;
+};
+
+struct LightSlider {
+    bool enabled = true;
+    int value = 0;
+};
+
+// What the shared colour panel is open for.
+enum class ColorPanelAction { Closed, LightColor, UserLightColor };
+
+// The backlight page: the mode catalogue and its highlight, the parameter controls of the
+// selected effect and the on-screen lighting keyboard's preview. The page's widgets mirror this
+// state; the truth is the light record of (currentProfile, currentLightMode) and "sleeplight".
 class LightingPage {
 public:
     static constexpr int kModeRows = 20;
 
+    // Tags of the controls.
+    static constexpr int kTagColorSwatch = 100;  // light_btn_color: opens the colour panel
+    static constexpr int kTagFirstPreset = 101;  // light_btn_color1 … light_btn_color14
+    static constexpr int kTagLastPreset = 114;
+    static constexpr int kTagUserLightSwatch = 200;  // the per-key page's colour buttons
+    static constexpr int kTagUserLightFirstPreset = 201;
+    static constexpr int kTagUserLightLastPreset = 214;
+    static constexpr int kTagEditRed = 361;  // light_edit_color_r, _g, _b
+    static constexpr int kTagEditGreen = 362;
+    static constexpr int kTagEditBlue = 363;
+    static constexpr int kTagDirectionTop = 200;  // top, right, left, bottom: 200–203
+    static constexpr int kTagDirectionRight = 201;
+    static constexpr int kTagDirectionLeft = 202;
+    static constexpr int kTagDirectionBottom = 203;
+    static constexpr int kTagFirstSleep = 500;  // light_radio_lightsleep0 … 3: 500–503
+    // The sliders' range in the page layout; the sliders show stored values masked to 4 bits.
+    static constexpr int kSliderMinimum = 0;
+    static constexpr int kSliderMaximum = 15;
+    // Label colours of the sleep-time choices.
+    static constexpr std::uint32_t kSleepLabelNormal = 0xFFFFFF;
+    static constexpr std::uint32_t kSleepLabelChosen = 0xCA5100;
+
     explicit LightingPage(KeyboardSession& session);
 
+    // Mode list (8.1).
     const std::vector<LightModeRow>& light_mode_datas() const { return rows_; }
     int selectedRow() const { return selectedRow_; }
-
     // The first build, before any language is applied: modes 1–20 with placeholder texts.
     void initLightTableData();
     // The catalogue in the current language (rows 0–18 modes 1–19, row 19 mode 0), then the
@@ -34,11 +78,92 @@ public:
     void rebuildModeList();
     void loadLightModeData();
     void setLightModeTableSelect(int selectIndex);
+    // The table "lightmode" reports a selection: highlight the row, then select its effect.
+    void lightModeSelectionChanged(int row);
+    // Stores the row's effect as the selection (under profile 1), shows its record of the current
+    // profile in the controls and the preview, and sends it.
+    void setBacklightMode(std::int64_t index);
+    // The controls and the preview as setBacklightMode shows them for the current effect, without
+    // storing or sending (qx9ctl shows the page this way). False when the record cannot be read.
+    bool showCurrentModeControls();
+
+    // Controls (8.2), under their field names.
+    const std::string& light_edit_color_r() const { return editColor_[0]; }
+    const std::string& light_edit_color_g() const { return editColor_[1]; }
+    const std::string& light_edit_color_b() const { return editColor_[2]; }
+    // The three fields, the swatch and the fourteen presets (`isDiasble` = not enabled).
+    bool colorButtonsEnabled() const { return colorEnabled_; }
+    std::uint32_t light_btn_color() const { return swatch_; }  // 0xRRGGBB
+    const LightImageButton& light_btn_randomcolor() const { return random_; }
+    const LightSlider& light_slider_brightness() const { return brightness_; }
+    const LightSlider& light_slider_speed() const { return speed_; }
+    // By tag: 200 top, 201 right, 202 left, 203 bottom.
+    const LightImageButton& directionButton(int tag) const;
+    const LightImageButton& light_direction_top() const { return direction_[0]; }
+    const LightImageButton& light_direction_right() const { return direction_[1]; }
+    const LightImageButton& light_direction_left() const { return direction_[2]; }
+    const LightImageButton& light_direction_bottom() const { return direction_[3]; }
+    bool light_radio_lightsleep(int value) const {
+        return sleepRadio_.at(static_cast<std::size_t>(value));
+    }
+    std::uint32_t light_label_lightsleep(int value) const {
+        return sleepLabel_.at(static_cast<std::size_t>(value));
+    }
+    ColorPanelAction colorPanel() const { return colorPanel_; }
+    // The on-screen lighting keyboard: colour of each key in layout order as 0xRRGGBB.
+    const std::vector<std::uint32_t>& keyColours() const { return keyColours_; }
+
+    // Actions of the controls.
+    void colorButtonAction(int tag);
+    void lightColorPanel(const LightColor& color);
+    // A colour number field's text changed to `text` (tags 361–363; others are not this page's).
+    void controlTextDidChange(int tag, const std::string& text);
+    void setLightRGBValue(std::int64_t r_value, std::int64_t g_value, std::int64_t b_value);
+    void setLightKeyboardCheckColor(const LightColor& color);
+    void lightRondomColorSwitch();  // light_btn_randomcolor clicked
+    void backlightColorModeStatus(bool status);
+    void enableColorButton(bool enable);
+    void loadColorfulLight();
+    void backlightBrightnessChange(std::int64_t value);  // light_slider_brightness moved
+    void backlightSpeedChange(std::int64_t value);       // light_slider_speed moved
+    void light_button_direction(int tag);
+    void backlightDirection(std::int64_t type);
+    // A sleep-time radio (tags 500–503), then the system functions are sent.
+    void light_button_lightsleeptime(int tag);
+    void backlightSleepTime(std::int64_t type);
 
 private:
+    // Reads the record of (currentProfile, mode) into `record` (left zero without a store).
+    // False when a store is present and the read fails.
+    bool readRecord(std::int64_t mode, LightRecord& record) const;
+    // Writes the record of the current effect; a missing store is a fatal error.
+    bool writeRecord(const LightRecord& record, const char* what);
+    void sendLightMode();
+    void showModeControls(std::int64_t mode, const LightRecord& record);
+    void paintAllKeys(std::uint32_t colour);
+    void hideDirections();
+    void setRandomSwitch(bool enabled, bool on);
+    void changed();
+
     KeyboardSession& s_;
     std::vector<LightModeRow> rows_;
     int selectedRow_ = -1;
+
+    std::array<std::string, 3> editColor_{"0", "0", "0"};
+    bool colorEnabled_ = true;
+    std::uint32_t swatch_ = 0;
+    LightImageButton random_{true, false, 0, "img_switch_off"};
+    LightSlider brightness_;
+    LightSlider speed_;
+    std::array<LightImageButton, 4> direction_{{{true, true, kTagDirectionTop, "image_up"},
+                                                {true, true, kTagDirectionRight, "image_right"},
+                                                {true, true, kTagDirectionLeft, "image_left"},
+                                                {true, true, kTagDirectionBottom, "image_bottom"}}};
+    std::array<bool, 4> sleepRadio_{};
+    std::array<std::uint32_t, 4> sleepLabel_{kSleepLabelNormal, kSleepLabelNormal,
+                                             kSleepLabelNormal, kSleepLabelNormal};
+    ColorPanelAction colorPanel_ = ColorPanelAction::Closed;
+    std::vector<std::uint32_t> keyColours_;
 };
 
 }  // namespace qx9

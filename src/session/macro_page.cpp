@@ -1,9 +1,127 @@
 #include "session/macro_page.h"
 
+#include <cctype>
+#include <limits>
+
 #include "hid/capture_state.h"
+#include "i18n/language.h"
+#include "layout/key_maps.h"
 #include "session/keyboard_session.h"
+#include "store/records.h"
 
 namespace qx9 {
+
+namespace {
+
+// Text ids of the page.
+constexpr int kTextMacro = 210;
+constexpr int kTextDeleteMacro = 211;
+constexpr int kTextSelectMacro = 212;
+constexpr int kTextMouseLeftDown = 220;  // then up, and the same for middle (222) and right (224)
+
+// Longest text of a field with tag 106, in characters.
+constexpr std::size_t kNameFieldLength = 30;
+
+// Whether `text` is a whole integer (optional sign, at least one digit, nothing else).
+bool wholeInteger(const std::string& text) {
+    std::size_t i = 0;
+    if (i < text.size() && (text[i] == '-' || text[i] == '+')) ++i;
+    if (i == text.size()) return false;
+    for (; i < text.size(); ++i) {
+        if (!std::isdigit(static_cast<unsigned char>(text[i]))) return false;
+    }
+    return true;
+}
+
+// A whole integer capped at `limit` when it is above it; anything else becomes "10".
+std::string capInteger(const std::string& text, std::int64_t limit) {
+    if (!wholeInteger(text)) return "10";
+    if (text[0] == '-') return text;  // negative numbers are taken as typed
+    if (fieldInteger(text) > limit) return std::to_string(limit);
+    return text;
+}
+
+// The first `count` characters of UTF-8 text.
+std::string firstCharacters(const std::string& text, std::size_t count) {
+    std::size_t chars = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if ((byte & 0xC0) != 0x80) {  // the first byte of a character
+            if (chars == count) return text.substr(0, i);
+            ++chars;
+        }
+    }
+    return text;
+}
+
+}  // namespace
+
+std::int64_t fieldInteger(const std::string& text) {
+    std::size_t i = 0;
+    while (i < text.size() && std::isspace(static_cast<unsigned char>(text[i]))) ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '-' || text[i] == '+')) negative = text[i++] == '-';
+    std::int64_t value = 0;
+    constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
+    for (; i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])); ++i) {
+        const int digit = text[i] - '0';
+        value = value > (kMax - digit) / 10 ? kMax : value * 10 + digit;
+    }
+    return negative ? -value : value;
+}
+
+std::string limitFieldText(int tag, const std::string& text) {
+    switch (tag) {
+        case 101:
+        case 103: return capInteger(text, 60000);
+        case 102: return capInteger(text, 10);
+        case 106: return firstCharacters(text, kNameFieldLength);
+        default: return text;
+    }
+}
+
+std::string recordListText(const RecordRow& row) {
+    switch (row.type) {
+        case kRecordDelay: return "[Delay:ms] " + row.text;
+        case kRecordKeyDown: return "[KEY DOWN] " + row.text;
+        case kRecordKeyUp: return "[KEY UP] " + row.text;
+        default: return row.text;
+    }
+}
+
+MacroPage::MacroPage(KeyboardSession& session) : s_(session), clock_(systemMacroClock()) {}
+
+int MacroPage::delayMode() const {
+    if (controls_.recorddelay_radiobutton) return kRecordingDelay;
+    if (controls_.nodelay_radiobutton) return kNoDelay;
+    if (controls_.defaultdelay_radiobutton) return kDefaultDelay;
+    return -1;
+}
+
+void MacroPage::changed() { s_.core.notify(SessionAspect::Macros); }
+
+std::int64_t MacroPage::selectedMacroId() const {
+    if (macroSelectIndex_ < 0 || macroSelectIndex_ >= static_cast<int>(macros_.size())) return 0;
+    return macros_[static_cast<std::size_t>(macroSelectIndex_)].macroid;
+}
+
+void MacroPage::sendMacros() {
+    s_.transactions.SaveMacroToKeyboard(static_cast<std::int64_t>(macros_.size()));
+}
+
+void MacroPage::insertKindRadios(bool keyboard, bool mouse, bool delay) {
+    controls_.keyboardevent_radiobutton = keyboard;
+    controls_.mouseevent_radiobutton = mouse;
+    controls_.delayevent_radiobutton = delay;
+}
+
+void MacroPage::delayModeRadios(bool record, bool none, bool byDefault) {
+    controls_.recorddelay_radiobutton = record;
+    controls_.nodelay_radiobutton = none;
+    controls_.defaultdelay_radiobutton = byDefault;
+}
+
+// ---- The macro list ----
 
 void MacroPage::initMacroList() {
     EnabledControl(false);
@@ -13,18 +131,33 @@ void MacroPage::initMacroList() {
     if (DeviceSQLite* db = s_.core.db()) db->queryAllMacroData(stored);
     for (const MacroInfo& m : stored) macros_.push_back({"icon", m.macroName, m.macroId});
     macroSelectIndex_ = -1;
+    recordSelectIndex_ = -1;
     if (!macros_.empty()) {
         setMacroTableSelect(0);
         EnabledControl(true);
         loadMacroRecordData(0);
     }
     radio_action_keyboardevent();
-    s_.core.notify(SessionAspect::Macros);
+    changed();
+}
+
+void MacroPage::macroTableSelectionChanged(int row) {
+    if (row < 0 || row >= static_cast<int>(macros_.size())) row = -1;
+    macroSelectIndex_ = row;
+    recordSelectIndex_ = -1;  // the event table shows another list
+    if (row >= 0) {
+        setMacroTableSelect(row);
+        loadMacroRecordData(row);
+    } else {
+        records_.clear();
+        EnabledControl(false);
+    }
+    changed();
 }
 
 void MacroPage::setMacroTableSelect(int selectIndex) {
     macroSelectIndex_ = selectIndex;
-    s_.core.notify(SessionAspect::Macros);
+    changed();
 }
 
 void MacroPage::loadMacroRecordData(int selectIndex) {
@@ -37,37 +170,282 @@ void MacroPage::loadMacroRecordData(int selectIndex) {
     for (const RecordInfo& e : events) records_.push_back({e.recordType, e.recordDesc, e.recordValue});
     MacroInfo info;
     if (db && db->queryMacroInfo(id, info)) {
-        if (info.delayType >= kRecordingDelay && info.delayType <= kDefaultDelay) delayMode_ = static_cast<int>(info.delayType);
-        // The "Default" field shows the header's second number.
-        if (info.delayType == kDefaultDelay) delayTimeText_ = std::to_string(info.playTimes);
+        switch (info.delayType) {
+            case kRecordingDelay: delayModeRadios(true, false, false); break;
+            case kNoDelay: delayModeRadios(false, true, false); break;
+            case kDefaultDelay:
+                delayModeRadios(false, false, true);
+                // The field shows the header's repeat count, not its delay time.
+                controls_.delaytime_edit_text = std::to_string(info.playTimes);
+                break;
+            default: break;  // the radios stay as they are
+        }
     }
     EnabledControl(true);
-    s_.core.notify(SessionAspect::Macros);
+    changed();
+}
+
+void MacroPage::macroTableSetObjectValue(int row, const std::string& text) {
+    if (row < 0 || row >= static_cast<int>(macros_.size()) || text.empty()) return;
+    DeviceSQLite* db = s_.core.db();
+    if (!db) return;
+    MacroRow& macro = macros_[static_cast<std::size_t>(row)];
+    if (db->updateMacroProfileName(macro.macroid, text)) {
+        macro.text = text;
+        changed();
+    }
+}
+
+void MacroPage::addMacroData() {
+    DeviceSQLite* db = s_.core.db();
+    if (!db) return;
+    // Named after the number of rows, whatever the other names are.
+    const std::string name = localizedText(kTextMacro) + std::to_string(macros_.size() + 1);
+    const std::int64_t id = db->addMacroProfile(name);
+    if (id < 1) return;
+    macros_.push_back({"icon", name, id});
+    macroTableSelectionChanged(static_cast<int>(macros_.size()) - 1);
+}
+
+void MacroPage::deleteMacroData() {
+    if (macroSelectIndex_ < 0 || macroSelectIndex_ >= static_cast<int>(macros_.size())) {
+        s_.core.warn(localizedText(kTextDeleteMacro), localizedText(kTextSelectMacro));
+        return;
+    }
+    DeviceSQLite* db = s_.core.db();
+    if (!db) return;
+    // No question asked, and nothing sent: key bindings keep their macro positions.
+    if (!db->deleteMacroProfile(selectedMacroId())) return;
+    macros_.erase(macros_.begin() + macroSelectIndex_);
+    records_.clear();
+    EnabledControl(false);
+    macroSelectIndex_ = -1;
+    recordSelectIndex_ = -1;
+    changed();
 }
 
 void MacroPage::EnabledControl(bool enabled) {
-    controlsEnabled_ = enabled;
-    s_.core.notify(SessionAspect::Macros);
+    controls_.record_tableview = enabled;
+    controls_.insertevent_combox = enabled;
+    controls_.mousevent_combox = enabled;
+    controls_.insertevent_edit = enabled;
+    controls_.insertevent_button = enabled;
+    if (controls_.defaultdelay_radiobutton) controls_.delaytime_edit = enabled;
+    controls_.record_button = enabled;
+    changed();
+}
+
+// ---- The event list ----
+
+void MacroPage::recordTableSelectionChanged(int row) {
+    if (row < 0 || row >= static_cast<int>(records_.size())) row = -1;
+    recordSelectIndex_ = row;
+    setRecordTableSelect(row);
+}
+
+void MacroPage::setRecordTableSelect(int selectIndex) {
+    recordSelectIndex_ = selectIndex;
+    changed();
 }
 
 void MacroPage::radio_action_keyboardevent() {
     insertEventType_ = kInsertKeyboard;
-    GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;  // the next key pressed is the one to insert
-    s_.core.notify(SessionAspect::Macros);
+    insertKindRadios(true, false, false);
+    controls_.mousevent_combox_hidden = true;
+    controls_.insertevent_edit_hidden = false;
+    controls_.insertevent_edit = false;  // shows the next key pressed
+    GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    installMonitor();
+    changed();
 }
+
+void MacroPage::radio_action_mouseevent() {
+    insertEventType_ = kInsertMouse;
+    insertKindRadios(false, true, false);
+    controls_.mousevent_combox_hidden = false;
+    controls_.insertevent_edit_hidden = true;
+    removeMonitor();  // also ends the capture of a recording, which stays on
+    GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    changed();
+}
+
+void MacroPage::radio_action_delaytime() {
+    insertEventType_ = kInsertDelay;
+    insertKindRadios(false, false, true);
+    controls_.mousevent_combox_hidden = true;
+    controls_.insertevent_edit_hidden = false;
+    controls_.insertevent_edit = true;
+    controls_.insertevent_edit_text.clear();
+    removeMonitor();
+    GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    changed();
+}
+
+void MacroPage::insertevent_combox_select(int index) {
+    if (index == 0 || index == 1) controls_.insertevent_combox_index = index;
+    changed();
+}
+
+void MacroPage::mousevent_combox_select(int index) {
+    if (index >= 0 && index <= 2) controls_.mousevent_combox_index = index;
+    changed();
+}
+
+void MacroPage::controlTextDidChange(int tag, const std::string& text) {
+    if (tag == kInsertEventEditTag) controls_.insertevent_edit_text = limitFieldText(tag, text);
+    else if (tag == kDelayTimeEditTag) controls_.delaytime_edit_text = limitFieldText(tag, text);
+    else return;
+    changed();
+}
+
+void MacroPage::insertNewEvent() {
+    if (selectedMacroId() == 0) return;
+    std::vector<RecordRow> added;
+    switch (insertEventType_) {
+        case kInsertKeyboard: {
+            const std::int64_t code = GLOBAL_LAST_PRESS_KEY_SCANCODE;
+            if (code == 0) return;
+            // A key the QX9 does not have (a keypad key, say) cannot be part of a macro.
+            const KeyCodeEntry* key = G_KB_SuperKeyCodeMap.find(static_cast<int>(code));
+            if (!key || key->full_name.empty()) return;
+            added = {{kRecordKeyDown, key->full_name, code}, {kRecordKeyUp, key->full_name, code}};
+            break;
+        }
+        case kInsertMouse: {
+            const int button = controls_.mousevent_combox_index;  // 0 left, 1 middle, 2 right
+            added = {{kRecordMouseDown, localizedText(kTextMouseLeftDown + 2 * button), button + 1},
+                     {kRecordMouseUp, localizedText(kTextMouseLeftDown + 2 * button + 1), button + 1}};
+            break;
+        }
+        case kInsertDelay: {
+            const std::int64_t ms = fieldInteger(controls_.insertevent_edit_text);
+            added = {{kRecordDelay, std::to_string(ms), ms}};
+            break;
+        }
+        default: return;
+    }
+    std::size_t at = records_.size();
+    if (recordSelectIndex_ >= 0 && recordSelectIndex_ < static_cast<int>(records_.size())) {
+        at = static_cast<std::size_t>(recordSelectIndex_) + (controls_.insertevent_combox_index == 1 ? 1 : 0);
+    }
+    records_.insert(records_.begin() + static_cast<std::ptrdiff_t>(at), added.begin(), added.end());
+    changed();
+    SaveMacroRecordDataToDB();
+    sendMacros();
+}
+
+void MacroPage::deleteRecordItem() {
+    if (recordSelectIndex_ < 0 || recordSelectIndex_ >= static_cast<int>(records_.size())) return;
+    const auto at = static_cast<std::size_t>(recordSelectIndex_);
+    const std::int64_t type = records_[at].type;
+    records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(at));
+    // The partner is the nearest event of the matching type, whatever key or button it has.
+    auto eraseForward = [&](std::int64_t partner) {
+        for (std::size_t j = at; j < records_.size(); ++j) {
+            if (records_[j].type == partner) {
+                records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(j));
+                return;
+            }
+        }
+    };
+    auto eraseBackward = [&](std::int64_t partner) {
+        for (std::size_t j = at; j-- > 0;) {
+            if (records_[j].type == partner) {
+                records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(j));
+                return;
+            }
+        }
+    };
+    switch (type) {
+        case kRecordKeyDown: eraseForward(kRecordKeyUp); break;
+        case kRecordKeyUp: eraseBackward(kRecordKeyDown); break;
+        case kRecordMouseDown: eraseForward(kRecordMouseUp); break;
+        case kRecordMouseUp: eraseBackward(kRecordMouseDown); break;
+        default: break;  // a delay goes alone
+    }
+    if (recordSelectIndex_ >= static_cast<int>(records_.size())) recordSelectIndex_ = -1;
+    changed();
+}
+
+void MacroPage::button_action_delrecord() {
+    deleteRecordItem();
+    // The download reads the store, which still holds the deleted events: the keyboard keeps
+    // them until the list is stored by the next save, insertion or recording. Deliberate.
+    sendMacros();
+}
+
+void MacroPage::SaveMacroRecordDataToDB() {
+    DeviceSQLite* db = s_.core.db();
+    const std::int64_t id = selectedMacroId();
+    if (!db || id == 0) return;
+    db->deleteMacroRecord(id);
+    for (std::size_t i = 0; i < records_.size(); ++i) {
+        const RecordRow& r = records_[i];
+        db->addMacroRecord({0, id, r.type, static_cast<std::int64_t>(i), r.value, r.text});
+    }
+}
+
+// ---- Delay mode and saving ----
+
+void MacroPage::radio_action_autodelaytime() {
+    delayModeRadios(true, false, false);
+    controls_.delaytime_edit = false;
+    changed();
+}
+
+void MacroPage::radio_action_nodelaytime() {
+    delayModeRadios(false, true, false);
+    controls_.delaytime_edit = false;
+    changed();
+}
+
+void MacroPage::radio_action_defaultdelaytime() {
+    delayModeRadios(false, false, true);
+    controls_.delaytime_edit = true;
+    changed();
+}
+
+void MacroPage::button_action_saverecord() {
+    if (macroRecordType_ == kRecording) {
+        macroRecordType_ = kIdle;
+        stopMacroRecord();  // stores the recorded list and writes the keyboard
+        controls_.record_button_title = 201;
+    } else {
+        SaveMacroRecordDataToDB();  // the edits of the list, an event deletion among them
+    }
+    const std::int64_t id = selectedMacroId();
+    DeviceSQLite* db = s_.core.db();
+    if (id == 0 || !db) return;
+    MacroInfo info;
+    info.macroId = id;
+    info.playTimes = 0;
+    switch (delayMode()) {
+        case kNoDelay: info.delayType = kNoDelay; break;
+        case kDefaultDelay:
+            info.delayType = kDefaultDelay;
+            info.delayTime = fieldInteger(controls_.delaytime_edit_text);
+            break;
+        default: break;  // recording delay, or no radio on: (0, 0)
+    }
+    db->modifyMacroInfo(info);
+    sendMacros();
+    changed();
+}
+
+// ---- Leaving ----
 
 void MacroPage::leavePage() {
-    insertEventType_ = kInsertDelay;
-    if (macroRecordType_ == 2) {
-        macroRecordType_ = 1;
-        stopMacroRecord();
-    }
-    s_.core.notify(SessionAspect::Macros);
+    insertKindRadios(false, false, true);
+    stopRecordingInProgress();
+    changed();
 }
 
-void MacroPage::stopMacroRecord() {
-    // Recording itself arrives with the macro editor; until then there is nothing to stop.
-    macroRecordType_ = 1;
+void MacroPage::stopRecordingInProgress() {
+    if (macroRecordType_ != kRecording) return;
+    macroRecordType_ = kIdle;
+    stopMacroRecord();
+    controls_.record_button_title = 201;
+    changed();
 }
 
 }  // namespace qx9

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,20 +16,77 @@ struct MacroRow {
 };
 
 struct RecordRow {
-    std::int64_t type = 0;
-    std::string text;
+    std::int64_t type = 0;  // RecordType: 1 delay, 2 key down, 3 key up, 4 mouse down, 5 mouse up
+    std::string text;       // the stored description
     std::int64_t value = 0;
 };
 
-// The macro page: the macro list and the events of the selected macro.
+// The text the event table shows for a row: "[Delay:ms] 250", "[KEY DOWN] A", "[KEY UP] A";
+// mouse rows show their description alone.
+std::string recordListText(const RecordRow& row);
+
+// Tags of the page's text fields; the limit applied to typed text depends on the tag.
+inline constexpr int kInsertEventEditTag = 101;  // insertevent_edit
+inline constexpr int kDelayTimeEditTag = 103;    // delaytime_edit
+
+// The text a field with `tag` keeps after the user typed `text`: 101 and 103 hold at most 60000
+// and 102 at most 10 ("10" for anything that is not a whole integer), 106 keeps 30 characters,
+// other tags keep what was typed.
+std::string limitFieldText(int tag, const std::string& text);
+
+// The number a field's text stands for: its leading integer (after spaces, with an optional
+// sign), 0 when it has none.
+std::int64_t fieldInteger(const std::string& text);
+
+// Milliseconds since 1970.
+using MacroClock = std::function<std::int64_t()>;
+MacroClock systemMacroClock();
+
+// What the page's controls show; the widgets mirror it.
+struct MacroPageControls {
+    // Enabled states.
+    bool record_tableview = false;
+    bool insertevent_combox = false;
+    bool mousevent_combox = false;
+    bool insertevent_edit = false;
+    bool insertevent_button = false;
+    bool delaytime_edit = false;
+    bool record_button = false;
+    bool eventRadiosEnabled = true;  // the three insert-kind radios
+    // Shown or hidden.
+    bool mousevent_combox_hidden = true;
+    bool insertevent_edit_hidden = false;
+    // Insert-kind radios.
+    bool keyboardevent_radiobutton = false;
+    bool mouseevent_radiobutton = false;
+    bool delayevent_radiobutton = false;
+    // Delay-mode radios.
+    bool recorddelay_radiobutton = true;
+    bool nodelay_radiobutton = false;
+    bool defaultdelay_radiobutton = false;
+    // Pop-up selections, field texts and the record button's title.
+    int insertevent_combox_index = 0;  // 0 "Insert Event Before", 1 "Insert Event After"
+    int mousevent_combox_index = 0;    // 0 left, 1 middle, 2 right button
+    std::string insertevent_edit_text;
+    std::string delaytime_edit_text;
+    int record_button_title = 201;  // text id: 201 "Record", 200 "Stop Record"
+};
+
+// The macro page: the macro list, the events of the selected macro, the insert controls, the
+// delay mode and recording. Every change of the event list that is stored is followed by a
+// download of all macros to the keyboard.
 class MacroPage {
 public:
     // Kinds of event the Insert button makes.
     enum InsertKind : int { kInsertKeyboard = 0, kInsertMouse = 1, kInsertDelay = 2 };
-    // Delay modes of the selected macro's radios.
+    // Delay modes (MacroInfo::delayType).
     enum DelayMode : int { kRecordingDelay = 0, kNoDelay = 1, kDefaultDelay = 2 };
+    // Recording states (macroRecordType).
+    enum RecordState : int { kIdle = 1, kRecording = 2 };
+    // Recorded delays are capped at this many milliseconds.
+    static constexpr std::int64_t kMaxRecordedDelay = 100000;
 
-    explicit MacroPage(KeyboardSession& session) : s_(session) {}
+    explicit MacroPage(KeyboardSession& session);
 
     const std::vector<MacroRow>& MacroListDatas() const { return macros_; }
     const std::vector<RecordRow>& RecordListDatas() const { return records_; }
@@ -36,31 +94,83 @@ public:
     int recordSelectIndex() const { return recordSelectIndex_; }
     int insertEventType() const { return insertEventType_; }
     int macroRecordType() const { return macroRecordType_; }
-    bool controlsEnabled() const { return controlsEnabled_; }
-    int delayMode() const { return delayMode_; }
-    const std::string& delayTimeText() const { return delayTimeText_; }
+    std::int64_t lastRecordTime() const { return lastRecordTime_; }
+    bool eventHandler() const { return eventHandler_; }  // the local key monitor is installed
+    const MacroPageControls& controls() const { return controls_; }
+    bool controlsEnabled() const { return controls_.record_tableview; }
+    // The delay-mode radio that is on (DelayMode), or -1 when none is.
+    int delayMode() const;
+    const std::string& delayTimeText() const { return controls_.delaytime_edit_text; }
 
+    // The macro list.
     void initMacroList();
+    void macroTableSelectionChanged(int row);  // the user selected a row (−1: none)
     void setMacroTableSelect(int selectIndex);
     void loadMacroRecordData(int selectIndex);
+    void macroTableSetObjectValue(int row, const std::string& text);  // a row was renamed
+    void addMacroData();
+    void deleteMacroData();
+    void button_action_addmacro() { addMacroData(); }
+    void button_action_delmacro() { deleteMacroData(); }
     void EnabledControl(bool enabled);
-    void radio_action_keyboardevent();
 
-    // Leaving the page: the insert kind goes back to delay and a recording stops.
-    void leavePage();
+    // The event list and the insert controls.
+    void recordTableSelectionChanged(int row);
+    void setRecordTableSelect(int selectIndex);
+    void radio_action_keyboardevent();
+    void radio_action_mouseevent();
+    void radio_action_delaytime();
+    void insertevent_combox_select(int index);
+    void mousevent_combox_select(int index);
+    // The user typed into the field with `tag`; the field keeps the limited text.
+    void controlTextDidChange(int tag, const std::string& text);
+    void insertNewEvent();
+    void button_action_insertevent() { insertNewEvent(); }
+    void deleteRecordItem();
+    void button_action_delrecord();  // deleteRecordItem, then the download (of the stored list)
+    void SaveMacroRecordDataToDB();
+
+    // Delay mode and saving.
+    void radio_action_autodelaytime();
+    void radio_action_nodelaytime();
+    void radio_action_defaultdelaytime();
+    void button_action_saverecord();
+
+    // Recording (macro_recording.cpp). The front end calls localKeyEvent for every key press,
+    // release and modifier change it receives, after the capture has updated its state.
+    void setClock(MacroClock clock);
+    void button_action_recordmacro();
+    void startMacroRecord();
+    void localKeyEvent();  // the local monitor's handler: fillMacroRecord while installed
+    void fillMacroRecord();
     void stopMacroRecord();
 
+    // Leaving the page: the delay insert radio is turned on and a recording stops.
+    void leavePage();
+    // The keyboard went away: a recording in progress stops.
+    void stopRecordingInProgress();
+
 private:
+    std::int64_t selectedMacroId() const;
+    void installMonitor();
+    void removeMonitor();
+    void insertKindRadios(bool keyboard, bool mouse, bool delay);
+    void delayModeRadios(bool record, bool none, bool byDefault);
+    void resetAfterRecording();
+    void sendMacros();
+    void changed();
+
     KeyboardSession& s_;
     std::vector<MacroRow> macros_;
     std::vector<RecordRow> records_;
     int macroSelectIndex_ = -1;
     int recordSelectIndex_ = -1;
     int insertEventType_ = kInsertKeyboard;
-    int macroRecordType_ = 1;
-    bool controlsEnabled_ = false;
-    int delayMode_ = -1;
-    std::string delayTimeText_;
+    int macroRecordType_ = kIdle;
+    std::int64_t lastRecordTime_ = 0;
+    bool eventHandler_ = false;
+    MacroPageControls controls_;
+    MacroClock clock_;
 };
 
 }  // namespace qx9

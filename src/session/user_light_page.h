@@ -1,9 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "layout/geometry.h"
 
 namespace qx9 {
 
@@ -15,29 +18,113 @@ struct UserLightRow {
     std::string name;
 };
 
-// The per-key lighting page: the sets of profile 1 and the colours of the loaded one.
+// A colour as the colour views and the colour panel hold it: components 0.0–1.0.
+struct LightColor {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+
+    friend bool operator==(const LightColor&, const LightColor&) = default;
+};
+
+// The colour of a byte triple, each component exactly value / 255.
+LightColor lightColorOf(std::uint8_t r, std::uint8_t g, std::uint8_t b);
+// 0xRRGGBB of a colour as Apply stores it: 0 for black, otherwise each component × 255 truncated.
+std::uint32_t packedLightColor(const LightColor& color);
+// The fourteen preset colours of both lighting pages (index 1–14; any other index is red).
+RgbColor presetLightColor(int index);
+// A colour number field after an edit: a text that is not a whole integer becomes "255", a
+// value above 255 becomes 255, one below 0 becomes 0.
+std::string validatedColorField(const std::string& text);
+
+// A point of the per-key keyboard view, in its coordinates (those of the key rectangles).
+struct ViewPoint {
+    double x = 0;
+    double y = 0;
+};
+
+// The per-key lighting page: the sets of profile 1, the loaded set, and its editor — the
+// preview colour of every key, the keys selected for painting, and the colour controls.
 class UserLightPage {
 public:
+    // Tags of the page's colour controls.
+    static constexpr int kFieldRed = 351, kFieldGreen = 352, kFieldBlue = 353;
+    static constexpr int kColorSwatch = 200;
+    static constexpr int kFirstPreset = 201, kLastPreset = 214;
+    // A drag selects with a rubber band once it is this far from where it started.
+    static constexpr double kDragThreshold = 12;
+
     explicit UserLightPage(KeyboardSession& session);
 
+    // The list of sets and the loaded one.
     const std::vector<UserLightRow>& userlight_datas() const { return rows_; }
     int selectedRow() const { return selectedRow_; }
     std::int64_t userlight_id() const { return userlight_id_; }
-    // Colour of each key of the on-screen keyboard (layout order) as 0xRRGGBB; 0 is black.
-    const std::vector<std::uint32_t>& keyColours() const { return keyColours_; }
 
+    // The on-screen keyboard (layout order). keyColours() holds each key's colour as Apply
+    // would store it (0xRRGGBB, 0 black); keyColor() the exact colour of its colour view.
+    const std::vector<std::uint32_t>& keyColours() const { return keyColours_; }
+    const LightColor& keyColor(std::size_t layoutIndex) const { return keyColors_.at(layoutIndex); }
+    bool keyCheck(std::size_t layoutIndex) const { return keyCheck_.at(layoutIndex) != 0; }
+    std::int64_t selectKeyItem() const { return selectKeyItem_; }
+    std::int64_t hoverKeyItem() const { return hoverKeyItem_; }
+    // The key's highlight: selected, or under the pointer.
+    bool keyHighlighted(std::size_t layoutIndex) const;
+    // The rubber band (zero size when none is shown).
+    const Rect& frameSelect() const { return frameSelect_; }
+
+    // The colour controls: the three number fields and the swatch.
+    const std::string& userlight_edit_color_r() const { return fields_[0]; }
+    const std::string& userlight_edit_color_g() const { return fields_[1]; }
+    const std::string& userlight_edit_color_b() const { return fields_[2]; }
+    const LightColor& userlight_btn_color() const { return swatch_; }
+
+    // The sets.
     void loadUserLightData();
+    void addUserLight();                       // userlight_btn_add
+    void delUserLight();                       // userlight_btn_del
     void setUserLightTableSelect(int selectIndex);
+    void userLightTableSelectionChanged(int row);  // the table "userlightlist": select and load
     void loadUserLightInfo(int index);
-    // Every key of the on-screen keyboard black.
-    void resetKeyColor();
+    void resetUserLightKeyColor();             // userlight_button_resetcolor
+    void applyUserLightKeyColor();             // userlight_button_applycolor
+    // After the database was replaced: no set loaded, every key black, nothing selected.
+    void unloadUserLight();
+
+    // The on-screen keyboard.
+    void resetKeyColor();  // every key black, no key selected
+    void setCheckItemColor(const LightColor& color);
+    void mouseDown(ViewPoint point);  // left Shift held (capture state) adds to the selection
+    void mouseDragged(ViewPoint point);
+    void mouseUp();
+    void mouseMoved(ViewPoint point);
+
+    // The colour controls.
+    void controlTextDidChange(int tag, const std::string& text);  // fields 351–353
+    void setUserLightRGBValue(int r_value, int g_value, int b_value);
+    void userLightColorPanel(const LightColor& color);
+    void userLightPresetColor(int tag);  // presets 201–214
+    // The fields alone (the backlight page's presets write them as well).
+    void setUserLightColorFields(int r, int g, int b);
 
 private:
+    int keyAt(ViewPoint point) const;
+    void setKeyColor(std::size_t layoutIndex, const LightColor& color);
+    void storeKeyColours();
+
     KeyboardSession& s_;
     std::vector<UserLightRow> rows_;
     int selectedRow_ = -1;
     std::int64_t userlight_id_ = 0;
     std::vector<std::uint32_t> keyColours_;
+    std::vector<LightColor> keyColors_;
+    std::vector<char> keyCheck_;
+    std::int64_t selectKeyItem_ = -1;
+    std::int64_t hoverKeyItem_ = -1;
+    ViewPoint ptMouseDown_;
+    Rect frameSelect_;
+    std::array<std::string, 3> fields_{"0", "0", "0"};
+    LightColor swatch_;
 };
 
 }  // namespace qx9

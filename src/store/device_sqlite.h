@@ -40,6 +40,11 @@ public:
     DeviceSQLite& operator=(DeviceSQLite&&) noexcept = default;
 
     bool isConnected() const { return db_.has_value(); }
+    // The open file (empty without a connection): for work that needs a connection of its own,
+    // such as replacing the whole contents in one transaction.
+    std::filesystem::path filePath() const {
+        return db_ ? std::filesystem::path(db_->fileName()) : std::filesystem::path();
+    }
 
     // Tables
     void createTable();

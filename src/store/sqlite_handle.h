@@ -74,6 +74,12 @@ public:
 
     Statement prepare(std::string_view sql) const { return Statement(db_.get(), sql); }
 
+    // The file of the main database ("" for a database in memory).
+    std::string fileName() const {
+        const char* name = sqlite3_db_filename(db_.get(), "main");
+        return name ? name : "";
+    }
+
     template <typename... Args>
     Statement query(std::string_view sql, const Args&... args) const {
         Statement statement = prepare(sql);

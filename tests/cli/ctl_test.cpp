@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "cli/ctl.h"
+#include "cli/ctl_fixture.h"
 #include "common/bytes.h"
 #include "hid/virtual_qx9.h"
 #include "i18n/language.h"
@@ -14,33 +15,9 @@
 namespace qx9::test {
 namespace {
 
-class Qx9ctl : public ::testing::Test {
+class Qx9ctl : public CtlTest {
 protected:
-    Qx9ctl()
-        : dir_(std::filesystem::temp_directory_path() / ("qx9ctl-" + std::to_string(::getpid()) + "-" +
-                                                          ::testing::UnitTest::GetInstance()->current_test_info()->name())) {
-        std::filesystem::create_directories(dir_);
-    }
-    ~Qx9ctl() override { std::filesystem::remove_all(dir_); }
-
     // Runs qx9ctl on the test's database and virtual keyboard file.
-    int run(std::vector<std::string> args) {
-        std::vector<std::string> full = {"--db", (dir_ / "db.sqlite3").string(), "--device",
-                                         "virtual:" + (dir_ / "kb.json").string()};
-        full.insert(full.end(), args.begin(), args.end());
-        out_.str("");
-        err_.str("");
-        return ctl::run(full, out_, err_);
-    }
-    VirtualQX9Memory keyboard() {
-        VirtualQX9 kb;
-        std::string error;
-        kb.loadState((dir_ / "kb.json").string(), error);
-        return kb.memory();
-    }
-
-    std::filesystem::path dir_;
-    std::ostringstream out_, err_;
 };
 
 TEST_F(Qx9ctl, ConnectWithTheWireLogPrintsTheFirstConnection) {

@@ -1,1 +1,518 @@
+// The backlight page: the effect catalogue, every effect's controls and preview, the parameter
+// controls, and what each stores and sends.
+#include <sqlite3.h>
+
+#include "hid/virtual_qx9_memory.h"
+#include "i18n/language.h"
+#include "layout/key_maps.h"
 #include "session/session_fixture.h"
+
+namespace qx9::test {
+namespace {
+
+enum class Random { Switch, ShownOff, Disabled };
+enum class Directions { None, UpDown, LeftRight };
+
+// The effect catalogue as the page must show it.
+struct CatalogueRow {
+    int mode;
+    int textId;
+    const char* name;
+    bool colours;
+    Random random;
+    bool speed;  // false: disabled, shows 0
+    Directions directions;
+};
+
+constexpr CatalogueRow kCatalogue[20] = {
+    {1, 500, "Static", true, Random::Switch, false, Directions::None},
+    {2, 501, "SingleOn", true, Random::Switch, true, Directions::None},
+    {3, 502, "SingleOff", true, Random::Switch, true, Directions::None},
+    {4, 503, "Glittering", true, Random::Switch, true, Directions::None},
+    {5, 504, "Falling", true, Random::Switch, true, Directions::None},
+    {6, 505, "Colourful", false, Random::ShownOff, true, Directions::None},
+    {7, 506, "Breath", true, Random::Switch, true, Directions::None},
+    {8, 507, "Spectrum", false, Random::ShownOff, true, Directions::None},
+    {9, 508, "Outward", true, Random::Switch, true, Directions::None},
+    {10, 509, "Scrolling", true, Random::Switch, true, Directions::UpDown},
+    {11, 510, "Rolling", true, Random::Switch, true, Directions::LeftRight},
+    {12, 511, "Rotating", true, Random::Switch, true, Directions::None},
+    {13, 512, "Explode", true, Random::Switch, true, Directions::None},
+    {14, 513, "Launch", true, Random::Switch, true, Directions::None},
+    {15, 514, "Ripples", true, Random::Switch, true, Directions::None},
+    {16, 515, "Flowing", true, Random::Switch, true, Directions::LeftRight},
+    {17, 516, "Pulsating", true, Random::Switch, true, Directions::None},
+    {18, 517, "Tilt", true, Random::Switch, true, Directions::LeftRight},
+    {19, 518, "Shuttle", true, Random::Switch, true, Directions::None},
+    {0, 519, "Close Backlight", false, Random::Disabled, false, Directions::None},
+};
+
+// The parameter bytes of a light record.
+struct Params {
+    int red, green, blue, random, brightness, speed, direction;
+};
+constexpr Params kDefaults{202, 81, 0, 1, 15, 12, 0};
+
+constexpr std::uint32_t kBlack = 0x000000;
+
+class BacklightTest : public SessionTest {
+protected:
+    LightingPage& page() { return session_->lighting; }
+
+    void connectInEnglish() {
+        connect();
+        session_->settings.comboBoxSelectionDidChange(0);
+        clearWire();
+    }
+
+    void store(std::int64_t profile, int mode, const Params& p) {
+        LightRecord r{};
+        r[1] = static_cast<std::uint8_t>(p.red);
+        r[2] = static_cast<std::uint8_t>(p.green);
+        r[3] = static_cast<std::uint8_t>(p.blue);
+        r[8] = static_cast<std::uint8_t>(p.random);
+        r[9] = static_cast<std::uint8_t>(p.brightness);
+        r[10] = static_cast<std::uint8_t>(p.speed);
+        r[11] = static_cast<std::uint8_t>(p.direction);
+        ASSERT_TRUE(session_->core.db()->modifyLightData(profile, mode, r));
+    }
+
+    // "r g b random brightness speed direction" as stored.
+    std::string stored(std::int64_t profile, std::int64_t mode) const {
+        return sql(
+            "SELECT byte1||' '||byte2||' '||byte3||' '||byte8||' '||byte9||' '||byte10||' "
+            "'||byte11 FROM "
+            "t_lightdata WHERE profId = " +
+            std::to_string(profile) + " AND mode = " + std::to_string(mode));
+    }
+    static std::string text(const Params& p) {
+        return std::to_string(p.red) + " " + std::to_string(p.green) + " " +
+               std::to_string(p.blue) + " " + std::to_string(p.random) + " " +
+               std::to_string(p.brightness) + " " + std::to_string(p.speed) + " " +
+               std::to_string(p.direction);
+    }
+
+    void execute(const std::string& statement) {
+        sqlite3* db = nullptr;
+        ASSERT_EQ(sqlite3_open(dbPath_.c_str(), &db), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(db, statement.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+        sqlite3_close(db);
+    }
+
+    VirtualLightMode sentLightMode() const {
+        const auto m = decodeLightMode(keyboard_->memory());
+        EXPECT_TRUE(m.has_value());
+        return m.value_or(VirtualLightMode{});
+    }
+    void expectSent(int mode, const Params& p) const {
+        const VirtualLightMode m = sentLightMode();
+        EXPECT_EQ(m.mode, mode);
+        EXPECT_EQ(m.red, p.red);
+        EXPECT_EQ(m.green, p.green);
+        EXPECT_EQ(m.blue, p.blue);
+        EXPECT_EQ(m.random, p.random);
+        EXPECT_EQ(m.brightness, p.brightness);
+        EXPECT_EQ(m.speed, p.speed);
+        EXPECT_EQ(m.direction, p.direction);
+        EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x13, 0x02, 0xF0}));
+    }
+
+    // Every key in the given colour.
+    std::vector<std::uint32_t> uniform(std::uint32_t colour) const {
+        return std::vector<std::uint32_t>(session_->keys.keys().size(), colour);
+    }
+    // Every key in its default colour, a channel showing only at 255.
+    std::vector<std::uint32_t> colourful() const {
+        std::vector<std::uint32_t> out;
+        for (const KeyData& k : session_->keys.keys()) {
+            const KeyCodeEntry& e = G_KB_SuperKeyCodeMap.at(static_cast<int>(k.keycode));
+            out.push_back((e.rgb_r >= 255 ? 0xFF0000u : 0) | (e.rgb_g >= 255 ? 0x00FF00u : 0) |
+                          (e.rgb_b >= 255 ? 0x0000FFu : 0));
+        }
+        return out;
+    }
+    static std::uint32_t coarse(const Params& p) {
+        return (p.red == 255 ? 0xFF0000u : 0) | (p.green == 255 ? 0x00FF00u : 0) |
+               (p.blue == 255 ? 0x0000FFu : 0);
+    }
+
+    // The controls and preview the page must show for a catalogue row and its record.
+    void expectControls(const CatalogueRow& row, const Params& p) {
+        const LightingPage& l = page();
+        const bool random = p.random == 1;
+        EXPECT_EQ(l.light_slider_brightness().value, row.mode == 0 ? 0 : (p.brightness & 15));
+        EXPECT_TRUE(l.light_slider_brightness().enabled);
+        EXPECT_EQ(l.colorButtonsEnabled(), row.colours && !random);
+
+        const LightImageButton& sw = l.light_btn_randomcolor();
+        EXPECT_EQ(sw.enabled, row.random != Random::Disabled);
+        const bool shownOn = row.random == Random::Switch && random;
+        EXPECT_EQ(sw.tag, shownOn ? 1 : 0);
+        EXPECT_EQ(sw.image, shownOn ? "img_switch_on" : "img_switch_off");
+
+        if (row.random == Random::Disabled)
+            EXPECT_EQ(l.keyColours(), uniform(kBlack));
+        else if (!row.colours || random)
+            EXPECT_EQ(l.keyColours(), colourful());
+        else
+            EXPECT_EQ(l.keyColours(), uniform(coarse(p)));
+
+        EXPECT_EQ(l.light_slider_speed().enabled, row.speed);
+        EXPECT_EQ(l.light_slider_speed().value, row.speed ? (p.speed & 15) : 0);
+
+        const bool upDown = row.directions == Directions::UpDown;
+        const bool leftRight = row.directions == Directions::LeftRight;
+        EXPECT_EQ(l.light_direction_top().hidden, !upDown);
+        EXPECT_EQ(l.light_direction_bottom().hidden, !upDown);
+        EXPECT_EQ(l.light_direction_left().hidden, !leftRight);
+        EXPECT_EQ(l.light_direction_right().hidden, !leftRight);
+        if (upDown) {  // direction 3 reads as up here
+            EXPECT_EQ(l.light_direction_top().image,
+                      p.direction == 3 ? "image_up_check" : "image_up");
+            EXPECT_EQ(l.light_direction_bottom().image,
+                      p.direction == 3 ? "image_bottom" : "image_bottom_check");
+        }
+        if (leftRight) {
+            EXPECT_EQ(l.light_direction_right().image,
+                      p.direction == 1 ? "image_right_check" : "image_right");
+            EXPECT_EQ(l.light_direction_left().image,
+                      p.direction == 1 ? "image_left" : "image_left_check");
+        }
+    }
+
+    void selectEveryRow(const Params& params, bool defaults = false) {
+        // Out of order, so that no row relies on what the previous one left behind.
+        for (int row :
+             {19, 9, 0, 5, 10, 7, 1, 2, 3, 4, 6, 8, 11, 12, 13, 14, 15, 16, 17, 18, 9, 19}) {
+            const CatalogueRow& c = kCatalogue[row];
+            SCOPED_TRACE(c.name);
+            Params p = params;
+            if (defaults && c.mode == 10) p.direction = 3;  // Scrolling's default direction
+            clearWire();
+            page().lightModeSelectionChanged(row);
+            EXPECT_EQ(page().selectedRow(), row);
+            EXPECT_EQ(session_->core.currentLightMode, c.mode);
+            EXPECT_EQ(
+                sql("SELECT group_concat(mode) FROM t_lightdata WHERE profId = 1 AND status = 1"),
+                std::to_string(c.mode));
+            expectControls(c, p);
+            expectSent(c.mode, p);
+            EXPECT_EQ(stored(1, c.mode), text(p));  // a selection changes no record
+        }
+    }
+};
+
+TEST_F(BacklightTest, FirstBuildCarriesPlaceholders) {
+    const auto& rows = page().light_mode_datas();
+    ASSERT_EQ(rows.size(), 20u);
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(rows[i].mode, i + 1);
+        EXPECT_EQ(rows[i].textId, i < 19 ? 300 + i : 318);
+        EXPECT_EQ(rows[i].text, "CHS");
+        EXPECT_EQ(rows[i].icon_n, "icon_circle_n");
+        EXPECT_EQ(rows[i].icon_h, "icon_circle_h");
+    }
+}
+
+TEST_F(BacklightTest, CatalogueInEnglishWithTheDefaultHighlight) {
+    connectInEnglish();
+    const auto& rows = page().light_mode_datas();
+    ASSERT_EQ(rows.size(), 20u);
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(rows[i].mode, kCatalogue[i].mode);
+        EXPECT_EQ(rows[i].textId, kCatalogue[i].textId);
+        EXPECT_EQ(rows[i].text, kCatalogue[i].name);
+    }
+    EXPECT_EQ(page().selectedRow(), 10);  // mode 11
+    EXPECT_TRUE(sets().empty());          // the highlight sends nothing
+}
+
+TEST_F(BacklightTest, EveryEffectWithTheDefaultRecords) {
+    connectInEnglish();
+    selectEveryRow(kDefaults, true);
+    // Scrolling shows its default direction 3 as up.
+    page().lightModeSelectionChanged(9);
+    EXPECT_EQ(page().light_direction_top().image, "image_up_check");
+}
+
+TEST_F(BacklightTest, EveryEffectWithStoredRecords) {
+    connectInEnglish();
+    const Params records[] = {
+        {255, 128, 255, 0, 0x3A, 0x3B, 1},  // previews magenta; sliders show the low four bits
+        {254, 254, 254, 0, 0, 0, 3},        // previews black
+        {255, 0, 255, 2, 7, 9, 2},          // a flag other than 1 is off
+        {0, 255, 0, 1, 255, 255, 0},
+    };
+    for (const Params& p : records) {
+        SCOPED_TRACE(text(p));
+        for (int mode = 0; mode <= 20; ++mode) store(1, mode, p);
+        selectEveryRow(p);
+    }
+}
+
+TEST_F(BacklightTest, SelectionUnderProfileOneRecordOfTheCurrentProfile) {
+    connectInEnglish();
+    session_->profiles.customkey_button_profile(ProfileList::kAdd);
+    session_->profiles.tableSelectionChanged(1);
+    const std::int64_t second = session_->core.currentProfile;
+    ASSERT_NE(second, 1);
+    const Params p2{255, 0, 0, 0, 3, 4, 1};
+    store(second, 16, p2);
+    clearWire();
+    page().lightModeSelectionChanged(15);  // Flowing
+    EXPECT_EQ(sql("SELECT mode FROM t_lightdata WHERE profId = 1 AND status = 1"), "16");
+    EXPECT_EQ(sql("SELECT mode FROM t_lightdata WHERE profId = " + std::to_string(second) +
+                  " AND status = 1"),
+              "11");
+    expectControls(kCatalogue[15], p2);
+    expectSent(16, p2);
+
+    page().backlightBrightnessChange(9);
+    EXPECT_EQ(stored(second, 16), "255 0 0 0 9 4 1");
+    EXPECT_EQ(stored(1, 16), text(kDefaults));
+}
+
+TEST_F(BacklightTest, StoredSelectionWithoutARowHighlightsNothing) {
+    connectInEnglish();
+    execute("UPDATE t_lightdata SET status = (mode = 20) WHERE profId = 1");
+    page().loadLightModeData();
+    EXPECT_EQ(session_->core.currentLightMode, 20);
+    EXPECT_EQ(page().selectedRow(), 20);
+}
+
+TEST_F(BacklightTest, UnreadableRecordStopsAfterStoringTheSelection) {
+    connectInEnglish();
+    page().lightModeSelectionChanged(0);
+    execute("DELETE FROM t_lightdata WHERE profId = 1 AND mode = 5");
+    clearWire();
+    page().lightModeSelectionChanged(4);
+    EXPECT_EQ(session_->core.currentLightMode, 5);
+    // Stored as far as the store can: the profile is left with no selected mode.
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_lightdata WHERE profId = 1 AND status = 1"), "0");
+    EXPECT_TRUE(sets().empty());
+    expectControls(kCatalogue[0], kDefaults);  // still Static's
+}
+
+// ---- Colour ----
+
+class BacklightColourTest : public BacklightTest {
+protected:
+    // Static with the random colour off: the colour controls apply.
+    void SetUp() override {
+        connectInEnglish();
+        page().lightModeSelectionChanged(0);
+        page().lightRondomColorSwitch();
+        clearWire();
+    }
+    std::string colour() const {
+        return sql(
+            "SELECT byte1||' '||byte2||' '||byte3 FROM t_lightdata WHERE profId = 1 AND mode = 1");
+    }
+};
+
+TEST_F(BacklightColourTest, NumberFieldsValidateAndKeepOnlyFullChannels) {
+    struct Case {
+        const char* typed;
+        const char* shown;
+        int red;
+    };
+    const Case cases[] = {
+        {"200", "200", 0},   {"255", "255", 255},
+        {"12a", "255", 255}, {"300", "255", 255},
+        {"-5", "0", 0},      {"", "255", 255},
+        {"0", "0", 0},       {"254", "254", 0},
+        {"2.5", "255", 255}, {"99999999999999999999", "255", 255},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.typed);
+        clearWire();
+        page().controlTextDidChange(LightingPage::kTagEditRed, c.typed);
+        EXPECT_EQ(page().light_edit_color_r(), c.shown);
+        EXPECT_EQ(colour(), std::to_string(c.red) + " 0 0");
+        EXPECT_EQ(sentLightMode().red, c.red);
+        EXPECT_EQ(page().keyColours(), uniform(c.red == 255 ? 0xFF0000 : kBlack));
+        EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x13, 0x02, 0xF0}));
+    }
+    // A zero argument takes the other fields: red stays 255 when green is typed.
+    page().controlTextDidChange(LightingPage::kTagEditRed, "255");
+    page().controlTextDidChange(LightingPage::kTagEditGreen, "255");
+    EXPECT_EQ(colour(), "255 255 0");
+    page().controlTextDidChange(LightingPage::kTagEditBlue, "255");
+    EXPECT_EQ(colour(), "255 255 255");
+    // A real zero is no change: the field's 255 is kept.
+    page().controlTextDidChange(LightingPage::kTagEditBlue, "0");
+    EXPECT_EQ(page().light_edit_color_b(), "0");
+    EXPECT_EQ(colour(), "255 255 0");
+    // Other tags are not this page's.
+    clearWire();
+    page().controlTextDidChange(354, "1");
+    page().controlTextDidChange(351, "1");
+    EXPECT_TRUE(sets().empty());
+}
+
+TEST_F(BacklightColourTest, PresetsStoreTheirColourAndCrossIntoThePerKeyFields) {
+    const int presets[14][3] = {{255, 0, 0},     {255, 0, 252}, {126, 0, 255}, {0, 0, 255},
+                                {0, 137, 253},   {0, 252, 255}, {51, 153, 51}, {0, 255, 0},
+                                {180, 255, 0},   {255, 246, 0}, {255, 168, 0}, {234, 84, 19},
+                                {255, 255, 255}, {0, 0, 0}};
+    for (int i = 0; i < 14; ++i) {
+        SCOPED_TRACE(i + 1);
+        const int* p = presets[i];
+        const std::uint32_t rgb = static_cast<std::uint32_t>(p[0] << 16 | p[1] << 8 | p[2]);
+        clearWire();
+        page().colorButtonAction(101 + i);
+        EXPECT_EQ(colour(),
+                  std::to_string(p[0]) + " " + std::to_string(p[1]) + " " + std::to_string(p[2]));
+        EXPECT_EQ(page().light_btn_color(), rgb);
+        EXPECT_EQ(page().keyColours(), uniform(rgb));
+        const VirtualLightMode m = sentLightMode();
+        EXPECT_EQ((std::array<int, 3>{m.red, m.green, m.blue}),
+                  (std::array<int, 3>{p[0], p[1], p[2]}));
+        // The per-key page's fields take it; this page's own fields do not.
+        EXPECT_EQ(session_->userLights.userlight_edit_color_r(), std::to_string(p[0]));
+        EXPECT_EQ(session_->userLights.userlight_edit_color_g(), std::to_string(p[1]));
+        EXPECT_EQ(session_->userLights.userlight_edit_color_b(), std::to_string(p[2]));
+        EXPECT_EQ(page().light_edit_color_r(), "0");
+        EXPECT_EQ(page().light_edit_color_g(), "0");
+        EXPECT_EQ(page().light_edit_color_b(), "0");
+        EXPECT_EQ(getColorValue(i + 1), (LightColor{p[0] / 255.0, p[1] / 255.0, p[2] / 255.0}));
+    }
+    EXPECT_EQ(getColorValue(0), (LightColor{1.0, 0.0, 0.0}));
+    EXPECT_EQ(getColorValue(15), (LightColor{1.0, 0.0, 0.0}));
+}
+
+TEST_F(BacklightColourTest, ColourPanelStoresTruncatedComponents) {
+    page().colorButtonAction(LightingPage::kTagFirstPreset + 4);  // swatch shows preset 5
+    page().colorButtonAction(LightingPage::kTagColorSwatch);
+    EXPECT_EQ(page().colorPanel(), ColorPanelAction::LightColor);
+    clearWire();
+    page().lightColorPanel({0.5, 0.5, 0.5});
+    EXPECT_EQ(colour(), "127 127 127");
+    EXPECT_EQ(page().light_edit_color_r(), "127");
+    EXPECT_EQ(page().light_edit_color_g(), "127");
+    EXPECT_EQ(page().light_edit_color_b(), "127");
+    EXPECT_EQ(page().light_btn_color(), 0x0089FDu);  // the swatch is not changed
+    EXPECT_EQ(sentLightMode().green, 127);
+    page().lightColorPanel({200 / 255.0, 100 / 255.0, 1.0});
+    EXPECT_EQ(colour(), "200 100 255");
+    // Selecting an effect closes the panel; the per-key swatch opens it for the other page.
+    page().lightModeSelectionChanged(1);
+    EXPECT_EQ(page().colorPanel(), ColorPanelAction::Closed);
+    page().colorButtonAction(LightingPage::kTagUserLightSwatch);
+    EXPECT_EQ(page().colorPanel(), ColorPanelAction::UserLightColor);
+    clearWire();
+    page().colorButtonAction(99);
+    page().colorButtonAction(115);
+    EXPECT_TRUE(sets().empty());
+}
+
+TEST_F(BacklightColourTest, RandomSwitchPreviewsTheExactColour) {
+    // SetUp turned it off: the stored colour exactly, on the keys and in the swatch.
+    EXPECT_EQ(page().light_btn_randomcolor().tag, 0);
+    EXPECT_EQ(page().light_btn_randomcolor().image, "img_switch_off");
+    EXPECT_TRUE(page().colorButtonsEnabled());
+    EXPECT_EQ(page().keyColours(), uniform(0xCA5100));
+    EXPECT_EQ(page().light_btn_color(), 0xCA5100u);
+    EXPECT_EQ(stored(1, 1), "202 81 0 0 15 12 0");
+    page().lightRondomColorSwitch();
+    EXPECT_EQ(page().light_btn_randomcolor().tag, 1);
+    EXPECT_EQ(page().light_btn_randomcolor().image, "img_switch_on");
+    EXPECT_FALSE(page().colorButtonsEnabled());
+    EXPECT_EQ(page().keyColours(), colourful());
+    EXPECT_EQ(stored(1, 1), text(kDefaults));
+    expectSent(1, kDefaults);
+}
+
+// ---- Brightness, speed, direction, sleep time ----
+
+TEST_F(BacklightTest, BrightnessAndSpeedAreStoredWhole) {
+    connectInEnglish();
+    page().lightModeSelectionChanged(3);  // Glittering
+    clearWire();
+    page().backlightBrightnessChange(0x3F);
+    EXPECT_EQ(page().light_slider_brightness().value, 15);
+    EXPECT_EQ(sentLightMode().brightness, 0x3F);
+    page().backlightSpeedChange(0x25);
+    EXPECT_EQ(page().light_slider_speed().value, 5);
+    EXPECT_EQ(stored(1, 4), "202 81 0 1 63 37 0");
+    EXPECT_EQ(sentLightMode().speed, 0x25);
+    page().lightModeSelectionChanged(3);
+    EXPECT_EQ(page().light_slider_brightness().value, 15);
+    EXPECT_EQ(page().light_slider_speed().value, 5);
+}
+
+TEST_F(BacklightTest, DirectionButtons) {
+    connectInEnglish();
+    struct Case {
+        int tag;
+        int stored;
+        const char* top;
+        const char* right;
+        const char* left;
+        const char* bottom;
+    };
+    // Each press changes the images of its pair only.
+    const Case cases[] = {
+        {200, 2, "image_up_check", "image_right", "image_left_check", "image_bottom"},
+        {201, 1, "image_up_check", "image_right_check", "image_left", "image_bottom"},
+        {203, 3, "image_up", "image_right_check", "image_left", "image_bottom_check"},
+        {202, 0, "image_up", "image_right", "image_left_check", "image_bottom_check"},
+    };
+    page().lightModeSelectionChanged(10);  // Rolling, direction 0
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.tag);
+        clearWire();
+        page().light_button_direction(c.tag);
+        EXPECT_EQ(sql("SELECT byte11 FROM t_lightdata WHERE profId = 1 AND mode = 11"),
+                  std::to_string(c.stored));
+        EXPECT_EQ(sentLightMode().direction, c.stored);
+        EXPECT_EQ(page().light_direction_top().image, c.top);
+        EXPECT_EQ(page().light_direction_right().image, c.right);
+        EXPECT_EQ(page().light_direction_left().image, c.left);
+        EXPECT_EQ(page().light_direction_bottom().image, c.bottom);
+    }
+    clearWire();
+    page().light_button_direction(204);
+    EXPECT_TRUE(sets().empty());
+
+    // Scrolling: the down button stores 3, which the selection then shows as up.
+    page().lightModeSelectionChanged(9);
+    page().light_button_direction(LightingPage::kTagDirectionTop);
+    EXPECT_EQ(page().light_direction_top().image, "image_up_check");
+    page().light_button_direction(LightingPage::kTagDirectionBottom);
+    EXPECT_EQ(page().light_direction_bottom().image, "image_bottom_check");
+    EXPECT_EQ(sql("SELECT byte11 FROM t_lightdata WHERE profId = 1 AND mode = 10"), "3");
+    page().lightModeSelectionChanged(9);
+    EXPECT_EQ(page().light_direction_top().image, "image_up_check");
+    EXPECT_EQ(page().light_direction_bottom().image, "image_bottom");
+}
+
+TEST_F(BacklightTest, SleepTimeIsStoredUnderProfileOneAndSentWithTheSystemFunctions) {
+    connectInEnglish();
+    session_->profiles.customkey_button_profile(ProfileList::kAdd);
+    session_->profiles.tableSelectionChanged(1);
+    for (int value : {2, 0, 3, 1}) {
+        SCOPED_TRACE(value);
+        clearWire();
+        page().light_button_lightsleeptime(500 + value);
+        for (int i = 0; i < 4; ++i) {
+            EXPECT_EQ(page().light_radio_lightsleep(i), i == value);
+            EXPECT_EQ(page().light_label_lightsleep(i), i == value ? 0xCA5100u : 0xFFFFFFu);
+        }
+        EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'sleeplight' AND profId = 1"),
+                  std::to_string(value));
+        EXPECT_EQ(sql("SELECT COUNT(*) FROM t_configdata WHERE key = 'sleeplight' AND profId != 1"),
+                  "0");
+        EXPECT_EQ(decodeSystemFunctions(keyboard_->memory()).value().sleepTime, value);
+        EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02}));
+    }
+    // Another tag changes nothing but still sends the stored value.
+    clearWire();
+    page().light_button_lightsleeptime(504);
+    EXPECT_TRUE(page().light_radio_lightsleep(1));
+    EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'sleeplight' AND profId = 1"), "1");
+    EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02}));
+}
+
+}  // namespace
+}  // namespace qx9::test

@@ -1,1 +1,261 @@
+// Export and import of the whole configuration: the document, the database and the wire.
 #include "session/session_fixture.h"
+
+#include <nlohmann/json.hpp>
+
+#include "hid/virtual_qx9_memory.h"
+#include "session/config_export.h"
+
+namespace qx9::test {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr const char* kTables[] = {"t_profile", "t_configdata", "t_lightdata", "t_userlight_data",
+                                   "t_userlight_leddata", "t_keyprofile", "t_macro_data", "t_macrorecord"};
+
+// Every row of a table, every column, in row-id order, read with plain SQL.
+std::string dumpTable(const std::filesystem::path& file, const std::string& table) {
+    sqlite3* db = nullptr;
+    std::string out;
+    if (sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
+        sqlite3_stmt* st = nullptr;
+        const std::string query = "SELECT * FROM " + table + " ORDER BY rowid";
+        if (sqlite3_prepare_v2(db, query.c_str(), -1, &st, nullptr) == SQLITE_OK) {
+            while (sqlite3_step(st) == SQLITE_ROW) {
+                for (int c = 0; c < sqlite3_column_count(st); ++c) {
+                    const unsigned char* t = sqlite3_column_text(st, c);
+                    out += t ? reinterpret_cast<const char*>(t) : "NULL";
+                    out += '|';
+                }
+                out += '\n';
+            }
+        } else {
+            out = "no table";
+        }
+        sqlite3_finalize(st);
+    }
+    sqlite3_close(db);
+    return out;
+}
+
+std::map<std::string, std::string> dumpDatabase(const std::filesystem::path& file) {
+    std::map<std::string, std::string> tables;
+    for (const char* t : kTables) tables[t] = dumpTable(file, t);
+    return tables;
+}
+
+// A second session on a database of its own, with its own keyboard and wire.
+struct OtherSession {
+    explicit OtherSession(const std::filesystem::path& file)
+        : keyboard(std::make_shared<VirtualQX9>()), recorder(std::make_shared<WireRecorder>()) {
+        SessionConfig config;
+        config.openDatabase = [file](const std::string&) {
+            return std::make_unique<DeviceSQLite>(DeviceSQLite::atPath(file));
+        };
+        config.pacer = recorder.get();
+        config.wire = recorder;
+        session = std::make_unique<KeyboardSession>(config, &events);
+        HIDDevice record;
+        record.vendorId = kQX9VendorId;
+        record.productId = kQX9ProductId;
+        record.featureSize = kQX9FeatureSize;
+        record.device = keyboard;
+        session->device.deviceConnected(Notification{kHIDDeviceConnected, HIDDeviceDictionary{{kDeviceKey, record}}});
+    }
+    std::vector<Bytes> sets() const {
+        std::vector<Bytes> out;
+        for (const auto& e : recorder->events) {
+            if (e.kind == WireEvent::Set) out.push_back(e.bytes);
+        }
+        return out;
+    }
+    std::shared_ptr<VirtualQX9> keyboard;
+    std::shared_ptr<WireRecorder> recorder;
+    RecordingEvents events;
+    std::unique_ptr<KeyboardSession> session;
+};
+
+class ExportTest : public SessionTest {
+protected:
+    ExportTest() { connect(); }
+
+    // Something of everything the application keeps, including rows whose owner was deleted.
+    void fill() {
+        KeyboardSession& s = *session_;
+        DeviceSQLite& db = *s.core.db();
+        s.profiles.customkey_button_profile(ProfileList::kAdd);  // 2
+        s.profiles.customkey_button_profile(ProfileList::kAdd);  // 3
+        s.profiles.setKeyProfileTableSelect(1);
+        s.profiles.keyTableItemViewEdit(1, "Games");
+        db.writeLightProfile(2);
+        db.addKeyProfile(keyRecord(4, kMacroTypeKey, 5));  // a → b, profile 1
+        ProfileKey fn = keyRecord(41, kMacroTypeCombination, 30, 225);
+        fn.fnlayerId = 1;
+        db.addKeyProfile(fn);
+        ProfileKey other = keyRecord(44, kMacroTypeDisabled, 1);
+        other.profId = 3;
+        db.addKeyProfile(other);
+        db.updateConfigData(1, "gamemode", "1");
+        db.modifyLightData(2, 4, std::vector<std::uint8_t>{4, 1, 2, 3, 0, 0, 0, 0, 0, 9, 8, 1});
+        const std::int64_t macro = db.addMacroProfile("Macro1");
+        db.addMacroRecord({0, macro, kRecordKeyDown, 0, 4, "A"});
+        db.addMacroRecord({0, macro, kRecordDelay, 1, 120, "120"});
+        db.addMacroRecord({0, macro, kRecordKeyUp, 2, 4, "A"});
+        db.modifyMacroInfo({macro, 3, 2, 15, ""});
+        db.addKeyProfile(keyRecord(5, kMacroTypeMacro, macro, 1, 3));
+        s.userLights.addUserLight();
+        s.userLights.addUserLight();
+        const std::int64_t gone = s.userLights.userlight_id();
+        db.addUserLightLEDData({0, gone, 44, 0x00FF00});  // space, in a set deleted below
+        s.userLights.delUserLight();
+        db.addUserLightLEDData({0, s.userLights.userlight_datas()[0].light, 41, 0x12ABEF});  // escape
+        s.profiles.setKeyProfileTableSelect(2);
+        s.profiles.customkey_button_profile(ProfileList::kDelete);  // profile 3: its key stays
+    }
+    std::string exported() {
+        std::string error;
+        const auto doc = exportConfiguration(*session_, error);
+        EXPECT_TRUE(doc) << error;
+        return doc.value_or("");
+    }
+};
+
+TEST_F(ExportTest, TheDocumentHoldsEveryPartWithItsVersion) {
+    fill();
+    const Json doc = Json::parse(exported());
+    EXPECT_EQ(doc["format"], "halvorn-qx9-configuration");
+    EXPECT_EQ(doc["version"], 1);
+    EXPECT_EQ(doc["profiles"].size(), 2u);
+    EXPECT_EQ(doc["profiles"][1], (Json{{"id", 2}, {"name", "Games"}}));
+    EXPECT_EQ(doc["keyAssignments"].size(), 4u);
+    EXPECT_EQ(doc["lighting"].size(), 2u * 21);  // profiles 1 and 2 were shown, 3 never
+    EXPECT_EQ(doc["userLights"].size(), 1u);
+    EXPECT_EQ(doc["userLights"][0]["name"], "User light1");
+    EXPECT_EQ(doc["userLightColours"].size(), 2u);  // the deleted set's colour too
+    EXPECT_EQ(doc["userLightColours"][1]["colour"], "12ABEF");
+    EXPECT_EQ(doc["macros"][0], (Json{{"id", 1}, {"name", "Macro1"}, {"playTimes", 3}, {"delayType", 2}, {"delayTime", 15}}));
+    EXPECT_EQ(doc["macroEvents"].size(), 3u);
+    EXPECT_EQ(doc["macroEvents"][1]["value"], 120);
+}
+
+TEST_F(ExportTest, ImportIntoAnotherDatabaseGivesAnIdenticalOne) {
+    fill();
+    const std::string doc = exported();
+    OtherSession other(dir_ / "other.sqlite3");
+    other.session->core.db()->addMacroProfile("replaced");  // gone after the import
+    std::string error;
+    ASSERT_TRUE(importConfiguration(*other.session, doc, error)) << error;
+    EXPECT_EQ(dumpDatabase(dir_ / "other.sqlite3"), dumpDatabase(dbPath_));
+    EXPECT_EQ(exportConfiguration(*other.session, error), doc);
+    // The session shows the new contents.
+    EXPECT_EQ(other.session->profiles.rows().size(), 2u);
+    EXPECT_EQ(other.session->macros.MacroListDatas().size(), 1u);
+    EXPECT_EQ(other.session->userLights.keyColours()[0], 0x12ABEFu);  // escape
+}
+
+TEST_F(ExportTest, ImportSendsWhatAFirstConnectionSends) {
+    fill();
+    const std::string doc = exported();
+    const auto file = dir_ / "other.sqlite3";
+    std::vector<Bytes> imported;
+    VirtualQX9Memory memory;
+    {
+        OtherSession other(file);
+        other.recorder->events.clear();
+        std::string error;
+        ASSERT_TRUE(importConfiguration(*other.session, doc, error)) << error;
+        imported = other.sets();
+        memory = other.keyboard->memory();
+    }
+    OtherSession fresh(file);  // a first connection to the imported database
+    EXPECT_EQ(imported, fresh.sets());
+    // Per-key colours with the per-key mode, the system functions, profile 1's key map.
+    EXPECT_EQ(keyColour(memory, 1), 0x12ABEFu);
+    EXPECT_EQ(decodeLightMode(memory)->mode, 0x80);
+    EXPECT_EQ(decodeSystemFunctions(memory)->gameMode, 1);
+    EXPECT_EQ(keyRecord(memory, 0, 56), (std::array<std::uint8_t, 4>{2, 0, 5, 0}));  // a → b
+}
+
+TEST_F(ExportTest, ImportReplacesTheSameDatabase) {
+    fill();
+    const std::string doc = exported();
+    const auto before = dumpDatabase(dbPath_);
+    session_->core.db()->addProfile("later");
+    session_->userLights.addUserLight();
+    session_->core.db()->addMacroRecord({0, 1, kRecordDelay, 3, 10, "10"});
+    std::string error;
+    ASSERT_TRUE(importConfiguration(*session_, doc, error)) << error;
+    EXPECT_EQ(dumpDatabase(dbPath_), before);
+    EXPECT_EQ(session_->userLights.userlight_datas().size(), 1u);
+}
+
+TEST_F(ExportTest, DamagedOrForeignDocumentsAreRefusedAndChangeNothing) {
+    fill();
+    const std::string good = exported();
+    struct Case {
+        const char* name;
+        std::function<std::string(Json&)> damage;
+        const char* message;
+    };
+    const Case cases[] = {
+        {"not JSON", [](Json&) { return std::string("profiles: 1"); }, "not a complete JSON document"},
+        {"cut short", [&](Json&) { return good.substr(0, good.size() / 2); }, "not a complete JSON document"},
+        {"foreign", [](Json&) { return std::string(R"({"name": "Sunset", "colors": []})"); }, "not a QX9 configuration"},
+        {"newer version", [](Json& d) { d["version"] = 2; return d.dump(); }, "format version 2"},
+        {"part missing", [](Json& d) { d.erase("macros"); return d.dump(); }, "\"macros\" is missing"},
+        {"unknown part", [](Json& d) { d["extras"] = Json::array(); return d.dump(); }, "unknown part \"extras\""},
+        {"no profile 1", [](Json& d) { d["profiles"].erase(0); return d.dump(); }, "profile 1"},
+        {"profile name", [](Json& d) { d["profiles"][0]["name"] = nullptr; return d.dump(); }, "profiles[0].name is not a text"},
+        {"colour", [](Json& d) { d["userLightColours"][0]["colour"] = "GG0000"; return d.dump(); }, "userLightColours[0].colour \"GG0000\" is not RRGGBB"},
+        {"colour key", [](Json& d) { d["userLightColours"][0]["key"] = 104; return d.dump(); }, "key 104 is not a key of the QX9"},
+        {"assigned key", [](Json& d) { d["keyAssignments"][0]["key"] = 9999; return d.dump(); }, "keyAssignments[0].key 9999"},
+        {"layer", [](Json& d) { d["keyAssignments"][0]["layer"] = 2; return d.dump(); }, "keyAssignments[0].layer is 2"},
+        {"key function", [](Json& d) { d["keyAssignments"][0]["type"] = 5; return d.dump(); }, "not a key function"},
+        {"light byte", [](Json& d) { d["lighting"][0]["bytes"][2] = 300; return d.dump(); }, "lighting[0].bytes[2] is not a byte"},
+        {"light mode", [](Json& d) { d["lighting"][0]["mode"] = 21; return d.dump(); }, "lighting[0].mode is 21"},
+        {"event type", [](Json& d) { d["macroEvents"][0]["type"] = 9; return d.dump(); }, "macroEvents[0].type is 9"},
+        {"event key", [](Json& d) { d["macroEvents"][0]["value"] = 256; return d.dump(); }, "macroEvents[0].value is 256"},
+        {"duplicate id", [](Json& d) { d["macroEvents"][2]["id"] = d["macroEvents"][0]["id"]; return d.dump(); }, "macroEvents[2] has the id"},
+        {"fraction", [](Json& d) { d["macros"][0]["playTimes"] = 1.5; return d.dump(); }, "macros[0].playTimes is not a whole number"},
+        {"text value", [](Json& d) { d["configurationValues"][2]["value"] = "on"; return d.dump(); }, "is not a decimal integer"},
+        {"unknown field", [](Json& d) { d["macros"][0]["colour"] = "red"; return d.dump(); }, "unknown field \"colour\""},
+        {"row not object", [](Json& d) { d["userLights"][0] = 7; return d.dump(); }, "userLights[0] is not an object"},
+    };
+    const auto before = dumpDatabase(dbPath_);
+    clearWire();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Json doc = Json::parse(good);
+        const std::string text = c.damage(doc);
+        std::string error;
+        EXPECT_FALSE(importConfiguration(*session_, text, error));
+        EXPECT_NE(error.find(c.message), std::string::npos) << error;
+        EXPECT_EQ(error.find('\n'), std::string::npos);
+    }
+    EXPECT_EQ(dumpDatabase(dbPath_), before);
+    EXPECT_TRUE(sets().empty());
+}
+
+TEST_F(ExportTest, AWriteThatFailsPartWayLeavesTheDatabaseAsItWas) {
+    fill();
+    const std::string doc = exported();
+    session_->core.db()->addProfile("kept");
+    {
+        sqlite3* db = nullptr;
+        ASSERT_EQ(sqlite3_open(dbPath_.c_str(), &db), SQLITE_OK);
+        sqlite3_exec(db, "DROP TABLE t_macrorecord", nullptr, nullptr, nullptr);  // the last one written
+        sqlite3_close(db);
+    }
+    const auto before = dumpDatabase(dbPath_);
+    clearWire();
+    std::string error;
+    EXPECT_FALSE(importConfiguration(*session_, doc, error));
+    EXPECT_NE(error.find("no such table"), std::string::npos) << error;
+    EXPECT_EQ(dumpDatabase(dbPath_), before);
+    EXPECT_EQ(sql("SELECT name FROM t_profile WHERE name = 'kept'"), "kept");
+    EXPECT_TRUE(sets().empty());
+}
+
+}  // namespace
+}  // namespace qx9::test

@@ -1,1 +1,294 @@
+// The per-key lighting page: sets of profile 1, painting selected keys, Apply and Reset.
 #include "session/session_fixture.h"
+
+#include "hid/capture_state.h"
+
+namespace qx9::test {
+namespace {
+
+// Keys of the QX9 with their layout position and light index (key-code map).
+struct Key {
+    std::int64_t code;
+    std::size_t layout;
+    int light;
+};
+constexpr Key kEscape{41, 0, 1};
+constexpr Key kFour{33, 4, 23};  // the "4" key (F4 shares its place)
+constexpr Key kA{4, 30, 56};
+constexpr Key kB{5, 48, 78};
+constexpr Key kSpace{44, 60, 94};
+
+const std::vector<int> kColoursThenMode = {0x18, 0x23, 0x02, 0xF0, 0x18, 0x13, 0x02, 0xF0};
+
+class UserLightTest : public SessionTest {
+protected:
+    UserLightTest() {
+        connect();
+        clearWire();
+    }
+    UserLightPage& page() { return session_->userLights; }
+    ViewPoint centre(const Key& k) const {
+        const Rect& r = session_->keys.keys().at(k.layout).rect;
+        return {r.x + r.width / 2, r.y + r.height / 2};
+    }
+    void click(const Key& k, bool shift = false) {
+        shiftKeyStatus = shift ? 1 : 0;
+        page().mouseDown(centre(k));
+        page().mouseUp();
+        shiftKeyStatus = 0;
+    }
+    std::vector<std::size_t> selected() {
+        std::vector<std::size_t> out;
+        for (std::size_t i = 0; i < session_->keys.keys().size(); ++i) {
+            if (page().keyCheck(i)) out.push_back(i);
+        }
+        return out;
+    }
+    std::string storedColour(std::int64_t set, const Key& k) {
+        return sql("SELECT rgbvalue FROM t_userlight_leddata WHERE light_id = " + std::to_string(set) +
+                   " AND keyvalue = " + std::to_string(k.code));
+    }
+    std::uint32_t sentColour(const Key& k) { return keyColour(keyboard_->memory(), k.light).value_or(0xDEAD); }
+};
+
+TEST_F(UserLightTest, SetsBelongToProfileOneWhateverProfileIsCurrent) {
+    session_->profiles.customkey_button_profile(ProfileList::kAdd);
+    session_->profiles.tableSelectionChanged(1);
+    ASSERT_EQ(session_->core.currentProfile, 2);
+    clearWire();
+    page().addUserLight();
+    page().addUserLight();
+    ASSERT_EQ(page().userlight_datas().size(), 2u);
+    EXPECT_EQ(page().userlight_datas()[0].name, "User light1");
+    EXPECT_EQ(page().userlight_datas()[1].name, "User light2");
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_data WHERE profile = 1"), "2");
+    EXPECT_EQ(sql("SELECT speed || ',' || brightness FROM t_userlight_data LIMIT 1"), "15,15");
+    // The new last row is selected and loaded, which sends its (empty) colours and the mode.
+    EXPECT_EQ(page().selectedRow(), 1);
+    EXPECT_EQ(page().userlight_id(), page().userlight_datas()[1].light);
+    std::vector<int> twice = kColoursThenMode;
+    twice.insert(twice.end(), kColoursThenMode.begin(), kColoursThenMode.end());
+    EXPECT_EQ(commandCodes(), twice);
+    EXPECT_EQ(decodeLightMode(keyboard_->memory())->mode, 0x80);
+
+    // A set stored under another profile is not one of the page's.
+    DeviceSQLite::atPath(dbPath_).addUserLight(2, "elsewhere");
+    page().loadUserLightData();
+    EXPECT_EQ(page().userlight_datas().size(), 2u);
+    EXPECT_EQ(page().selectedRow(), 0);
+}
+
+TEST_F(UserLightTest, ApplyStoresEveryKeyBlackAsNothingAndSendsTheSet) {
+    page().addUserLight();
+    const std::int64_t set = page().userlight_id();
+    click(kA);
+    click(kFour, true);
+    page().userLightPresetColor(201);  // red
+    clearWire();
+    page().applyUserLightKeyColor();
+    EXPECT_EQ(storedColour(set, kA), "16711680");
+    EXPECT_EQ(storedColour(set, kFour), "16711680");
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata"), "2");  // black keys store no row
+    EXPECT_EQ(commandCodes(), kColoursThenMode);
+    EXPECT_EQ(sentColour(kA), 0xFF0000u);
+    EXPECT_EQ(sentColour(kFour), 0xFF0000u);
+    EXPECT_EQ(sentColour(kEscape), 0u);
+}
+
+TEST_F(UserLightTest, AKeyIsColouredInOneSetOnly) {
+    page().addUserLight();
+    const std::int64_t first = page().userlight_id();
+    click(kA);
+    page().userLightPresetColor(201);
+    click(kB, true);
+    page().userLightPresetColor(204);  // the selection is a and b: both blue
+    page().applyUserLightKeyColor();
+    EXPECT_EQ(storedColour(first, kA), "255");
+    EXPECT_EQ(storedColour(first, kB), "255");
+
+    // Applying another set stores every key of it: a takes its colour there, and b, black in
+    // it, loses its colour in the first set as well.
+    page().addUserLight();
+    const std::int64_t second = page().userlight_id();
+    click(kA);
+    page().userLightPresetColor(208);  // green
+    page().applyUserLightKeyColor();
+    EXPECT_EQ(storedColour(second, kA), "65280");
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata WHERE light_id = " + std::to_string(first)), "0");
+
+    clearWire();
+    page().userLightTableSelectionChanged(0);
+    EXPECT_EQ(page().userlight_id(), first);
+    for (std::uint32_t c : page().keyColours()) EXPECT_EQ(c, 0u);
+    EXPECT_EQ(commandCodes(), kColoursThenMode);
+    EXPECT_EQ(sentColour(kA), 0u);
+}
+
+TEST_F(UserLightTest, ResetStoresAllDarkAndSends) {
+    page().addUserLight();
+    click(kSpace);
+    page().userLightPresetColor(213);
+    page().applyUserLightKeyColor();
+    EXPECT_EQ(sentColour(kSpace), 0xFFFFFFu);
+    clearWire();
+    page().resetUserLightKeyColor();
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata"), "0");
+    EXPECT_EQ(commandCodes(), kColoursThenMode);
+    EXPECT_EQ(sentColour(kSpace), 0u);
+    EXPECT_TRUE(selected().empty());
+    for (std::uint32_t c : page().keyColours()) EXPECT_EQ(c, 0u);
+}
+
+TEST_F(UserLightTest, WithoutASetApplyWarnsAndResetDoesNothing) {
+    page().applyUserLightKeyColor();
+    page().resetUserLightKeyColor();
+    EXPECT_EQ(events_.warnings, (std::vector<std::string>{"Please add user lights | User light"}));
+    EXPECT_TRUE(sets().empty());
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata"), "0");
+}
+
+TEST_F(UserLightTest, DeleteLoadsTheSameRowAndPastTheEndNothing) {
+    page().addUserLight();
+    const std::int64_t first = page().userlight_id();
+    click(kA);
+    page().userLightPresetColor(201);
+    page().applyUserLightKeyColor();
+    page().addUserLight();
+    const std::int64_t second = page().userlight_id();
+    page().addUserLight();
+    const std::int64_t third = page().userlight_id();
+
+    page().userLightTableSelectionChanged(0);
+    clearWire();
+    page().delUserLight();  // the second set moves up into row 0 and is loaded
+    EXPECT_EQ(page().userlight_id(), second);
+    EXPECT_EQ(page().selectedRow(), 0);
+    EXPECT_EQ(commandCodes(), kColoursThenMode);
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_data WHERE light_id = " + std::to_string(first)), "0");
+    // The deleted set's colours stay in the file.
+    EXPECT_EQ(storedColour(first, kA), "16711680");
+
+    page().userLightTableSelectionChanged(1);
+    click(kA);
+    page().userLightPresetColor(204);
+    clearWire();
+    page().delUserLight();  // the last row: nothing loaded, the screen and the id stay
+    EXPECT_TRUE(sets().empty());
+    EXPECT_EQ(page().userlight_id(), third);
+    EXPECT_EQ(page().keyColours()[kA.layout], 0x0000FFu);
+    EXPECT_EQ(page().selectedRow(), -1);
+    page().delUserLight();  // no row selected: nothing
+    EXPECT_EQ(page().userlight_datas().size(), 1u);
+}
+
+TEST_F(UserLightTest, ColourFieldsPaintTheSelectedKeys) {
+    struct Case {
+        int tag;
+        std::string typed;
+        std::string field;
+        std::uint32_t colour;  // of the selected key afterwards
+    };
+    const Case cases[] = {
+        {351, "100", "100", 0x000000},  // whole-number division: below 255 is off
+        {351, "255", "255", 0xFF0000},
+        {352, "12a", "255", 0xFFFF00},  // not an integer: 255; red still comes from its field
+        {353, "300", "255", 0xFFFFFF},
+        {351, "-4", "0", 0x00FFFF},
+        {352, "", "255", 0x00FFFF},
+    };
+    click(kEscape);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.typed);
+        page().controlTextDidChange(c.tag, c.typed);
+        const std::string& field = c.tag == 351 ? page().userlight_edit_color_r()
+                                   : c.tag == 352 ? page().userlight_edit_color_g()
+                                                  : page().userlight_edit_color_b();
+        EXPECT_EQ(field, c.field);
+        EXPECT_EQ(page().keyColours()[kEscape.layout], c.colour);
+    }
+    EXPECT_EQ(page().keyColours()[kFour.layout], 0u);  // not selected
+    EXPECT_TRUE(sets().empty());                     // painting sends nothing
+}
+
+TEST_F(UserLightTest, PresetsAndTheColourPanel) {
+    struct Case {
+        int tag;
+        RgbColor rgb;
+    };
+    const Case cases[] = {{201, {255, 0, 0}}, {205, {0, 137, 253}}, {207, {51, 153, 51}},
+                          {212, {234, 84, 19}}, {214, {0, 0, 0}}};
+    click(kB);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.tag);
+        page().userLightPresetColor(c.tag);
+        EXPECT_EQ(page().userlight_edit_color_r(), std::to_string(c.rgb.r));
+        EXPECT_EQ(page().userlight_edit_color_g(), std::to_string(c.rgb.g));
+        EXPECT_EQ(page().userlight_edit_color_b(), std::to_string(c.rgb.b));
+        EXPECT_EQ(page().userlight_btn_color(), (LightColor{c.rgb.r / 255.0, c.rgb.g / 255.0, c.rgb.b / 255.0}));
+        EXPECT_EQ(page().keyColours()[kB.layout], std::uint32_t(c.rgb.r) << 16 | c.rgb.g << 8 | c.rgb.b);
+    }
+    // The panel's colour is kept exactly: red 100/255 stays 100, and the swatch keeps the preset.
+    page().userLightColorPanel({100 / 255.0, 0.5, 0});
+    EXPECT_EQ(page().userlight_edit_color_r(), "100");
+    EXPECT_EQ(page().userlight_edit_color_g(), "127");
+    EXPECT_EQ(page().keyColours()[kB.layout], 0x647F00u);
+    EXPECT_EQ(page().userlight_btn_color(), LightColor{});
+}
+
+TEST_F(UserLightTest, SelectingKeysWithClicksShiftAndTheRubberBand) {
+    click(kA);
+    click(kB, true);
+    EXPECT_EQ(selected(), (std::vector<std::size_t>{kA.layout, kB.layout}));
+    click(kSpace);
+    EXPECT_EQ(selected(), (std::vector<std::size_t>{kSpace.layout}));
+    page().mouseDown({-50, -50});  // between keys: the selection stays
+    EXPECT_EQ(selected(), (std::vector<std::size_t>{kSpace.layout}));
+    EXPECT_EQ(page().selectKeyItem(), -1);
+
+    // A drag of 10 points is still a click; at 13 the band replaces the selection.
+    const ViewPoint start = centre(kA);
+    page().mouseDown(start);
+    page().mouseDragged({start.x + 10, start.y + 10});
+    EXPECT_EQ(page().frameSelect(), Rect{});
+    EXPECT_EQ(selected(), (std::vector<std::size_t>{kA.layout}));
+    click(kSpace, true);
+    page().mouseDown(start);
+    const ViewPoint end = centre(kB);
+    page().mouseDragged(end);
+    EXPECT_EQ(page().frameSelect().width, std::abs(end.x - start.x));
+    const auto band = selected();
+    EXPECT_NE(std::find(band.begin(), band.end(), kA.layout), band.end());
+    EXPECT_NE(std::find(band.begin(), band.end(), kB.layout), band.end());
+    EXPECT_EQ(std::find(band.begin(), band.end(), kSpace.layout), band.end());
+    EXPECT_EQ(std::find(band.begin(), band.end(), kEscape.layout), band.end());
+    page().mouseUp();
+    EXPECT_EQ(page().frameSelect(), Rect{});
+    EXPECT_EQ(selected(), band);
+
+    page().mouseMoved(centre(kEscape));
+    EXPECT_TRUE(page().keyHighlighted(kEscape.layout));
+    EXPECT_TRUE(page().keyHighlighted(kA.layout));
+    EXPECT_FALSE(page().keyHighlighted(kSpace.layout));
+
+    page().userLightPresetColor(201);
+    page().resetKeyColor();
+    EXPECT_TRUE(selected().empty());
+    EXPECT_EQ(page().keyColours()[kA.layout], 0u);
+}
+
+TEST_F(UserLightTest, LoadingASetPaintsItsStoredColoursAndSendsThem) {
+    const std::int64_t set = DeviceSQLite::atPath(dbPath_).addUserLight(1, "stored");
+    DeviceSQLite::atPath(dbPath_).addUserLightLEDData({0, set, kA.code, 0x12ABEF});
+    page().loadUserLightData();
+    EXPECT_EQ(page().userlight_id(), set);
+    EXPECT_EQ(page().keyColours()[kA.layout], 0x12ABEFu);
+    EXPECT_EQ(page().keyColor(kA.layout), (LightColor{0x12 / 255.0, 0xAB / 255.0, 0xEF / 255.0}));
+    EXPECT_EQ(commandCodes(), kColoursThenMode);
+    EXPECT_EQ(sentColour(kA), 0x12ABEFu);
+    // Applying unchanged colours stores them exactly as they were.
+    page().applyUserLightKeyColor();
+    EXPECT_EQ(storedColour(set, kA), std::to_string(0x12ABEF));
+}
+
+}  // namespace
+}  // namespace qx9::test
