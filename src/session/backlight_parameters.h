@@ -7,7 +7,7 @@
 #include "layout/keyboard_layout.h"
 // LightColor, lightColorOf (exact fractions), presetLightColor and validatedColorField: the
 // colour, presets and number-field rule both lighting pages share.
-#include "session/user_light_page.h"
+#include "session/light_color.h"
 
 namespace qx9 {
 

@@ -6,6 +6,7 @@
 #include "common/fatal.h"
 #include "hid/capture_state.h"
 #include "session/keyboard_session.h"
+#include "session/light_color.h"
 #include "session/user_light_page.h"
 
 namespace qx9 {
@@ -21,57 +22,7 @@ bool intersects(const Rect& a, const Rect& b) {
     return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
 }
 
-// A field's whole text as an integer, saturated far outside 0–255; none when it is not one.
-std::optional<long long> scanInteger(const std::string& text) {
-    std::size_t i = 0;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-    if (i == text.size()) return std::nullopt;
-    long long v = 0;
-    for (; i < text.size(); ++i) {
-        if (!std::isdigit(static_cast<unsigned char>(text[i]))) return std::nullopt;
-        if (v < 1'000'000) v = v * 10 + (text[i] - '0');
-    }
-    return negative ? -v : v;
-}
-
-// A component × 255, truncated; the colour panel only hands out components 0.0–1.0.
-int colorComponentByte(double component) {
-    const double v = component * 255;
-    if (!std::isfinite(v) || v <= -1 || v >= 256) fatalError("colour component " + std::to_string(component) + " is not 0.0-1.0");
-    return static_cast<int>(v);
-}
-
 }  // namespace
-
-LightColor lightColorOf(std::uint8_t r, std::uint8_t g, std::uint8_t b) {
-    return {r / 255.0, g / 255.0, b / 255.0};
-}
-
-std::uint32_t packedLightColor(const LightColor& c) {
-    if (c == LightColor{}) return 0;
-    return static_cast<std::uint32_t>(colorComponentByte(c.red)) << 16 |
-           static_cast<std::uint32_t>(colorComponentByte(c.green)) << 8 |
-           static_cast<std::uint32_t>(colorComponentByte(c.blue));
-}
-
-RgbColor presetLightColor(int index) {
-    static constexpr RgbColor kPresets[14] = {
-        {255, 0, 0},   {255, 0, 252},   {126, 0, 255},   {0, 0, 255},    {0, 137, 253},
-        {0, 252, 255}, {51, 153, 51},   {0, 255, 0},     {180, 255, 0},  {255, 246, 0},
-        {255, 168, 0}, {234, 84, 19},   {255, 255, 255}, {0, 0, 0},
-    };
-    if (index < 1 || index > 14) return {255, 0, 0};
-    return kPresets[index - 1];
-}
-
-std::string validatedColorField(const std::string& text) {
-    const std::optional<long long> v = scanInteger(text);
-    if (!v) return "255";
-    if (*v >= 256) return "255";
-    if (*v < 0) return "0";
-    return text;
-}
 
 // The on-screen keyboard.
 
@@ -150,7 +101,7 @@ void UserLightPage::controlTextDidChange(int tag, const std::string& text) {
     if (tag < kFieldRed || tag > kFieldBlue) return;
     std::string& field = fields_[static_cast<std::size_t>(tag - kFieldRed)];
     field = validatedColorField(text);
-    const int value = static_cast<int>(*scanInteger(field));
+    const int value = static_cast<int>(*colorFieldInteger(field));
     s_.core.notify(SessionAspect::UserLights);
     setUserLightRGBValue(tag == kFieldRed ? value : 0, tag == kFieldGreen ? value : 0, tag == kFieldBlue ? value : 0);
 }
@@ -158,7 +109,7 @@ void UserLightPage::controlTextDidChange(int tag, const std::string& text) {
 void UserLightPage::setUserLightRGBValue(int r_value, int g_value, int b_value) {
     // 0 means "the field's value"; a real 0 and no change are the same request.
     const auto fieldValue = [this](std::size_t i) {
-        const std::optional<long long> v = scanInteger(fields_[i]);
+        const std::optional<long long> v = colorFieldInteger(fields_[i]);
         return v ? static_cast<int>(*v) : 0;
     };
     const int r = r_value != 0 ? r_value : fieldValue(0);

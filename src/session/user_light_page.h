@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "layout/geometry.h"
+#include "session/light_color.h"
 
 namespace qx9 {
 
@@ -17,25 +18,6 @@ struct UserLightRow {
     std::int64_t light = 0;
     std::string name;
 };
-
-// A colour as the colour views and the colour panel hold it: components 0.0–1.0.
-struct LightColor {
-    double red = 0;
-    double green = 0;
-    double blue = 0;
-
-    friend bool operator==(const LightColor&, const LightColor&) = default;
-};
-
-// The colour of a byte triple, each component exactly value / 255.
-LightColor lightColorOf(std::uint8_t r, std::uint8_t g, std::uint8_t b);
-// 0xRRGGBB of a colour as Apply stores it: 0 for black, otherwise each component × 255 truncated.
-std::uint32_t packedLightColor(const LightColor& color);
-// The fourteen preset colours of both lighting pages (index 1–14; any other index is red).
-RgbColor presetLightColor(int index);
-// A colour number field after an edit: a text that is not a whole integer becomes "255", a
-// value above 255 becomes 255, one below 0 becomes 0.
-std::string validatedColorField(const std::string& text);
 
 // A point of the per-key keyboard view, in its coordinates (those of the key rectangles).
 struct ViewPoint {

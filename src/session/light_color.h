@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "layout/geometry.h"
+
+namespace qx9 {
+
+// A colour as the colour views and the colour panel hold it: components 0.0–1.0.
+struct LightColor {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+
+    friend bool operator==(const LightColor&, const LightColor&) = default;
+};
+
+// The colour of a byte triple, each component exactly value / 255.
+LightColor lightColorOf(std::uint8_t r, std::uint8_t g, std::uint8_t b);
+// 0xRRGGBB of a colour as Apply stores it: 0 for black, otherwise each component × 255 truncated.
+std::uint32_t packedLightColor(const LightColor& color);
+// The fourteen preset colours of both lighting pages (index 1–14; any other index is red).
+RgbColor presetLightColor(int index);
+// A colour number field after an edit: a text that is not a whole integer becomes "255", a
+// value above 255 becomes 255, one below 0 becomes 0.
+std::string validatedColorField(const std::string& text);
+
+// A colour field's whole text as an integer (saturated far outside 0–255); none when the text
+// is not a whole integer.
+std::optional<long long> colorFieldInteger(const std::string& text);
+// A colour component (0.0–1.0) × 255, truncated; anything else stops the program.
+int colorComponentByte(double component);
+
+}  // namespace qx9
