@@ -128,6 +128,17 @@ void KeyboardViewController::initViewUI() {
     macroList_ = listPage("macro_tableview", this);
     lightList_ = listPage("light_mode_table", this);
     userLightList_ = listPage("userlight_table", this);
+    // Until these pages get their own editors, their lists already choose: a backlight effect,
+    // a macro (its events load) or a per-key set (its colours are sent).
+    connect(lightList_, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (!syncingLists_ && row >= 0) session_->lighting.lightModeSelectionChanged(row);
+    });
+    connect(macroList_, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (!syncingLists_) session_->macros.macroTableSelectionChanged(row);
+    });
+    connect(userLightList_, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (!syncingLists_ && row >= 0) session_->userLights.userLightTableSelectionChanged(row);
+    });
     pages_->addWidget(customkey_view);
     pages_->addWidget(wrapPage("macro_view", macroList_));
     pages_->addWidget(wrapPage("light_view", lightList_));
@@ -272,6 +283,7 @@ void KeyboardViewController::syncPages() {
 }
 
 void KeyboardViewController::syncLists() {
+    syncingLists_ = true;
     macroList_->clear();
     for (const MacroRow& r : session_->macros.MacroListDatas()) macroList_->addItem(QString::fromStdString(r.text));
     lightList_->clear();
@@ -279,6 +291,11 @@ void KeyboardViewController::syncLists() {
     lightList_->setCurrentRow(session_->lighting.selectedRow() < lightList_->count() ? session_->lighting.selectedRow() : -1);
     userLightList_->clear();
     for (const UserLightRow& r : session_->userLights.userlight_datas()) userLightList_->addItem(QString::fromStdString(r.name));
+    const int macroRow = session_->macros.macroSelectIndex();
+    macroList_->setCurrentRow(macroRow < macroList_->count() ? macroRow : -1);
+    const int setRow = session_->userLights.selectedRow();
+    userLightList_->setCurrentRow(setRow < userLightList_->count() ? setRow : -1);
+    syncingLists_ = false;
 }
 
 void KeyboardViewController::applyLanguage() {

@@ -72,6 +72,7 @@ private:
     std::vector<NotificationCenter::Token> tokens_;
     std::shared_ptr<VirtualQX9> virtual_;
     bool appeared_ = false;
+    bool syncingLists_ = false;
 
     StartView* nodevice_view = nullptr;
     QStackedWidget* pages_ = nullptr;

@@ -218,6 +218,9 @@ void AppTest::unplugAndReplug() {
     enterPages();
     QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);
     QVERIFY(controller_->virtualKeyboard()->setCount() > setsBefore);  // the backlight page sends
+    // Choosing "Scrolling" (row 9) in its list sends mode 10.
+    child<QListWidget>("light_mode_table")->setCurrentRow(9);
+    QCOMPARE(decodeLightMode(controller_->virtualKeyboard()->memory())->mode, 10);
 }
 
 QTEST_MAIN(AppTest)
