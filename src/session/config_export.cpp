@@ -1,18 +1,14 @@
 // Export and import of the whole configuration as one JSON document.
 //
-// Import checks the whole document before it touches the database, then replaces the contents
-// of the application's tables in one SQLite transaction on a connection of its own: SQLite
-// makes that all or nothing (also across a crash), the session's own connection stays open and
-// simply sees the new rows, and the tables that hold nothing of the features are left alone.
-// (Building a second file and renaming it over the first would leave the session's open
-// connection, and the write-ahead log beside the file, pointing at the old one.)
+// Import checks the whole document before it touches the database, then has the store replace
+// the contents of the application's tables in one transaction of the session's connection:
+// all or nothing (also across a crash), and the tables that hold nothing of the features are
+// left alone. (Building a second file and renaming it over the first would leave the session's
+// open connection, and the write-ahead log beside the file, pointing at the old one.)
 #include "session/config_export.h"
-
-#include <sqlite3.h>
 
 #include <charconv>
 #include <cstdio>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <unordered_set>
 
@@ -25,87 +21,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;  // written: the parts in their order
 using ReadJson = nlohmann::json;      // read: faster lookups
-
-// ---- A connection of its own -------------------------------------------------------------
-
-struct DbError {
-    std::string message;
-};
-
-class Statement {
-public:
-    Statement(sqlite3* db, const char* sql) : db_(db) {
-        sqlite3_stmt* raw = nullptr;
-        if (sqlite3_prepare_v2(db, sql, -1, &raw, nullptr) != SQLITE_OK) throw DbError{sqlite3_errmsg(db)};
-        stmt_.reset(raw);
-    }
-    Statement& bind(int i, std::int64_t v) {
-        sqlite3_bind_int64(stmt_.get(), i, v);
-        return *this;
-    }
-    Statement& bind(int i, const std::string& v) {
-        sqlite3_bind_text(stmt_.get(), i, v.data(), static_cast<int>(v.size()), SQLITE_TRANSIENT);
-        return *this;
-    }
-    Statement& bind(int i, const std::optional<std::string>& v) {
-        if (v) return bind(i, *v);
-        sqlite3_bind_null(stmt_.get(), i);
-        return *this;
-    }
-    bool step() {
-        const int rc = sqlite3_step(stmt_.get());
-        if (rc == SQLITE_ROW) return true;
-        if (rc != SQLITE_DONE) throw DbError{sqlite3_errmsg(db_)};
-        return false;
-    }
-    // Runs the statement once and makes it ready for the next values.
-    void run() {
-        step();
-        sqlite3_reset(stmt_.get());
-        sqlite3_clear_bindings(stmt_.get());
-    }
-    std::int64_t integer(int c) const { return sqlite3_column_int64(stmt_.get(), c); }
-    bool isNull(int c) const { return sqlite3_column_type(stmt_.get(), c) == SQLITE_NULL; }
-    std::string text(int c) const {
-        const auto* t = reinterpret_cast<const char*>(sqlite3_column_text(stmt_.get(), c));
-        return t ? std::string(t, static_cast<std::size_t>(sqlite3_column_bytes(stmt_.get(), c))) : std::string();
-    }
-
-private:
-    struct Finalizer {
-        void operator()(sqlite3_stmt* s) const { sqlite3_finalize(s); }
-    };
-    sqlite3* db_;
-    std::unique_ptr<sqlite3_stmt, Finalizer> stmt_;
-};
-
-class Connection {
-public:
-    Connection(const std::filesystem::path& file, int flags) {
-        sqlite3* raw = nullptr;
-        const int rc = sqlite3_open_v2(file.c_str(), &raw, flags, nullptr);
-        db_.reset(raw);
-        if (rc != SQLITE_OK) throw DbError{raw ? sqlite3_errmsg(raw) : sqlite3_errstr(rc)};
-        sqlite3_busy_timeout(raw, 2000);
-    }
-    void exec(const char* sql) {
-        if (sqlite3_exec(db_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) throw DbError{sqlite3_errmsg(db_.get())};
-    }
-    Statement prepare(const char* sql) { return Statement(db_.get(), sql); }
-
-private:
-    struct Closer {
-        void operator()(sqlite3* db) const { sqlite3_close_v2(db); }
-    };
-    std::unique_ptr<sqlite3, Closer> db_;
-};
-
-// The tables the configuration replaces, children before their owners.
-constexpr const char* kClearTables[] = {
-    R"(DELETE FROM "t_macrorecord")", R"(DELETE FROM "t_macro_data")",   R"(DELETE FROM "t_userlight_leddata")",
-    R"(DELETE FROM "t_userlight_data")", R"(DELETE FROM "t_keyprofile")", R"(DELETE FROM "t_lightdata")",
-    R"(DELETE FROM "t_configdata")",  R"(DELETE FROM "t_profile")",
-};
 
 std::string hexColour(std::int64_t v) {
     char buf[24];
@@ -336,135 +251,6 @@ Configuration parseDocument(const ReadJson& doc) {
 
 }  // namespace
 
-// ---- Reading and replacing the database ---------------------------------------------------
-
-std::optional<Configuration> readConfiguration(const std::filesystem::path& databaseFile, std::string& error) {
-    try {
-        Connection db(databaseFile, SQLITE_OPEN_READONLY);
-        db.exec("BEGIN");  // one snapshot of all tables
-        Configuration c;
-        for (auto s = db.prepare(R"(SELECT "profId", "name" FROM "t_profile" ORDER BY "profId")"); s.step();) {
-            c.profiles.push_back({s.integer(0), s.text(1)});
-        }
-        for (auto s = db.prepare(R"(SELECT "keyId", "profId", "key", "value" FROM "t_configdata" ORDER BY "keyId")"); s.step();) {
-            c.configurationValues.push_back({s.integer(0), s.integer(1), s.text(2), s.text(3)});
-        }
-        for (auto s = db.prepare(R"(SELECT "keyId", "profId", "fnlayerId", "keyvalue", "macroType", "macroValue",
-                                           "macro2Value", "macro3Value", "macroDesc" FROM "t_keyprofile" ORDER BY "keyId")");
-             s.step();) {
-            c.keyAssignments.push_back({s.integer(0), s.integer(2), s.integer(1), s.integer(3), s.integer(4),
-                                        s.integer(5), s.integer(6), s.integer(7), s.text(8)});
-        }
-        for (auto s = db.prepare(R"(SELECT "lightId", "profId", "name", "mode", "byte1", "byte2", "byte3", "byte4",
-                                           "byte5", "byte6", "byte7", "byte8", "byte9", "byte10", "byte11", "status"
-                                    FROM "t_lightdata" ORDER BY "lightId")");
-             s.step();) {
-            LightRow l{s.integer(0), s.integer(1), s.isNull(2) ? std::nullopt : std::optional(s.text(2)), s.integer(3), {}, s.integer(15)};
-            for (int i = 0; i < 11; ++i) l.bytes[static_cast<std::size_t>(i)] = s.integer(4 + i);
-            c.lighting.push_back(std::move(l));
-        }
-        for (auto s = db.prepare(R"(SELECT "light_id", "profile", "name", "speed", "brightness" FROM "t_userlight_data"
-                                    ORDER BY "light_id")");
-             s.step();) {
-            c.userLights.push_back({s.integer(0), s.integer(1), s.text(2), s.integer(3), s.integer(4)});
-        }
-        for (auto s = db.prepare(R"(SELECT "ledId", "light_id", "keyvalue", "rgbvalue" FROM "t_userlight_leddata" ORDER BY "ledId")");
-             s.step();) {
-            c.userLightColours.push_back({s.integer(0), s.integer(1), s.integer(2), s.integer(3)});
-        }
-        for (auto s = db.prepare(R"(SELECT "macro_id", "play_times", "delay_type", "delay_time", "macro_name"
-                                    FROM "t_macro_data" ORDER BY "macro_id")");
-             s.step();) {
-            c.macros.push_back({s.integer(0), s.integer(1), s.integer(2), s.integer(3), s.text(4)});
-        }
-        for (auto s = db.prepare(R"(SELECT "record_id", "macro_id", "record_type", "record_index", "record_value",
-                                           "record_desc" FROM "t_macrorecord" ORDER BY "record_id")");
-             s.step();) {
-            c.macroEvents.push_back({s.integer(0), s.integer(1), s.integer(2), s.integer(3), s.integer(4), s.text(5)});
-        }
-        db.exec("COMMIT");
-        return c;
-    } catch (const DbError& e) {
-        error = "cannot read the database: " + e.message;
-        return std::nullopt;
-    }
-}
-
-bool replaceConfiguration(const std::filesystem::path& databaseFile, const Configuration& c, std::string& error) {
-    std::optional<Connection> db;
-    try {
-        db.emplace(databaseFile, SQLITE_OPEN_READWRITE);
-        db->exec("BEGIN IMMEDIATE");
-        for (const char* sql : kClearTables) db->exec(sql);
-        {
-            auto s = db->prepare(R"(INSERT INTO "t_profile" ("profId", "name") VALUES (?, ?))");
-            for (const ProfileData& p : c.profiles) s.bind(1, p.profId).bind(2, p.name).run();
-        }
-        {
-            auto s = db->prepare(R"(INSERT INTO "t_configdata" ("keyId", "key", "profId", "value") VALUES (?, ?, ?, ?))");
-            for (const ConfigValueRow& v : c.configurationValues) s.bind(1, v.keyId).bind(2, v.key).bind(3, v.profId).bind(4, v.value).run();
-        }
-        {
-            auto s = db->prepare(R"(INSERT INTO "t_keyprofile" ("keyId", "profId", "fnlayerId", "keyvalue", "macroType",
-                                    "macroValue", "macro2Value", "macro3Value", "macroDesc") VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?))");
-            for (const ProfileKey& k : c.keyAssignments) {
-                s.bind(1, k.keyId).bind(2, k.profId).bind(3, k.fnlayerId).bind(4, k.keyValue).bind(5, k.macroType);
-                s.bind(6, k.macroValue).bind(7, k.macro2Value).bind(8, k.macro3Value).bind(9, k.macroDesc).run();
-            }
-        }
-        {
-            auto s = db->prepare(R"(INSERT INTO "t_lightdata" ("lightId", "profId", "name", "mode", "byte1", "byte2", "byte3",
-                                    "byte4", "byte5", "byte6", "byte7", "byte8", "byte9", "byte10", "byte11", "status")
-                                    VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?))");
-            for (const LightRow& l : c.lighting) {
-                s.bind(1, l.lightId).bind(2, l.profId).bind(3, l.name).bind(4, l.mode);
-                for (int i = 0; i < 11; ++i) s.bind(5 + i, l.bytes[static_cast<std::size_t>(i)]);
-                s.bind(16, l.status).run();
-            }
-        }
-        {
-            auto s = db->prepare(R"(INSERT INTO "t_userlight_data" ("light_id", "profile", "name", "speed", "brightness")
-                                    VALUES (?, ?, ?, ?, ?))");
-            for (const UserLightData& u : c.userLights) {
-                s.bind(1, u.userlight_id).bind(2, u.profile_id).bind(3, u.userlight_name).bind(4, u.speed).bind(5, u.brightness).run();
-            }
-        }
-        {
-            auto s = db->prepare(R"(INSERT INTO "t_userlight_leddata" ("ledId", "light_id", "keyvalue", "rgbvalue") VALUES (?, ?, ?, ?))");
-            for (const UserLightLEDData& l : c.userLightColours) {
-                s.bind(1, l.led_id).bind(2, l.userlight_id).bind(3, l.key_value).bind(4, l.key_rgbvalue).run();
-            }
-        }
-        {
-            auto s = db->prepare(R"(INSERT INTO "t_macro_data" ("macro_id", "play_times", "delay_type", "delay_time", "macro_name")
-                                    VALUES (?, ?, ?, ?, ?))");
-            for (const MacroInfo& m : c.macros) {
-                s.bind(1, m.macroId).bind(2, m.playTimes).bind(3, m.delayType).bind(4, m.delayTime).bind(5, m.macroName).run();
-            }
-        }
-        {
-            auto s = db->prepare(R"(INSERT INTO "t_macrorecord" ("record_id", "macro_id", "record_type", "record_index",
-                                    "record_desc", "record_value") VALUES (?, ?, ?, ?, ?, ?))");
-            for (const RecordInfo& e : c.macroEvents) {
-                s.bind(1, e.recordId).bind(2, e.macroId).bind(3, e.recordType).bind(4, e.recordIndex);
-                s.bind(5, e.recordDesc).bind(6, e.recordValue).run();
-            }
-        }
-        db->exec("COMMIT");
-        return true;
-    } catch (const DbError& e) {
-        if (db) {
-            try {
-                db->exec("ROLLBACK");
-            } catch (const DbError&) {
-                // Not in a transaction: nothing was written.
-            }
-        }
-        error = "cannot write the database: " + e.message;
-        return false;
-    }
-}
-
 // ---- The document --------------------------------------------------------------------------
 
 std::string configurationDocument(const Configuration& c) {
@@ -535,7 +321,7 @@ std::optional<std::string> exportConfiguration(KeyboardSession& session, std::st
         error = "no database is open";
         return std::nullopt;
     }
-    const std::optional<Configuration> c = readConfiguration(db->filePath(), error);
+    const std::optional<Configuration> c = db->readConfiguration(error);
     if (!c) return std::nullopt;
     return configurationDocument(*c);
 }
@@ -548,7 +334,7 @@ bool importConfiguration(KeyboardSession& session, std::string_view document, st
         error = "no database is open";
         return false;
     }
-    if (!replaceConfiguration(db->filePath(), *c, error)) return false;
+    if (!db->replaceConfiguration(*c, error)) return false;
     // The session forgets what it showed and loads the new contents as a first connection
     // does, sending the per-key colours (when a set exists), the system functions and
     // profile 1's key map.

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "store/records.h"
+#include "store/configuration.h"
 
 namespace qx9 {
 
@@ -24,44 +24,6 @@ class KeyboardSession;
 // they are part of what the database does.
 inline constexpr const char* kConfigurationFormat = "halvorn-qx9-configuration";
 inline constexpr std::int64_t kConfigurationVersion = 1;
-
-// One row of t_configdata.
-struct ConfigValueRow {
-    std::int64_t keyId = 0;
-    std::int64_t profId = 0;
-    std::string key;
-    std::string value;
-};
-
-// One row of t_lightdata: the mode and its eleven parameter bytes.
-struct LightRow {
-    std::int64_t lightId = 0;
-    std::int64_t profId = 0;
-    std::optional<std::string> name;  // "radiName"; the column may be NULL
-    std::int64_t mode = 0;
-    std::array<std::int64_t, 11> bytes{};
-    std::int64_t status = 0;
-};
-
-// Everything the application keeps in its database (t_keyrgb and t_triggerkey hold nothing of
-// it and are not part of it).
-struct Configuration {
-    std::vector<ProfileData> profiles;
-    std::vector<ConfigValueRow> configurationValues;
-    std::vector<ProfileKey> keyAssignments;
-    std::vector<LightRow> lighting;
-    std::vector<UserLightData> userLights;
-    std::vector<UserLightLEDData> userLightColours;
-    std::vector<MacroInfo> macros;
-    std::vector<RecordInfo> macroEvents;
-};
-
-// Reads every row of the database file (one read transaction of a connection of its own).
-std::optional<Configuration> readConfiguration(const std::filesystem::path& databaseFile, std::string& error);
-// Replaces the contents of the database file's tables with the configuration, in one
-// transaction: afterwards the file holds either all of it or, on any error, what it held before.
-bool replaceConfiguration(const std::filesystem::path& databaseFile, const Configuration& configuration,
-                          std::string& error);
 
 // The document of a configuration, and back. Parsing checks the whole document — its format
 // and version, every field's presence, type and range, unique ids, profile 1 — and gives

@@ -20,6 +20,10 @@ DeviceSQLite DeviceSQLite::atPath(const std::filesystem::path& file) {
     return db;
 }
 
+DeviceSQLite::Transaction DeviceSQLite::beginTransaction() {
+    return db_ ? Transaction(db_->begin()) : Transaction();
+}
+
 void DeviceSQLite::open(const std::filesystem::path& directory, const std::filesystem::path& file) {
     db_.reset();
     if (!directory.empty()) {

@@ -6,9 +6,11 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "common/app_id.h"
+#include "store/configuration.h"
 #include "store/records.h"
 #include "store/sqlite_handle.h"
 
@@ -24,8 +26,38 @@ inline constexpr const char* kDeviceDatabaseFileName = "device_keyboard_81k_v2.s
 // creation, default data and the profile reset print a console line. Without a connection
 // (the file could not be opened) every operation does nothing; the writers that answer with a
 // boolean then report true, since callers read false as a refusal by the database.
+//
+// Every operation runs in the caller's transaction when there is one (beginTransaction), and
+// those that write several rows as one (replaceConfiguration, replaceMacroRecords, saveMacro,
+// deleteMacroProfile) in a level of their own inside it: when one of them fails, its own writes
+// are undone and the caller's stay, for the caller to commit or not.
 class DeviceSQLite {
 public:
+    // Groups the operations called during its life into one transaction: none of their writes
+    // reaches the file before commit(), and all of them are undone when the object ends
+    // uncommitted. Inside another Transaction it is a level of that one. While the transaction
+    // could not begin (the file stayed locked by another process for about 2 s, a read-only
+    // file) or was rolled back by SQLite itself, every operation fails with its "nothing"
+    // result. Objects end in the reverse order of their creation, before the DeviceSQLite.
+    class Transaction {
+    public:
+        // False without a connection (nothing was written), when the transaction could not
+        // begin or was lost, or when SQLite refused the commit; the writes are then undone.
+        bool commit() { return guard_ && guard_->commit(); }
+        // Begun and not lost: the operations can still succeed.
+        bool active() const { return guard_ && guard_->active(); }
+
+    private:
+        friend class DeviceSQLite;
+        Transaction() = default;
+        explicit Transaction(sqlite::Connection::Transaction guard) : guard_(std::move(guard)) {}
+
+        std::optional<sqlite::Connection::Transaction> guard_;
+    };
+
+    // Without a connection: a guard that does nothing, and whose commit() is false.
+    Transaction beginTransaction();
+
     // Opens <data directory>/<applicationId>/db/<fileName>, creating directories and file as
     // needed, then creates any missing table and the first-start data. Never fails to the
     // caller: on failure the object has no connection. With an empty application id nothing is
@@ -40,8 +72,8 @@ public:
     DeviceSQLite& operator=(DeviceSQLite&&) noexcept = default;
 
     bool isConnected() const { return db_.has_value(); }
-    // The open file (empty without a connection): for work that needs a connection of its own,
-    // such as replacing the whole contents in one transaction.
+    // The open file (empty without a connection), for messages. Everything read or written goes
+    // through this object's connection, so that its transactions cover it.
     std::filesystem::path filePath() const {
         return db_ ? std::filesystem::path(db_->fileName()) : std::filesystem::path();
     }
@@ -85,6 +117,14 @@ public:
     bool deleteMacroRecord(std::int64_t macorId);
     std::int64_t queryMacroRecord(std::int64_t macorId, std::vector<RecordInfo>& dataArray) const;
     std::int64_t getRecordCount() const;
+    // Replaces the macro's events with `events`, all or nothing: each is stored under `macroId`
+    // with its position in the list as its index; the events get new row ids.
+    bool replaceMacroRecords(std::int64_t macroId, const std::vector<RecordInfo>& events);
+    // The events (replaceMacroRecords) and the header (modifyMacroInfo) of an existing macro, all
+    // or nothing; false when there is no macro `info.macroId`.
+    bool saveMacro(const MacroInfo& info, const std::vector<RecordInfo>& events);
+    // Number of macros (rows of t_macro_data); 0 on an error.
+    std::int64_t countMacros() const;
 
     // Built-in lighting modes
     bool modifyLightData(std::int64_t profile, std::int64_t mode,
@@ -101,6 +141,16 @@ public:
     std::int64_t addUserLightLEDData(const UserLightLEDData& data);
     std::int64_t getUserLightLEDData(std::int64_t userlight_id,
                                      std::vector<UserLightLEDData>& dataArray) const;
+
+    // The whole configuration (configuration.h), read from one snapshot of the file; works on
+    // a read-only file too. Nothing and "cannot read the database: …" on an error ("no database
+    // is open" without a connection).
+    std::optional<Configuration> readConfiguration(std::string& error) const;
+    // Replaces the contents of the configuration's tables with `configuration`, every row with
+    // its own id, in one transaction: the file holds either all of it or, after false and
+    // "cannot write the database: …", what it held before ("no database is open" without a
+    // connection).
+    bool replaceConfiguration(const Configuration& configuration, std::string& error);
 
 private:
     DeviceSQLite() = default;

@@ -42,6 +42,11 @@ constexpr const char* kSelectRecords =
               "record_value"
        FROM "t_macrorecord" WHERE "macro_id" = ?)";
 
+constexpr const char* kInsertRecord =
+    R"(INSERT INTO "t_macrorecord"
+       ("macro_id", "record_type", "record_index", "record_desc", "record_value")
+       VALUES (?, ?, ?, ?, ?))";
+
 std::int64_t countOf(const auto& list) {
     return static_cast<std::int64_t>(list.size());
 }
@@ -108,23 +113,65 @@ std::int64_t DeviceSQLite::queryAllMacroData(std::vector<MacroInfo>& dataArray) 
 bool DeviceSQLite::deleteMacroProfile(std::int64_t macorId) {
     if (!db_) return true;
     try {
+        // The header and its events go together or both stay.
+        sqlite::Connection::Transaction transaction = db_->begin();
         db_->run(R"(DELETE FROM "t_macro_data" WHERE "macro_id" = ?)", macorId);
+        db_->run(R"(DELETE FROM "t_macrorecord" WHERE "macro_id" = ?)", macorId);
+        return transaction.commit();
     } catch (const sqlite::Error&) {
-        return false;  // the header stays, so its events stay too
+        return false;
     }
-    deleteMacroRecord(macorId);
-    return true;
 }
 
 std::int64_t DeviceSQLite::addMacroRecord(const RecordInfo& info) {
     if (!db_) return 0;
     try {
-        return db_->insert(R"(INSERT INTO "t_macrorecord"
-                              ("macro_id", "record_type", "record_index", "record_desc",
-                               "record_value")
-                              VALUES (?, ?, ?, ?, ?))",
-                           info.macroId, info.recordType, info.recordIndex, info.recordDesc,
-                           info.recordValue);
+        return db_->insert(kInsertRecord, info.macroId, info.recordType, info.recordIndex,
+                           info.recordDesc, info.recordValue);
+    } catch (const sqlite::Error&) {
+        return 0;
+    }
+}
+
+bool DeviceSQLite::replaceMacroRecords(std::int64_t macroId,
+                                       const std::vector<RecordInfo>& events) {
+    if (!db_) return true;
+    try {
+        sqlite::Connection::Transaction transaction = db_->begin();
+        db_->run(R"(DELETE FROM "t_macrorecord" WHERE "macro_id" = ?)", macroId);
+        {
+            sqlite::Statement insert = db_->prepare(kInsertRecord);
+            for (std::size_t i = 0; i < events.size(); ++i) {
+                const RecordInfo& e = events[i];
+                insert.runAgain(macroId, e.recordType, static_cast<std::int64_t>(i), e.recordDesc,
+                                e.recordValue);
+            }
+        }
+        return transaction.commit();
+    } catch (const sqlite::Error&) {
+        return false;
+    }
+}
+
+bool DeviceSQLite::saveMacro(const MacroInfo& info, const std::vector<RecordInfo>& events) {
+    if (!db_) return true;
+    try {
+        sqlite::Connection::Transaction transaction = db_->begin();
+        if (!db_->hasRow(R"(SELECT 1 FROM "t_macro_data" WHERE "macro_id" = ?)", info.macroId)) {
+            return false;  // events of no macro would stay in the file for a later one
+        }
+        return replaceMacroRecords(info.macroId, events) && modifyMacroInfo(info) &&
+               transaction.commit();
+    } catch (const sqlite::Error&) {
+        return false;
+    }
+}
+
+std::int64_t DeviceSQLite::countMacros() const {
+    if (!db_) return 0;
+    try {
+        auto row = db_->query(R"(SELECT count(*) FROM "t_macro_data")");
+        return row.step() ? row.integer(0) : 0;
     } catch (const sqlite::Error&) {
         return 0;
     }

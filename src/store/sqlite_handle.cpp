@@ -3,13 +3,32 @@
 #include <unistd.h>
 
 #include <climits>
+#include <cstdio>
 
 namespace qx9::sqlite {
 
 namespace {
 
-// Another process (qx9ctl beside the application) may hold the file for a moment.
-constexpr int kBusyTimeoutMs = 1000;
+// Another process (qx9ctl beside the application) may hold the write lock for a moment. In
+// write-ahead-log mode readers never wait; a writer waits for the lock for at most this long,
+// each time it takes it. A command that writes several rows takes it once, with the BEGIN
+// IMMEDIATE of its transaction, so it waits about 2 s in all before it gives up, not once per
+// row; after a BEGIN that gave up, its statements fail at once (see Connection::Transaction).
+constexpr int kBusyTimeoutMs = 2000;
+
+constexpr const char* kTransactionLost = "the transaction was rolled back after an earlier error";
+
+// SQL of a transaction level; a savepoint is named after its level.
+struct LevelSql {
+    char text[64];
+    LevelSql(const char* format, int level) {
+        std::snprintf(text, sizeof text, format, level, level);
+    }
+};
+
+bool execute(sqlite3* db, const char* sql) noexcept {
+    return sqlite3_exec(db, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+}
 
 }  // namespace
 
@@ -49,6 +68,15 @@ std::string Statement::text(int column) const {
 
 void Statement::bindOne(int index, std::int64_t value) {
     if (sqlite3_bind_int64(stmt_.get(), index, value) != SQLITE_OK) fail();
+}
+
+void Statement::bindNull(int index) {
+    if (sqlite3_bind_null(stmt_.get(), index) != SQLITE_OK) fail();
+}
+
+void Statement::reset() {
+    sqlite3_reset(stmt_.get());
+    sqlite3_clear_bindings(stmt_.get());
 }
 
 void Statement::bindOne(int index, std::string_view value) {
@@ -96,11 +124,99 @@ Connection Connection::open(const std::string& path) {
     Connection connection(raw);
     if (rc != SQLITE_OK) throw Error(raw ? sqlite3_errmsg(raw) : sqlite3_errstr(rc));
     sqlite3_busy_timeout(raw, kBusyTimeoutMs);
-    // Every store operation is its own commit; with a write-ahead log a commit costs one sync
-    // of the log instead of several of the file, and stays just as durable. A file that cannot
-    // take the log (read-only, not a database) keeps its journal and fails where it would have.
-    if (!readOnly) sqlite3_exec(raw, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+    if (readOnly) return connection;
+    // With a write-ahead log a commit appends to the log instead of rewriting pages of the file
+    // behind a journal. A file that cannot take the log (not a database, a database in memory)
+    // keeps its journal and fails where it would have.
+    bool wal = false;
+    try {
+        Statement mode(raw, "PRAGMA journal_mode=WAL");
+        wal = mode.step() && mode.text(0) == "wal";
+    } catch (const Error&) {
+    }
+    // In that mode synchronous=NORMAL syncs the log when it is copied back into the file, not at
+    // every commit. A commit that has returned still survives a crash of the application or of
+    // qx9ctl, and the file is never damaged; only a power loss or a crash of the system can take
+    // back the commits since the last copy. For settings the keyboard holds as well, that is
+    // worth a sync less per commit (the default, FULL, syncs the log at each one).
+    if (wal) execute(raw, "PRAGMA synchronous=NORMAL");
     return connection;
+}
+
+Statement Connection::prepare(std::string_view sql) const {
+    const State& s = *state_;
+    if (s.depth > 0) {
+        if (s.lostLevel != 0) throw Error(s.lostWhy);
+        if (sqlite3_get_autocommit(s.db)) throw Error(kTransactionLost);
+    }
+    return Statement(s.db, sql);
+}
+
+Connection::Transaction Connection::begin(Mode mode) const {
+    State& s = *state_;
+    const int level = ++s.depth;
+    Transaction transaction(&s, level);
+    // Inside a lost level there is nothing to begin: it is lost as well. Inside a transaction
+    // SQLite rolled back, a SAVEPOINT would start a new one of its own.
+    if (s.lostLevel != 0 || (level > 1 && sqlite3_get_autocommit(s.db))) return transaction;
+    const LevelSql sql(level > 1             ? "SAVEPOINT qx9_level%d"
+                       : mode == Mode::Write ? "BEGIN IMMEDIATE"
+                                             : "BEGIN",
+                       level);
+    if (!execute(s.db, sql.text)) {
+        s.lostLevel = level;
+        s.lostWhy = sqlite3_errmsg(s.db);
+    }
+    return transaction;
+}
+
+Connection::Transaction::Transaction(Transaction&& other) noexcept
+    : state_(other.state_), level_(other.level_) {
+    other.state_ = nullptr;
+}
+
+Connection::Transaction::~Transaction() {
+    rollback();
+}
+
+bool Connection::Transaction::active() const noexcept {
+    if (!state_ || level_ > state_->depth) return false;
+    if (state_->lostLevel != 0 && state_->lostLevel <= level_) return false;
+    return !sqlite3_get_autocommit(state_->db);
+}
+
+bool Connection::Transaction::commit() noexcept {
+    if (!active() || level_ != state_->depth) return false;
+    // A COMMIT that fails (an I/O error) leaves the transaction open; the end of the object
+    // rolls it back.
+    if (!execute(state_->db,
+                 LevelSql(level_ == 1 ? "COMMIT" : "RELEASE qx9_level%d", level_).text)) {
+        return false;
+    }
+    state_->depth = level_ - 1;
+    state_ = nullptr;
+    return true;
+}
+
+void Connection::Transaction::rollback() noexcept {
+    if (!state_) return;
+    State& s = *state_;
+    state_ = nullptr;
+    if (level_ > s.depth) return;  // ended with an outer level
+    const bool begun = (s.lostLevel == 0 || s.lostLevel > level_) && !sqlite3_get_autocommit(s.db);
+    if (begun) {
+        // Errors are ignored: there is nothing left to do about them, and SQLite has rolled
+        // back itself when it refuses a ROLLBACK.
+        execute(s.db,
+                LevelSql(level_ == 1 ? "ROLLBACK" : "ROLLBACK TO qx9_level%d; RELEASE qx9_level%d",
+                         level_)
+                    .text);
+    }
+    s.depth = level_ - 1;
+    if (s.lostLevel > s.depth) {
+        s.lostLevel = 0;
+        s.lostWhy.clear();
+    }
 }
 
 }  // namespace qx9::sqlite

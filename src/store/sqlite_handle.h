@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -37,6 +38,13 @@ public:
     bool step();
     // Runs the statement to its end, ignoring rows.
     void run();
+    // Runs it once more with new values: one INSERT prepared for many rows.
+    template <typename... Args>
+    void runAgain(const Args&... args) {
+        reset();
+        bindAll(args...);
+        run();
+    }
 
     bool isNull(int column) const;
     std::int64_t integer(int column) const;
@@ -59,6 +67,17 @@ private:
 
     void bindOne(int index, std::int64_t value);
     void bindOne(int index, std::string_view value);
+    // An empty optional is bound as NULL.
+    template <typename T>
+    void bindOne(int index, const std::optional<T>& value) {
+        if (value) {
+            bindOne(index, *value);
+        } else {
+            bindNull(index);
+        }
+    }
+    void bindNull(int index);
+    void reset();
     [[noreturn]] void fail() const;
 
     sqlite3* db_;
@@ -67,16 +86,68 @@ private:
 
 // One open connection; closed when the object goes.
 class Connection {
+    struct State;
+
 public:
     // Opens the file for reading and writing, creating it when missing. SQLite falls back to
     // read-only on its own when the file cannot be written.
     static Connection open(const std::string& path);
 
-    Statement prepare(std::string_view sql) const { return Statement(db_.get(), sql); }
+    Connection(Connection&&) noexcept = default;
+    Connection& operator=(Connection&&) noexcept = default;
+
+    enum class Mode {
+        Write,  // takes the write lock at once (BEGIN IMMEDIATE)
+        Read,   // one snapshot for several SELECTs (BEGIN); works on a read-only file too
+    };
+
+    // One level of a transaction, from begin() until commit() or the end of the object, which
+    // rolls the level back when it was not committed. The outermost level is a transaction of
+    // SQLite's, the levels inside it are savepoints: a store operation that opens a level of its
+    // own can run inside its caller's transaction, and its failure rolls back its own writes
+    // only. Levels end innermost first; the connection must outlive them.
+    //
+    // A level that could not begin (the file stayed locked past the busy timeout, a read-only
+    // file asked to write), and a transaction SQLite rolled back on its own (a full disk, a
+    // trigger's RAISE(ROLLBACK)), make every statement of the connection fail until the level
+    // ends: the writes that follow are refused instead of being committed one by one.
+    class Transaction {
+    public:
+        Transaction(Transaction&& other) noexcept;
+        Transaction& operator=(Transaction&&) = delete;
+        ~Transaction();
+
+        // COMMIT, or RELEASE of the savepoint. False, and the level is rolled back when the object
+        // ends, if it could not begin, was lost, is not the innermost open level or SQLite refused
+        // the commit. Never throws.
+        bool commit() noexcept;
+        // Begun, not ended, and not lost.
+        bool active() const noexcept;
+
+    private:
+        friend class Connection;
+        Transaction(State* state, int level) : state_(state), level_(level) {}
+        void rollback() noexcept;
+
+        State* state_;  // null once the level has ended
+        int level_;     // 1 for the outermost level
+    };
+
+    // Opens a level; never throws (see Transaction for a level that could not begin). The mode
+    // counts for the outermost level only: a level inside a transaction shares its kind.
+    Transaction begin(Mode mode = Mode::Write) const;
+    // Open levels: 0 outside any transaction.
+    int transactionDepth() const { return state_->depth; }
+
+    // Throws Error while a transaction level is lost (see Transaction).
+    Statement prepare(std::string_view sql) const;
+
+    // SQLite's description of the last failed call, such as a refused commit.
+    std::string lastError() const { return sqlite3_errmsg(state_->db); }
 
     // The file of the main database ("" for a database in memory).
     std::string fileName() const {
-        const char* name = sqlite3_db_filename(db_.get(), "main");
+        const char* name = sqlite3_db_filename(state_->db, "main");
         return name ? name : "";
     }
 
@@ -96,7 +167,7 @@ public:
     template <typename... Args>
     std::int64_t insert(std::string_view sql, const Args&... args) const {
         run(sql, args...);
-        return sqlite3_last_insert_rowid(db_.get());
+        return sqlite3_last_insert_rowid(state_->db);
     }
 
     template <typename... Args>
@@ -105,13 +176,22 @@ public:
     }
 
 private:
-    struct Closer {
-        void operator()(sqlite3* db) const { sqlite3_close_v2(db); }
+    // On the heap, so that transaction levels keep pointing at it when the connection moves.
+    struct State {
+        explicit State(sqlite3* handle) : db(handle) {}
+        ~State() { sqlite3_close_v2(db); }
+        State(const State&) = delete;
+        State& operator=(const State&) = delete;
+
+        sqlite3* db;
+        int depth = 0;        // open transaction levels
+        int lostLevel = 0;    // the outermost level that could not begin; 0: none
+        std::string lostWhy;  // SQLite's message for it
     };
 
-    explicit Connection(sqlite3* db) : db_(db) {}
+    explicit Connection(sqlite3* db) : state_(std::make_unique<State>(db)) {}
 
-    std::unique_ptr<sqlite3, Closer> db_;
+    std::unique_ptr<State> state_;
 };
 
 }  // namespace qx9::sqlite
