@@ -15,9 +15,9 @@ AppDelegate::AppDelegate(QObject* parent)
 
 AppDelegate::~AppDelegate() { delete quickButton; }
 
-void AppDelegate::applicationDidFinishLaunching() {
+void AppDelegate::applicationDidFinishLaunching(CaptureState& capture) {
     startPrivilegeMonitor();
-    KeystrokeCapture::instance().start();
+    KeystrokeCapture::instance().start(capture);
     createButtonStatusBar();
 }
 

@@ -13,13 +13,16 @@ class PrivilegeMonitor;
 
 // The process-level work at launch: the permission monitor, keystroke capture and the tray
 // item whose menu quits the application.
+struct CaptureState;
+
 class AppDelegate : public QObject {
     Q_OBJECT
 public:
     explicit AppDelegate(QObject* parent = nullptr);
     ~AppDelegate() override;
 
-    void applicationDidFinishLaunching();
+    // Keystroke capture feeds `capture` (the window session's), which outlives the delegate.
+    void applicationDidFinishLaunching(CaptureState& capture);
     void startPrivilegeMonitor();
     void createButtonStatusBar();
     void clickQuit();

@@ -10,11 +10,10 @@
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
-#include <cerrno>
 
 #include "app/app_resources.h"
 #include "app/start_view.h"
-#include "hid/hidraw_device.h"
+#include "hid/device_access.h"
 #include "hid/virtual_qx9.h"
 #include "i18n/language.h"
 #include "i18n/language_switch.h"
@@ -78,7 +77,7 @@ KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidge
         QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
     };
     session_ = std::make_unique<KeyboardSession>(config, this);
-    rfDeviceMonitor = std::make_unique<HIDDeviceMonitor>(std::vector<HIDMonitorData>{{0x05AC, 0x024F}}, 64);
+    rfDeviceMonitor = std::make_unique<HIDDeviceMonitor>(std::vector<HIDMonitorData>{{kQX9VendorId, kQX9ProductId}}, kQX9FeatureSize);
     initViewUI();
     registerNotification();
 }
@@ -235,32 +234,28 @@ void KeyboardViewController::viewDidAppear() {
 }
 
 void KeyboardViewController::deviceArrived(const Notification& n) {
-    // A node we may not open is not a keyboard we can use: say how to fix it instead.
-    if (const auto* dict = std::any_cast<HIDDeviceDictionary>(&n.object)) {
-        auto it = dict->find(kDeviceKey);
-        if (it != dict->end() && it->second.device && !it->second.device->open()) {
-            const auto* node = dynamic_cast<const HidrawDevice*>(it->second.device.get());
-            if (node && node->openErrno() == EACCES) {
-                const QString path = QString::fromStdString(node->devnode());
-                QMetaObject::invokeMethod(this, [this, path] { nodevice_view->setAccessProblem(path); }, Qt::QueuedConnection);
-                return;
+    // Arrivals come on the monitor's thread; the device is opened on the main thread, which
+    // writes to it.
+    QMetaObject::invokeMethod(this, [this, n] {
+        // A node we may not open is not a keyboard we can use: say how to fix it instead.
+        if (const auto* dict = std::any_cast<HIDDeviceDictionary>(&n.object)) {
+            auto it = dict->find(kDeviceKey);
+            if (it != dict->end() && it->second.device) {
+                const OpenedInterface opened = openInterface(it->second);
+                if (opened.accessDenied) {
+                    nodevice_view->setAccessProblem(QString::fromStdString(opened.node));
+                    return;
+                }
             }
         }
-    }
-    session_->device.deviceConnected(n);
+        session_->device.deviceConnected(n);
+    }, Qt::QueuedConnection);
 }
 
 void KeyboardViewController::plugVirtualKeyboard(bool plugged) {
     if (!virtual_) return;
-    HIDDevice record;
-    record.vendorId = kQX9VendorId;
-    record.productId = kQX9ProductId;
-    record.featureSize = kQX9FeatureSize;
-    record.reportSize = 64;
-    record.name = "HALVORN QX9 (virtual)";
-    record.device = virtual_;
     NotificationCenter::defaultCenter().post(plugged ? kHIDDeviceConnected : kHIDDeviceDisconnected,
-                                             HIDDeviceDictionary{{kDeviceKey, record}});
+                                             HIDDeviceDictionary{{kDeviceKey, virtualQX9Record(virtual_)}});
 }
 
 void KeyboardViewController::showPage(int pageCode) {

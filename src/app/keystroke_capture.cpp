@@ -15,9 +15,9 @@ KeystrokeCapture& KeystrokeCapture::instance() {
 
 KeystrokeCapture::~KeystrokeCapture() = default;
 
-void KeystrokeCapture::start() {
+void KeystrokeCapture::start(CaptureState& state) {
     if (keylogger_) return;
-    keylogger_ = std::make_unique<Keylogger>();
+    keylogger_ = std::make_unique<Keylogger>(state);
     keylogger_->setWatchCallback([this](int fd, bool added) { watch(fd, added); });
     for (int fd : keylogger_->fds()) watch(fd, true);
     if (keylogger_->monitorFd() >= 0) {

@@ -9,6 +9,7 @@ class QSocketNotifier;
 namespace qx9 {
 
 class Keylogger;
+struct CaptureState;
 
 // Keystroke capture on the main thread: the keyboards' event nodes watched through socket
 // notifiers, and an application-wide event filter that, before any page sees a key event,
@@ -19,7 +20,8 @@ class KeystrokeCapture : public QObject {
 public:
     static KeystrokeCapture& instance();
 
-    void start();
+    // Starts feeding `state`, which must outlive the capture.
+    void start(CaptureState& state);
     bool started() const { return keylogger_ != nullptr; }
 
 protected:

@@ -66,6 +66,6 @@ int main(int argc, char** argv) {
     window.show();
 
     qx9::AppDelegate delegate;
-    delegate.applicationDidFinishLaunching();
+    delegate.applicationDidFinishLaunching(controller->session().core.capture);
     return app.exec();
 }

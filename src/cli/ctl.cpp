@@ -1,13 +1,19 @@
 #include "cli/ctl.h"
 
+#include <cctype>
 #include <charconv>
 #include <fstream>
 #include <map>
 #include <sstream>
 
 #include "cli/ctl_context.h"
+#include "cli/ctl_output.h"
 #include "common/console.h"
 #include "hid/wire_log.h"
+#include "i18n/language.h"
+#include "layout/key_maps.h"
+#include "ops/profiles.h"
+#include "ops/settings.h"
 
 namespace qx9::ctl {
 
@@ -96,32 +102,66 @@ std::int64_t parseInteger(const std::string& text, const std::string& what) {
     return v;
 }
 
-int profileRow(Context& c, std::int64_t profileId) {
-    const auto& rows = c.session->profiles.rows();
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].profileId == profileId) return static_cast<int>(i);
-    }
-    return -1;
+std::int64_t parseInRange(const std::string& text, const std::string& what, std::int64_t lo, std::int64_t hi) {
+    const std::int64_t v = parseInteger(text, what);
+    if (v < lo || v > hi) throw UsageError{what + " is " + std::to_string(lo) + "-" + std::to_string(hi) + ", not " + text};
+    return v;
 }
 
 std::int64_t parseProfile(Context& c, const std::string& text) {
     const std::int64_t id = parseInteger(text, "the profile");
-    if (profileRow(c, id) < 0) throw UsageError{"no profile " + text + " (see: qx9ctl profile list)"};
+    if (!ops::profileExists(c.database(), id)) throw UsageError{"no profile " + text + " (see: qx9ctl profile list)"};
     return id;
 }
 
-void openSession(Context& c) {
-    KeyboardSession& s = *c.session;
-    if (c.hasKeyboard()) {
-        std::lock_guard lock(s.core.mutex);
-        s.core.kbHIDdevice = c.device.record.device;
+std::int64_t parseKeyCode(const std::string& text, const char* example) {
+    if (const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(text)) {
+        if (G_KB_SuperKeyCodeMap.contains(e->key_code)) return e->key_code;
+    } else if (!text.empty() && std::isdigit(static_cast<unsigned char>(text[0]))) {
+        const std::int64_t code = parseInteger(text, "the key");
+        if (code == static_cast<int>(code) && G_KB_SuperKeyCodeMap.contains(static_cast<int>(code))) return code;
     }
-    s.device.openQuietly();
+    throw UsageError{"no key \"" + text + "\" on the QX9 (a key name such as a, escape, " + example + ", or a key code)"};
+}
+
+bool parseOnOff(const std::string& text, const std::string& what) {
+    if (text == "on") return true;
+    if (text == "off") return false;
+    throw UsageError{what + " takes on or off, not \"" + text + "\""};
+}
+
+void expectArgs(const std::vector<std::string>& args, std::size_t n, const std::string& usage) {
+    if (args.size() != n) throw UsageError{"usage: qx9ctl " + usage};
+}
+
+void printRecord(Context& c, std::int64_t id, const std::string& name) {
+    Table table({"id", "name"});
+    table.add({std::to_string(id), name});
+    table.print(c.out, c.options.json);
+}
+
+void check(const ops::Outcome& outcome) {
+    if (outcome) return;
+    throw UsageError{outcome.title.empty() ? outcome.message : outcome.title + ": " + outcome.text};
+}
+
+DeviceSQLite& Context::database() {
+    if (db_) return *db_;
+    db_ = options.db.empty() ? std::make_unique<DeviceSQLite>(kDeviceDatabaseFileName)
+                             : std::make_unique<DeviceSQLite>(DeviceSQLite::atPath(options.db));
     std::vector<ProfileData> profiles;
-    if (!s.core.db() || !s.core.db()->isConnected() || !s.core.db()->queryProfileList(profiles)) {
-        throw UsageError{"cannot open the database " + (c.options.db.empty() ? std::string(kDeviceDatabaseFileName) : c.options.db)};
+    if (!db_->isConnected() || !db_->queryProfileList(profiles)) {
+        throw UsageError{"cannot open the database " + (options.db.empty() ? std::string(kDeviceDatabaseFileName) : options.db)};
     }
-    s.core.initFinish = true;
+    curLanguage = ops::languageInUse(*db_);
+    return *db_;
+}
+
+ops::Target Context::target() {
+    DeviceSQLite& db = database();
+    sends = true;
+    if (hasKeyboard() && !comm_) comm_ = std::make_unique<DeviceComm>(device.record.device, nullptr, wire);
+    return ops::Target{db, comm_.get()};
 }
 
 int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
@@ -136,38 +176,26 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         if (handler == commands().end()) throw UsageError{"unknown command " + options.command[0]};
         previousConsole = setConsoleStream(options.verbose ? &err : &quiet);
         redirected = true;
+        installKB108KMaps();  // the QX9's key maps, as the window's layout builder installs them
 
-        Context c{options, out, err, {}, {}, nullptr, false};
+        Context c(options, out, err);
         std::string error;
         if (options.command[0] != "devices" && !openDevice(options.device, c.device, error)) {
             throw UsageError{error};
         }
-        SessionConfig config;
-        if (!options.db.empty()) {
-            const std::string path = options.db;
-            config.openDatabase = [path](const std::string&) {
-                return std::make_unique<DeviceSQLite>(DeviceSQLite::atPath(path));
-            };
-        }
         if (options.wire == "-") {
-            config.wire = std::make_shared<WireLogWriter>(out);
+            c.wire = std::make_shared<WireLogWriter>(out);
         } else if (!options.wire.empty()) {
             wireFile = std::make_unique<std::ofstream>(options.wire, std::ios::app);
             if (!*wireFile) throw UsageError{"cannot write the wire log " + options.wire};
-            config.wire = std::make_shared<WireLogWriter>(*wireFile);
+            c.wire = std::make_shared<WireLogWriter>(*wireFile);
         }
-        c.session = std::make_unique<KeyboardSession>(config, &c.events);
-        c.session->core.worksWithoutKeyboard = true;
 
         handler->second(c, std::vector<std::string>(options.command.begin() + 1, options.command.end()));
 
         if (c.sends && !c.hasKeyboard()) err << "qx9ctl: no keyboard attached: stored only, nothing was sent\n";
         if (!saveVirtualState(c.device, error)) throw UsageError{error};
         setConsoleStream(previousConsole);
-        if (!c.events.warnings.empty()) {
-            err << "qx9ctl: " << c.events.warnings.front() << '\n';
-            return 1;
-        }
         return 0;
     } catch (const UsageError& e) {
         if (redirected) setConsoleStream(previousConsole);

@@ -6,7 +6,10 @@
 #include <vector>
 
 #include "cli/ctl_device.h"
-#include "session/keyboard_session.h"
+#include "hid/device_comm.h"
+#include "hid/wire_log.h"
+#include "ops/target.h"
+#include "store/device_sqlite.h"
 
 namespace qx9::ctl {
 
@@ -24,32 +27,40 @@ struct Options {
     std::vector<std::string> command;
 };
 
-// The warnings the session shows as sheets; qx9ctl reports the first as its error.
-class CtlEvents final : public SessionEvents {
+// What one qx9ctl run works on. The database and the transport are opened when a command first
+// needs them, and a command opens nothing else.
+class Context {
 public:
-    void warning(const std::string& message, const std::string& informative) override {
-        if (warnings.empty()) warnings.push_back(message + ": " + informative);
-    }
-    std::vector<std::string> warnings;
-};
+    Context(Options options, std::ostream& out, std::ostream& err) : options(std::move(options)), out(out), err(err) {}
 
-struct Context {
     Options options;
     std::ostream& out;
     std::ostream& err;
     OpenedDevice device;
-    CtlEvents events;
-    std::unique_ptr<KeyboardSession> session;
+    std::shared_ptr<WireSink> wire;
     bool sends = false;  // the command writes to the keyboard
 
     bool hasKeyboard() const { return device.record.device != nullptr; }
+    // The database, opened on first use, with the interface language it stores applied to the
+    // texts the commands store; a file that cannot be opened or read is a UsageError.
+    DeviceSQLite& database();
+    // The database and, when a keyboard is attached, its transport; marks the command as one
+    // that sends.
+    ops::Target target();
+
+private:
+    std::unique_ptr<DeviceSQLite> db_;
+    std::unique_ptr<DeviceComm> comm_;
 };
+
+// Throws the outcome's reason as a UsageError unless it is done.
+void check(const ops::Outcome& outcome);
 
 // Commands (args without the command's own name).
 void cmdDevices(Context& c, const std::vector<std::string>& args);
 void cmdConnect(Context& c, const std::vector<std::string>& args);
 void cmdProfile(Context& c, const std::vector<std::string>& args);
-void cmdKey(Context& c, const std::vector<std::string>& args);
+void cmdKey(Context& c, const std::vector<std::string>& args);       // ctl_keys.cpp
 void cmdFnMode(Context& c, const std::vector<std::string>& args);
 void cmdSettings(Context& c, const std::vector<std::string>& args);
 void cmdKeyboardState(Context& c, const std::vector<std::string>& args);
@@ -59,12 +70,15 @@ void cmdUserLight(Context& c, const std::vector<std::string>& args);  // ctl_use
 void cmdExport(Context& c, const std::vector<std::string>& args);     // ctl_export.cpp
 void cmdImport(Context& c, const std::vector<std::string>& args);     // ctl_export.cpp
 
-// Opens the database and the keyboard as the first connection does, sending nothing.
-void openSession(Context& c);
-
 // Parsing helpers; each throws UsageError with a clear message.
 std::int64_t parseInteger(const std::string& text, const std::string& what);
+std::int64_t parseInRange(const std::string& text, const std::string& what, std::int64_t lo, std::int64_t hi);
 std::int64_t parseProfile(Context& c, const std::string& text);  // an existing profile id
-int profileRow(Context& c, std::int64_t profileId);
+// A key by name (a, escape, leftWin, i1 …) or code: its code, when the code map has it.
+// `example` is the key name the error message gives as an example.
+std::int64_t parseKeyCode(const std::string& text, const char* example = "leftWin");
+bool parseOnOff(const std::string& text, const std::string& what);
+void expectArgs(const std::vector<std::string>& args, std::size_t n, const std::string& usage);
+void printRecord(Context& c, std::int64_t id, const std::string& name);
 
 }  // namespace qx9::ctl

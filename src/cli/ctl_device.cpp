@@ -1,18 +1,11 @@
 #include "cli/ctl_device.h"
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 
-#include "hid/hidraw_device.h"
+#include "hid/device_access.h"
 #include "hid/udev_hid.h"
 
 namespace qx9::ctl {
-
-std::string accessFix() {
-    return "install the udev rule 70-halvorn-qx9.rules (cmake --install, or scripts/run.sh as "
-           "root) and replug the keyboard";
-}
 
 namespace {
 
@@ -21,10 +14,9 @@ bool useInterface(const AttachedInterface& a, OpenedDevice& opened, std::string&
         error = a.devnode + " is not a QX9 configuration interface";
         return false;
     }
-    if (!a.record.device->open()) {
-        const auto* node = dynamic_cast<const HidrawDevice*>(a.record.device.get());
-        error = "cannot open " + a.devnode + ": " + a.record.device->lastError();
-        if (node && node->openErrno() == EACCES) error += "; " + accessFix();
+    const OpenedInterface node = openInterface(a.record);
+    if (!node.opened) {
+        error = node.error;
         return false;
     }
     opened.record = a.record;
@@ -45,11 +37,7 @@ bool openDevice(const std::string& spec, OpenedDevice& opened, std::string& erro
         }
         keyboard->open();
         opened.virtualKeyboard = keyboard;
-        opened.record.vendorId = kQX9VendorId;
-        opened.record.productId = kQX9ProductId;
-        opened.record.featureSize = kQX9FeatureSize;
-        opened.record.name = "HALVORN QX9 (virtual)";
-        opened.record.device = keyboard;
+        opened.record = virtualQX9Record(keyboard);
         return true;
     }
     const auto interfaces = enumerateHidInterfaces(false);

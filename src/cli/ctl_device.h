@@ -25,7 +25,4 @@ bool openDevice(const std::string& spec, OpenedDevice& opened, std::string& erro
 // Saves a virtual keyboard's memory back to its file, if it has one.
 bool saveVirtualState(OpenedDevice& opened, std::string& error);
 
-// The fix for a node that exists but cannot be opened.
-std::string accessFix();
-
 }  // namespace qx9::ctl

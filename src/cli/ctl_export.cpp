@@ -2,18 +2,16 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 
 #include "cli/ctl_context.h"
-#include "session/config_export.h"
+#include "ops/configuration.h"
 
 namespace qx9::ctl {
 
 void cmdExport(Context& c, const std::vector<std::string>& args) {
     if (args.size() != 1 || args[0].empty()) throw UsageError{"usage: qx9ctl export FILE (- for standard output)"};
-    openSession(c);
     std::string error;
-    const std::optional<std::string> document = exportConfiguration(*c.session, error);
+    const std::optional<std::string> document = ops::exportConfiguration(c.database(), error);
     if (!document) throw UsageError{"cannot export: " + error};
     if (args[0] == "-") {
         c.out << *document;
@@ -42,15 +40,12 @@ void cmdImport(Context& c, const std::vector<std::string>& args) {
     if (!in) throw UsageError{"cannot read " + args[0]};
     const std::string document((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     if (in.bad()) throw UsageError{"cannot read " + args[0]};
-    // Checked before the session opens: a refused document changes nothing, not even the
+    // Checked before the database opens: a refused document changes nothing, not even the
     // first-start data of a new database file.
     std::string error;
-    if (!parseConfigurationDocument(document, error)) throw UsageError{args[0] + " was not imported: " + error};
-    openSession(c);
-    c.sends = true;
-    if (!importConfiguration(*c.session, document, error)) {
-        throw UsageError{args[0] + " was not imported: " + error + "; the database is unchanged"};
-    }
+    if (!ops::parseConfigurationDocument(document, error)) throw UsageError{args[0] + " was not imported: " + error};
+    const ops::Outcome imported = ops::importConfiguration(c.target(), document);
+    if (!imported) throw UsageError{args[0] + " was not imported: " + imported.message};
 }
 
 }  // namespace qx9::ctl

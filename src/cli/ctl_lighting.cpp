@@ -1,71 +1,60 @@
-// qx9ctl light: the backlight page — the effect list, the selected effect's parameters and the
-// backlight sleep time. Each command first shows the page for the current effect as the window
-// does after selecting it (nothing stored or sent), so that a control the window disables or
-// hides for that effect is refused here too.
+// qx9ctl light: the backlight effects, the selected effect's parameters and the sleep time.
+// A parameter the window disables or hides for the selected effect is refused here too.
 #include <cstdio>
 
 #include "cli/ctl_context.h"
 #include "cli/ctl_output.h"
+#include "i18n/language.h"
+#include "ops/keyboard_writes.h"
+#include "ops/lighting.h"
+#include "ops/settings.h"
+#include "session/backlight_parameters.h"
 
 namespace qx9::ctl {
 
 namespace {
 
 const char* const kLightUsage =
-    "usage: qx9ctl light list | select ROW | color R G B | preset 1-14 | random on|off | "
-    "brightness V |"
-    " speed V | direction up|down|left|right | sleep 0-3 | show";
+    "usage: qx9ctl light list | select ROW | color R G B | preset 1-14 | random on|off | brightness 0-15 | "
+    "speed 0-15 | direction up|down|left|right | sleep 0-3 | show";
 
-std::int64_t inRange(const std::string& text, const std::string& what, std::int64_t lo,
-                     std::int64_t hi) {
-    const std::int64_t v = parseInteger(text, what);
-    if (v < lo || v > hi)
-        throw UsageError{what + " is " + std::to_string(lo) + "-" + std::to_string(hi) + ", not " +
-                         text};
-    return v;
-}
+// The slider range of brightness and speed.
+constexpr std::int64_t kSliderMaximum = 15;
 
-void expectArgs(const std::vector<std::string>& args, std::size_t n, const std::string& usage) {
-    if (args.size() != n) throw UsageError{"usage: qx9ctl light " + usage};
-}
+// The selected effect, under the settings profile, with its record.
+struct Effect {
+    std::int64_t mode = 0;
+    LightRecord record{};
+    ops::EffectControls controls;
+};
 
-int currentRow(Context& c) {
-    const auto& rows = c.session->lighting.light_mode_datas();
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].mode == c.session->core.currentLightMode) return static_cast<int>(i);
+int rowOf(std::int64_t mode) {
+    for (int r = 0; r < ops::kEffectRows; ++r) {
+        if (ops::effectOfRow(r) == mode) return r;
     }
     return -1;
 }
 
-std::string effectName(Context& c) {
-    const int row = currentRow(c);
-    if (row < 0) return "mode " + std::to_string(c.session->core.currentLightMode);
-    return "\"" + c.session->lighting.light_mode_datas()[static_cast<std::size_t>(row)].text + "\"";
+std::string effectName(std::int64_t mode) {
+    const int row = rowOf(mode);
+    if (row < 0) return "mode " + std::to_string(mode);
+    return "\"" + localizedText(ops::effectTextId(row)) + "\"";
 }
 
-// Opens the session and shows the page for the current effect.
-LightingPage& openPage(Context& c) {
-    openSession(c);
-    if (!c.session->lighting.showCurrentModeControls()) {
-        throw UsageError{"cannot read the backlight record of mode " +
-                         std::to_string(c.session->core.currentLightMode)};
+Effect selected(Context& c) {
+    Effect e;
+    e.mode = ops::selectedEffect(c.database());
+    if (!ops::readLightRecord(c.database(), ops::kSettingsProfile, e.mode, e.record)) {
+        throw UsageError{"cannot read the backlight record of mode " + std::to_string(e.mode)};
     }
-    return c.session->lighting;
+    e.controls = ops::effectControls(e.mode, e.record);
+    return e;
 }
 
-LightRecord storedRecord(Context& c) {
-    lightData data;
-    c.session->core.db()->queryLightInfo(c.session->core.currentProfile,
-                                         c.session->core.currentLightMode, data);
-    return data.data;
-}
-
-void requireColour(Context& c, const LightingPage& page) {
-    if (page.colorButtonsEnabled()) return;
-    if (page.light_btn_randomcolor().tag == 1) {
-        throw UsageError{"the colour is off while random colour is on (qx9ctl light random off)"};
-    }
-    throw UsageError{effectName(c) + " has no colour of its own"};
+void requireColour(const Effect& e) {
+    if (e.controls.colour) return;
+    if (e.controls.randomShownOn) throw UsageError{"the colour is off while random colour is on (qx9ctl light random off)"};
+    throw UsageError{effectName(e.mode) + " has no colour of its own"};
 }
 
 std::string hexColour(std::uint32_t rgb) {
@@ -76,81 +65,70 @@ std::string hexColour(std::uint32_t rgb) {
 
 const char* directionName(int d) {
     switch (d) {
-        case 0:
-            return "left";
-        case 1:
-            return "right";
-        case 2:
-            return "up";
-        case 3:
-            return "down";
-        default:
-            return "?";
+        case ops::kLeft: return "left";
+        case ops::kRight: return "right";
+        case ops::kUp: return "up";
+        case ops::kDown: return "down";
+        default: return "?";
     }
 }
 
-std::string directionButtons(const LightingPage& page) {
-    static const char* const names[4] = {"up", "right", "left", "down"};
+// The direction buttons shown, in the page's order, the one that shows selected marked.
+std::string directionButtons(const Effect& e) {
     std::string text;
-    for (int i = 0; i < 4; ++i) {
-        const LightImageButton& b = page.directionButton(LightingPage::kTagDirectionTop + i);
-        if (b.hidden) continue;
-        if (!text.empty()) text += ", ";
-        text += names[i];
-        if (b.image.ends_with("_check")) text += " (selected)";
+    const auto add = [&](const char* name, bool on) { text += (text.empty() ? "" : ", ") + std::string(name) + (on ? " (selected)" : ""); };
+    const std::uint8_t d = e.record[ops::kLightDirection];
+    if (e.controls.upDown) {
+        add("up", d == ops::kDown);  // direction 3 shows on the up button, as in the window
+        add("down", d != ops::kDown);
+    }
+    if (e.controls.leftRight) {
+        add("right", d == ops::kRight);
+        add("left", d != ops::kRight);
     }
     return text.empty() ? "none" : text;
 }
 
-std::string preview(Context& c, const LightingPage& page) {
-    const auto& colours = page.keyColours();
-    if (colours == colorfulLightColours(c.session->keys.keys())) return "colourful";
-    for (std::uint32_t k : colours) {
-        if (k != colours.front()) return "mixed";
-    }
-    return colours.empty() ? "none" : hexColour(colours.front());
+std::string preview(const Effect& e) {
+    if (e.controls.colourful) return "colourful";
+    if (!e.controls.known || e.mode == ops::kEffectOff) return hexColour(0);
+    return hexColour(rgbValue(coarseColorFromBytes(e.record[ops::kLightRed], e.record[ops::kLightGreen], e.record[ops::kLightBlue])));
 }
 
-void lightList(Context& c, const std::vector<std::string>& args) {
-    expectArgs(args, 1, "list");
-    openSession(c);
-    const LightingPage& page = c.session->lighting;
+void lightList(Context& c) {
+    const std::int64_t mode = ops::selectedEffect(c.database());
     Table table({"row", "mode", "name", "selected"});
-    const auto& rows = page.light_mode_datas();
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        table.add({std::to_string(i), std::to_string(rows[i].mode), rows[i].text,
-                   static_cast<int>(i) == page.selectedRow() ? "*" : ""});
+    for (int r = 0; r < ops::kEffectRows; ++r) {
+        table.add({std::to_string(r), std::to_string(ops::effectOfRow(r)), localizedText(ops::effectTextId(r)),
+                   ops::effectOfRow(r) == mode ? "*" : ""});
     }
     table.print(c.out, c.options.json);
 }
 
-void lightShow(Context& c, const std::vector<std::string>& args) {
-    expectArgs(args, 1, "show");
-    const LightingPage& page = openPage(c);
-    const LightRecord r = storedRecord(c);
-    const int row = currentRow(c);
-    const LightImageButton& random = page.light_btn_randomcolor();
-    const LightSlider& speed = page.light_slider_speed();
+void lightShow(Context& c) {
+    const Effect e = selected(c);
+    const LightRecord& r = e.record;
+    const int row = rowOf(e.mode);
     auto enabled = [](bool on) { return std::string(on ? "enabled" : "disabled"); };
     Table table({"setting", "value"});
-    table.add({"profile", std::to_string(c.session->core.currentProfile)});
-    table.add({"mode", std::to_string(c.session->core.currentLightMode)});
+    table.add({"profile", std::to_string(ops::kSettingsProfile)});
+    table.add({"mode", std::to_string(e.mode)});
     table.add({"row", row < 0 ? "none" : std::to_string(row)});
-    table.add({"name", row < 0 ? "" : page.light_mode_datas()[static_cast<std::size_t>(row)].text});
-    table.add(
-        {"color", std::to_string(r[1]) + " " + std::to_string(r[2]) + " " + std::to_string(r[3])});
-    table.add({"color_controls", enabled(page.colorButtonsEnabled())});
-    table.add({"random", r[8] == 1 ? "on" : "off"});
-    table.add({"random_switch",
-               std::string(random.tag == 1 ? "on" : "off") + ", " + enabled(random.enabled)});
-    table.add({"brightness", std::to_string(r[9])});
-    table.add({"brightness_slider", std::to_string(page.light_slider_brightness().value)});
-    table.add({"speed", std::to_string(r[10])});
-    table.add({"speed_slider", std::to_string(speed.value) + ", " + enabled(speed.enabled)});
-    table.add({"direction", std::to_string(r[11]) + " " + directionName(r[11])});
-    table.add({"direction_buttons", directionButtons(page)});
-    table.add({"preview", preview(c, page)});
-    table.add({"sleeplight", c.session->core.db()->getConfigData(1, "sleeplight")});
+    table.add({"name", row < 0 ? "" : localizedText(ops::effectTextId(row))});
+    table.add({"color", std::to_string(r[ops::kLightRed]) + " " + std::to_string(r[ops::kLightGreen]) + " " +
+                            std::to_string(r[ops::kLightBlue])});
+    table.add({"color_controls", enabled(e.controls.colour)});
+    table.add({"random", r[ops::kLightRandom] == ops::kRandomOn ? "on" : "off"});
+    table.add({"random_switch", std::string(e.controls.randomShownOn ? "on" : "off") + ", " + enabled(e.controls.randomSwitch)});
+    table.add({"brightness", std::to_string(r[ops::kLightBrightness])});
+    table.add({"brightness_slider", std::to_string(e.mode == ops::kEffectOff ? 0 : r[ops::kLightBrightness] & kSliderMaximum)});
+    table.add({"speed", std::to_string(r[ops::kLightSpeed])});
+    table.add({"speed_slider", std::to_string(e.controls.speed ? r[ops::kLightSpeed] & kSliderMaximum : 0) + ", " +
+                                   enabled(e.controls.speed)});
+    table.add({"direction", std::to_string(r[ops::kLightDirection]) + " " + directionName(r[ops::kLightDirection])});
+    table.add({"direction_buttons", directionButtons(e)});
+    table.add({"preview", preview(e)});
+    table.add({"sleeplight", c.database().getConfigData(ops::kSettingsProfile, ops::kSleepLight)});
     table.print(c.out, c.options.json);
 }
 
@@ -159,94 +137,68 @@ void lightShow(Context& c, const std::vector<std::string>& args) {
 void cmdLight(Context& c, const std::vector<std::string>& args) {
     if (args.empty()) throw UsageError{kLightUsage};
     const std::string& verb = args[0];
-    if (verb == "list") return lightList(c, args);
-    if (verb == "show") return lightShow(c, args);
-
-    if (verb == "select") {
-        expectArgs(args, 2, "select ROW");
-        const std::int64_t row = inRange(args[1], "the row", 0, LightingPage::kModeRows - 1);
-        LightingPage& page = openPage(c);
-        c.sends = true;
-        page.lightModeSelectionChanged(static_cast<int>(row));
-    } else if (verb == "color") {
-        expectArgs(args, 4, "color R G B");
-        const std::int64_t red = inRange(args[1], "red", 0, 255);
-        const std::int64_t green = inRange(args[2], "green", 0, 255);
-        const std::int64_t blue = inRange(args[3], "blue", 0, 255);
-        LightingPage& page = openPage(c);
-        requireColour(c, page);
-        c.sends = true;
-        // Chosen in the colour panel, which keeps every byte (the number fields would keep only
-        // 0 or 255 per channel).
-        page.colorButtonAction(LightingPage::kTagColorSwatch);
-        page.lightColorPanel(lightColorOf(static_cast<std::uint8_t>(red),
-                                          static_cast<std::uint8_t>(green),
-                                          static_cast<std::uint8_t>(blue)));
-    } else if (verb == "preset") {
-        expectArgs(args, 2, "preset 1-14");
-        const std::int64_t preset = inRange(args[1], "the preset", 1, kPresetColorCount);
-        LightingPage& page = openPage(c);
-        requireColour(c, page);
-        c.sends = true;
-        page.colorButtonAction(LightingPage::kTagFirstPreset + static_cast<int>(preset) - 1);
-    } else if (verb == "random") {
-        expectArgs(args, 2, "random on|off");
-        if (args[1] != "on" && args[1] != "off")
-            throw UsageError{"random takes on or off, not \"" + args[1] + "\""};
-        LightingPage& page = openPage(c);
-        if (!page.light_btn_randomcolor().enabled)
-            throw UsageError{effectName(c) + " has no random colour"};
-        const bool on = args[1] == "on";
-        if ((page.light_btn_randomcolor().tag == 1) == on) return;  // the switch shows it already
-        c.sends = true;
-        page.lightRondomColorSwitch();
-    } else if (verb == "brightness" || verb == "speed") {
-        expectArgs(args, 2,
-                   verb + " " + std::to_string(LightingPage::kSliderMinimum) + "-" +
-                       std::to_string(LightingPage::kSliderMaximum));
-        const std::int64_t value = inRange(args[1], "the " + verb, LightingPage::kSliderMinimum,
-                                           LightingPage::kSliderMaximum);
-        LightingPage& page = openPage(c);
-        if (verb == "brightness") {
-            c.sends = true;
-            page.backlightBrightnessChange(value);
+    const auto expect = [&](std::size_t n, const char* usage) { expectArgs(args, n, std::string("light ") + usage); };
+    const std::int64_t profile = ops::kSettingsProfile;
+    if (verb == "list") {
+        expect(1, "list");
+        lightList(c);
+    } else if (verb == "show") {
+        expect(1, "show");
+        lightShow(c);
+    } else if (verb == "select") {
+        expect(2, "select ROW");
+        const std::int64_t row = parseInRange(args[1], "the row", 0, ops::kEffectRows - 1);
+        LightRecord record{};
+        check(ops::selectEffect(c.target(), profile, ops::effectOfRow(static_cast<int>(row)), record));
+    } else if (verb == "color" || verb == "preset") {
+        if (verb == "color") expect(4, "color R G B");
+        else expect(2, "preset 1-14");
+        RgbColor colour;
+        if (verb == "color") {
+            colour = {static_cast<int>(parseInRange(args[1], "red", 0, 255)), static_cast<int>(parseInRange(args[2], "green", 0, 255)),
+                      static_cast<int>(parseInRange(args[3], "blue", 0, 255))};
         } else {
-            if (!page.light_slider_speed().enabled)
-                throw UsageError{effectName(c) + " has no speed"};
-            c.sends = true;
-            page.backlightSpeedChange(value);
+            colour = presetLightColor(static_cast<int>(parseInRange(args[1], "the preset", 1, kPresetColorCount)));
+        }
+        const Effect e = selected(c);
+        requireColour(e);
+        check(ops::setLightColour(c.target(), profile, e.mode, static_cast<std::uint8_t>(colour.r),
+                                  static_cast<std::uint8_t>(colour.g), static_cast<std::uint8_t>(colour.b)));
+    } else if (verb == "random") {
+        expect(2, "random on|off");
+        const bool on = parseOnOff(args[1], "random");
+        const Effect e = selected(c);
+        if (!e.controls.randomSwitch) throw UsageError{effectName(e.mode) + " has no random colour"};
+        if (e.controls.randomShownOn == on) return;  // the switch shows it already
+        check(ops::setRandomColour(c.target(), profile, e.mode, on));
+    } else if (verb == "brightness" || verb == "speed") {
+        expect(2, verb == "speed" ? "speed 0-15" : "brightness 0-15");
+        const std::int64_t value = parseInRange(args[1], "the " + verb, 0, kSliderMaximum);
+        const Effect e = selected(c);
+        if (verb == "brightness") {
+            check(ops::setBrightness(c.target(), profile, e.mode, value));
+        } else {
+            if (!e.controls.speed) throw UsageError{effectName(e.mode) + " has no speed"};
+            check(ops::setSpeed(c.target(), profile, e.mode, value));
         }
     } else if (verb == "direction") {
-        expectArgs(args, 2, "direction up|down|left|right");
+        expect(2, "direction up|down|left|right");
         const std::string& d = args[1];
-        const int tag = d == "up"      ? LightingPage::kTagDirectionTop
-                        : d == "right" ? LightingPage::kTagDirectionRight
-                        : d == "left"  ? LightingPage::kTagDirectionLeft
-                        : d == "down"  ? LightingPage::kTagDirectionBottom
-                                       : 0;
-        if (tag == 0)
-            throw UsageError{"direction takes up, down, left or right, not \"" + d + "\""};
-        LightingPage& page = openPage(c);
-        if (page.directionButton(tag).hidden) {
-            std::string shown;
-            for (const auto& [name, t] : {std::pair{"up", LightingPage::kTagDirectionTop},
-                                          std::pair{"down", LightingPage::kTagDirectionBottom},
-                                          std::pair{"left", LightingPage::kTagDirectionLeft},
-                                          std::pair{"right", LightingPage::kTagDirectionRight}}) {
-                if (!page.directionButton(t).hidden)
-                    shown += (shown.empty() ? "" : " or ") + std::string(name);
-            }
-            throw UsageError{effectName(c) +
-                             (shown.empty() ? " has no direction" : " takes " + shown)};
+        const std::int64_t direction = d == "up" ? ops::kUp : d == "right" ? ops::kRight : d == "left" ? ops::kLeft
+                                       : d == "down" ? ops::kDown : -1;
+        if (direction < 0) throw UsageError{"direction takes up, down, left or right, not \"" + d + "\""};
+        const Effect e = selected(c);
+        const bool upDown = direction == ops::kUp || direction == ops::kDown;
+        if (upDown ? !e.controls.upDown : !e.controls.leftRight) {
+            const char* shown = e.controls.upDown ? " takes up or down" : e.controls.leftRight ? " takes left or right" : " has no direction";
+            throw UsageError{effectName(e.mode) + shown};
         }
-        c.sends = true;
-        page.light_button_direction(tag);
+        check(ops::setDirection(c.target(), profile, e.mode, direction));
     } else if (verb == "sleep") {
-        expectArgs(args, 2, "sleep 0-3");
-        const std::int64_t value = inRange(args[1], "the sleep time", 0, 3);
-        LightingPage& page = openPage(c);
-        c.sends = true;
-        page.light_button_lightsleeptime(LightingPage::kTagFirstSleep + static_cast<int>(value));
+        expect(2, "sleep 0-3");
+        const std::int64_t value = parseInRange(args[1], "the sleep time", 0, ops::kSleepTimeCount - 1);
+        const ops::Target target = c.target();
+        check(ops::setSleepTime(target, value, ops::storedSwitches(target.db)));
     } else {
         throw UsageError{"unknown light command " + verb};
     }

@@ -1,12 +1,11 @@
-// qx9ctl userlight: the per-key lighting sets of the user-light page.
-#include <cctype>
+// qx9ctl userlight: the per-key colour sets.
 #include <charconv>
 #include <cstdio>
 
 #include "cli/ctl_context.h"
 #include "cli/ctl_output.h"
-#include "hid/capture_state.h"
-#include "layout/key_maps.h"
+#include "ops/settings.h"
+#include "ops/user_lights.h"
 
 namespace qx9::ctl {
 
@@ -21,28 +20,24 @@ std::string hexColour(std::uint32_t v) {
     return buf;
 }
 
+std::vector<UserLightData> sets(Context& c) {
+    std::vector<UserLightData> list;
+    c.database().getUserLightData(ops::kSettingsProfile, list);
+    return list;
+}
+
 // The row of an existing set.
-int setRow(Context& c, const std::string& text) {
+std::size_t setRow(Context& c, const std::vector<UserLightData>& list, const std::string& text) {
     const std::int64_t id = parseInteger(text, "the user light");
-    const auto& rows = c.session->userLights.userlight_datas();
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].light == id) return static_cast<int>(i);
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (list[i].userlight_id == id) return i;
     }
     throw UsageError{"no user light " + text + " (see: qx9ctl userlight list)"};
 }
 
-// A key of the on-screen keyboard, by name or code: its layout position.
-std::size_t parseKey(Context& c, const std::string& text) {
-    std::int64_t code = -1;
-    if (const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(text)) {
-        code = e->key_code;
-    } else if (!text.empty() && std::isdigit(static_cast<unsigned char>(text[0]))) {
-        code = parseInteger(text, "the key");
-    }
-    for (const KeyData& k : c.session->keys.keys()) {
-        if (k.keycode == code) return static_cast<std::size_t>(k.index);
-    }
-    throw UsageError{"no key \"" + text + "\" on the QX9 (a key name such as a, escape, leftWin, or a key code)"};
+std::int64_t parseSet(Context& c, const std::string& text) {
+    const std::vector<UserLightData> list = sets(c);
+    return list[setRow(c, list, text)].userlight_id;
 }
 
 std::uint32_t parseColour(const std::string& text) {
@@ -56,24 +51,23 @@ std::uint32_t parseColour(const std::string& text) {
     return v;
 }
 
-// Loads a set as choosing its row does, without sending it: the command's own transaction
-// follows.
-void loadQuietly(Context& c, int row) {
-    SessionCore& core = c.session->core;
-    const bool wasMuted = core.muted;
-    core.muted = true;
-    c.session->userLights.userLightTableSelectionChanged(row);
-    core.muted = wasMuted;
-}
-
-void expectArgs(const std::vector<std::string>& args, std::size_t n) {
-    if (args.size() != n) throw UsageError{kUsage};
-}
-
-void printSet(Context& c, std::int64_t id, const std::string& name) {
-    Table table({"id", "name"});
-    table.add({std::to_string(id), name});
-    table.print(c.out, c.options.json);
+void paint(Context& c, const std::vector<std::string>& args) {
+    // paint ID KEY… --color RRGGBB
+    std::vector<std::int64_t> keys;
+    std::optional<std::uint32_t> colour;
+    for (std::size_t i = 2; i < args.size(); ++i) {
+        if (args[i] == "--color" || args[i] == "--colour") {
+            if (i + 1 >= args.size()) throw UsageError{"--color needs RRGGBB"};
+            if (colour) throw UsageError{"one --color per paint"};
+            colour = parseColour(args[++i]);
+        } else {
+            const std::int64_t code = parseKeyCode(args[i]);
+            if (!ops::paintablePosition(code)) throw UsageError{"the key \"" + args[i] + "\" is not on the on-screen keyboard"};
+            keys.push_back(code);
+        }
+    }
+    if (args.size() < 2 || keys.empty() || !colour) throw UsageError{"usage: qx9ctl userlight paint ID KEY... --color RRGGBB"};
+    check(ops::paintKeys(c.target(), parseSet(c, args[1]), keys, *colour));
 }
 
 }  // namespace
@@ -81,84 +75,42 @@ void printSet(Context& c, std::int64_t id, const std::string& name) {
 void cmdUserLight(Context& c, const std::vector<std::string>& args) {
     if (args.empty()) throw UsageError{kUsage};
     const std::string& verb = args[0];
-    UserLightPage* page = nullptr;
-    auto open = [&] {
-        openSession(c);
-        page = &c.session->userLights;
+    const auto expect = [&](std::size_t n) {
+        if (args.size() != n) throw UsageError{kUsage};
     };
     if (verb == "list") {
-        expectArgs(args, 1);
-        open();
+        expect(1);
         Table table({"id", "name"});
-        for (const UserLightRow& r : page->userlight_datas()) table.add({std::to_string(r.light), r.name});
+        for (const UserLightData& s : sets(c)) table.add({std::to_string(s.userlight_id), s.userlight_name});
         table.print(c.out, c.options.json);
     } else if (verb == "add") {
-        expectArgs(args, 1);
-        open();
-        const std::size_t before = page->userlight_datas().size();
-        c.sends = true;  // the new set is loaded, which sends it
-        page->addUserLight();
-        if (page->userlight_datas().size() == before) throw UsageError{"the database refused the new user light"};
-        printSet(c, page->userlight_datas().back().light, page->userlight_datas().back().name);
+        expect(1);
+        const std::string name = ops::newUserLightName(sets(c).size());
+        std::int64_t id = 0;
+        const ops::Target target = c.target();  // the new set is shown, which sends it
+        check(ops::addUserLight(target, name, id));
+        check(ops::showUserLight(target, id));
+        printRecord(c, id, name);
     } else if (verb == "delete") {
-        expectArgs(args, 2);
-        open();
-        const int row = setRow(c, args[1]);
-        page->setUserLightTableSelect(row);
-        // The set in the deleted one's row is loaded and sent, as in the window.
-        c.sends = row + 1 < static_cast<int>(page->userlight_datas().size());
-        page->delUserLight();
+        expect(2);
+        const std::vector<UserLightData> before = sets(c);
+        const std::size_t row = setRow(c, before, args[1]);
+        check(ops::deleteUserLight({c.database()}, before[row].userlight_id));
+        // The set that takes the deleted one's row is shown, which sends it, as in the window.
+        if (row + 1 < before.size()) check(ops::showUserLight(c.target(), before[row + 1].userlight_id));
     } else if (verb == "paint") {
-        // paint ID KEY… --color RRGGBB: the keys take the colour, then Apply.
-        std::vector<std::string> keys;
-        std::optional<std::string> colour;
-        for (std::size_t i = 2; i < args.size(); ++i) {
-            if (args[i] == "--color" || args[i] == "--colour") {
-                if (i + 1 >= args.size()) throw UsageError{"--color needs RRGGBB"};
-                if (colour) throw UsageError{"one --color per paint"};
-                colour = args[++i];
-            } else {
-                keys.push_back(args[i]);
-            }
-        }
-        if (args.size() < 2 || keys.empty() || !colour) throw UsageError{"usage: qx9ctl userlight paint ID KEY... --color RRGGBB"};
-        const std::uint32_t rgb = parseColour(*colour);
-        open();
-        const int row = setRow(c, args[1]);
-        std::vector<std::size_t> positions;
-        for (const std::string& k : keys) positions.push_back(parseKey(c, k));
-        loadQuietly(c, row);
-        // Click the first key, Shift-click the others, choose the colour in the colour panel.
-        const auto centre = [&](std::size_t p) {
-            const Rect& r = c.session->keys.keys()[p].rect;
-            return ViewPoint{r.x + r.width / 2, r.y + r.height / 2};
-        };
-        const std::int64_t shift = shiftKeyStatus;
-        for (std::size_t i = 0; i < positions.size(); ++i) {
-            shiftKeyStatus = i == 0 ? 0 : 1;
-            page->mouseDown(centre(positions[i]));
-            page->mouseUp();
-        }
-        shiftKeyStatus = shift;
-        page->userLightColorPanel(lightColorOf(static_cast<std::uint8_t>(rgb >> 16), static_cast<std::uint8_t>(rgb >> 8),
-                                               static_cast<std::uint8_t>(rgb)));
-        c.sends = true;
-        page->applyUserLightKeyColor();
+        paint(c, args);
     } else if (verb == "apply" || verb == "reset") {
-        expectArgs(args, 2);
-        open();
-        const int row = setRow(c, args[1]);
-        loadQuietly(c, row);
-        c.sends = true;
-        if (verb == "apply") page->applyUserLightKeyColor();
-        else page->resetUserLightKeyColor();
+        expect(2);
+        const std::int64_t set = parseSet(c, args[1]);
+        if (verb == "apply") check(ops::applyUserLight(c.target(), set, ops::setColours(c.database(), set)));
+        else check(ops::resetUserLight(c.target(), set));
     } else if (verb == "show") {
-        expectArgs(args, 2);
-        open();
-        loadQuietly(c, setRow(c, args[1]));
+        expect(2);
+        const std::vector<std::uint32_t> colours = ops::setColours(c.database(), parseSet(c, args[1]));
         Table table({"key", "code", "colour"});
-        for (const KeyData& k : c.session->keys.keys()) {
-            const std::uint32_t v = page->keyColours()[static_cast<std::size_t>(k.index)];
+        for (const KeyData& k : ops::paintableKeys()) {
+            const std::uint32_t v = colours[static_cast<std::size_t>(k.index)];
             if (v != 0) table.add({k.keyname, std::to_string(k.keycode), hexColour(v)});
         }
         table.print(c.out, c.options.json);

@@ -2,24 +2,29 @@
 
 #include <algorithm>
 
+#include "layout/key_maps.h"
+
 namespace qx9 {
 
-std::int64_t GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
-std::string lastKeyOperate;
-std::vector<std::int64_t> pressedNormalKey;
-std::vector<std::int64_t> pressedFlags;
-std::int64_t shiftKeyStatus = 0;
-std::int64_t lastMovedTime = 0;
-std::vector<std::int64_t> G_KB_NormalKeys;
-std::vector<std::int64_t> G_KB_FlagKeys;
-
 namespace {
+
+constexpr std::int64_t kFirstUsage = 4;
+constexpr std::int64_t kLastUsage = 2310;
+constexpr std::int64_t kLeftShiftUsage = 225;
+
 bool contains(const std::vector<std::int64_t>& list, std::int64_t v) {
     return std::find(list.begin(), list.end(), v) != list.end();
 }
+
 }  // namespace
 
-void recordKeyPressed(std::int64_t isPressed, std::int64_t scancode) {
+void CaptureState::setKeyClasses(const KeyNameMap& names) {
+    G_KB_FlagKeys.clear();
+    G_KB_NormalKeys.clear();
+    for (const KeyNameEntry& e : names.entries()) (e.key_type ? G_KB_FlagKeys : G_KB_NormalKeys).push_back(e.key_code);
+}
+
+void CaptureState::recordKeyPressed(std::int64_t isPressed, std::int64_t scancode) {
     GLOBAL_LAST_PRESS_KEY_SCANCODE = scancode;
     if (isPressed == 0) {
         lastKeyOperate = "up";
@@ -36,14 +41,14 @@ void recordKeyPressed(std::int64_t isPressed, std::int64_t scancode) {
     }
 }
 
-void captureKeyValue(std::int64_t usage, std::int64_t value, std::int64_t nowMs) {
+void CaptureState::captureKeyValue(std::int64_t usage, std::int64_t value, std::int64_t nowMs) {
     lastMovedTime = nowMs;
-    if (static_cast<std::uint64_t>(usage - 4) > 2306) return;  // usages 4–2310 only
-    if (usage == 225) shiftKeyStatus = value;
+    if (usage < kFirstUsage || usage > kLastUsage) return;
+    if (usage == kLeftShiftUsage) shiftKeyStatus = value;
     recordKeyPressed(value, usage);
 }
 
-void resetCaptureState() {
+void CaptureState::reset() {
     GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     lastKeyOperate.clear();
     pressedNormalKey.clear();

@@ -17,7 +17,7 @@ std::int64_t wallClockMs() {
     return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
 
-bool captureInputEvent(const input_event& ev) {
+bool captureInputEvent(CaptureState& state, const input_event& ev) {
     if (ev.type != EV_KEY) return false;
     if (ev.value != 0 && ev.value != 1) return false;  // 2: autorepeat of a held key
     const int usage = hidUsageFromLinuxKey(ev.code);
@@ -27,11 +27,11 @@ bool captureInputEvent(const input_event& ev) {
     std::int64_t ms = static_cast<std::int64_t>(ev.input_event_sec) * 1000 +
                       static_cast<std::int64_t>(ev.input_event_usec) / 1000;
     if (ms <= 0) ms = wallClockMs();
-    captureKeyValue(usage, ev.value, ms);
+    state.captureKeyValue(usage, ev.value, ms);
     return true;
 }
 
-EvdevKeyReader::EvdevKeyReader(UniqueFd fd) : fd_(std::move(fd)) {
+EvdevKeyReader::EvdevKeyReader(UniqueFd fd, CaptureState& state) : fd_(std::move(fd)), state_(state) {
     if (fd_ && libevdev_new_from_fd(fd_.get(), &dev_) < 0) dev_ = nullptr;
 }
 
@@ -49,11 +49,11 @@ bool EvdevKeyReader::readThroughLibevdev() {
     for (;;) {
         int rc = libevdev_next_event(dev_, LIBEVDEV_READ_FLAG_NORMAL, &ev);
         if (rc == LIBEVDEV_READ_STATUS_SUCCESS) {
-            captureInputEvent(ev);
+            captureInputEvent(state_, ev);
         } else if (rc == LIBEVDEV_READ_STATUS_SYNC) {
             // Events were lost: take the differences between the state we saw and the device's.
             while ((rc = libevdev_next_event(dev_, LIBEVDEV_READ_FLAG_SYNC, &ev)) == LIBEVDEV_READ_STATUS_SYNC) {
-                captureInputEvent(ev);
+                captureInputEvent(state_, ev);
             }
             if (rc != -EAGAIN && rc != -EINTR) return false;
         } else if (rc == -EAGAIN) {
@@ -84,7 +84,7 @@ bool EvdevKeyReader::readRecords() {
             } else if (skipToReport_) {
                 if (ev.type == EV_SYN && ev.code == SYN_REPORT) skipToReport_ = false;
             } else {
-                captureInputEvent(ev);
+                captureInputEvent(state_, ev);
             }
         }
         partial_.erase(partial_.begin(), partial_.begin() + static_cast<std::ptrdiff_t>(used));

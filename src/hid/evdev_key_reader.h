@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "common/unique_fd.h"
+#include "hid/capture_state.h"
 
 struct input_event;
 struct libevdev;
@@ -21,7 +22,7 @@ namespace qx9 {
 // one release, as keyboards report it over USB.
 class EvdevKeyReader {
 public:
-    explicit EvdevKeyReader(UniqueFd fd);
+    EvdevKeyReader(UniqueFd fd, CaptureState& state);
     ~EvdevKeyReader();
     EvdevKeyReader(const EvdevKeyReader&) = delete;
     EvdevKeyReader& operator=(const EvdevKeyReader&) = delete;
@@ -39,14 +40,15 @@ private:
     bool readRecords();
 
     UniqueFd fd_;
+    CaptureState& state_;
     libevdev* dev_ = nullptr;
     std::vector<unsigned char> partial_;  // an incomplete record of a plain stream
     bool skipToReport_ = false;           // a plain stream said SYN_DROPPED
 };
 
 // The capture's view of one input event: a press or release of a known key goes on to
-// captureKeyValue; everything else is left alone. True when it went on.
-bool captureInputEvent(const input_event& ev);
+// the state's captureKeyValue; everything else is left alone. True when it went on.
+bool captureInputEvent(CaptureState& state, const input_event& ev);
 
 // Wall-clock time in ms since 1970.
 std::int64_t wallClockMs();

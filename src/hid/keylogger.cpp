@@ -62,12 +62,12 @@ CaptureSource captureSourceFor(bool eventDeviceReadable) {
     return eventDeviceReadable ? CaptureSource::Evdev : CaptureSource::Application;
 }
 
-bool captureFromApplicationKeyEvent(std::uint32_t nativeScanCode, bool pressed, bool autoRepeat,
+bool captureFromApplicationKeyEvent(CaptureState& state, std::uint32_t nativeScanCode, bool pressed, bool autoRepeat,
                                     std::int64_t nowMs) {
     if (autoRepeat) return false;  // a held key is one press, as the event nodes report it
     const int usage = hidUsageFromNativeScanCode(nativeScanCode);
     if (usage == 0) return false;
-    captureKeyValue(usage, pressed ? 1 : 0, nowMs);
+    state.captureKeyValue(usage, pressed ? 1 : 0, nowMs);
     return true;
 }
 
@@ -99,7 +99,7 @@ std::string Keylogger::describe(const std::vector<Match>& list) {
     return s.str();
 }
 
-Keylogger::Keylogger(Discovery discovery) {
+Keylogger::Keylogger(CaptureState& state, Discovery discovery) : state_(state) {
     deviceList_ = keyboardMatches();
     console() << "dll " << describe(deviceList_) << '\n';
     if (discovery == Discovery::Udev && (udev_ = udev_new())) {
@@ -165,7 +165,7 @@ int Keylogger::addStream(UniqueFd fd, const std::string& key) {
     removeStream(key);
     const int n = fd.get();
     if (n < 0) return -1;
-    streams_.emplace(n, Stream{key, std::make_unique<EvdevKeyReader>(std::move(fd))});
+    streams_.emplace(n, Stream{key, std::make_unique<EvdevKeyReader>(std::move(fd), state_)});
     if (watch_) watch_(n, true);
     return n;
 }
@@ -204,7 +204,7 @@ void Keylogger::applicationKeyEvent(std::uint32_t nativeScanCode, bool pressed, 
     if (autoRepeat) return;
     const AppKey key{nativeScanCode, pressed, eventTime};
     if (lastAppKey_ == key) return;  // the same event on its way to another widget
-    if (captureFromApplicationKeyEvent(nativeScanCode, pressed, false, wallClockMs())) lastAppKey_ = key;
+    if (captureFromApplicationKeyEvent(state_, nativeScanCode, pressed, false, wallClockMs())) lastAppKey_ = key;
 }
 
 }  // namespace qx9

@@ -26,7 +26,7 @@ CaptureSource captureSourceFor(bool eventDeviceReadable);
 // A key event of the application: the window system's native scan code (evdev code + 8 on X11
 // and Wayland), press or release. Autorepeats and keys without a Keyboard page usage are left
 // out. True when the event reached the capture state.
-bool captureFromApplicationKeyEvent(std::uint32_t nativeScanCode, bool pressed, bool autoRepeat,
+bool captureFromApplicationKeyEvent(CaptureState& state, std::uint32_t nativeScanCode, bool pressed, bool autoRepeat,
                                     std::int64_t nowMs);
 
 // An event node that udev marks as a keyboard (ID_INPUT_KEYBOARD=1) or as having keys
@@ -61,7 +61,7 @@ public:
     // Prints "dll" and the device list on the console, opens every keyboard node there is and
     // prints "Can't open HID!" when none of them opens (the capture then stays quiet until a
     // readable keyboard appears).
-    explicit Keylogger(Discovery discovery = Discovery::Udev);
+    explicit Keylogger(CaptureState& state, Discovery discovery = Discovery::Udev);
     ~Keylogger();
     Keylogger(const Keylogger&) = delete;
     Keylogger& operator=(const Keylogger&) = delete;
@@ -112,6 +112,7 @@ private:
     void nodeAppeared(udev_device* dev);
     bool hasKey(const std::string& key) const;
 
+    CaptureState& state_;
     std::vector<Match> deviceList_;
     std::map<int, Stream> streams_;
     std::function<void(int, bool)> watch_;

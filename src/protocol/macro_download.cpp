@@ -51,7 +51,7 @@ private:
 }  // namespace
 
 bool macrosFitKeyboard(std::int64_t storedEventCount, std::int64_t listedMacroCount) {
-    return 4 * storedEventCount + 8 * listedMacroCount <= kMacroCapacity;
+    return macroMemoryBytes(storedEventCount, listedMacroCount) <= kMacroCapacity;
 }
 
 std::optional<MacroBlock> tryBuildMacroBlock(const std::vector<MacroWithEvents>& macros) {

@@ -12,6 +12,10 @@ namespace qx9::protocol {
 inline constexpr std::size_t kMacroBlockSize = 3200;
 inline constexpr std::size_t kMacroBodiesStart = 400;  // after the directory
 inline constexpr std::int64_t kMacroCapacity = 2500;   // bytes of events and macro headers
+inline constexpr std::size_t kMacroDirectorySlotSize = 4;
+// One directory slot per macro: the keyboard can address this many macros.
+inline constexpr std::int64_t kMacroDirectorySlots = kMacroBodiesStart / kMacroDirectorySlotSize;
+static_assert(kMacroDirectorySlots == 100);
 
 // One macro as the store lists it, with its events in order.
 struct MacroWithEvents {
@@ -26,6 +30,9 @@ struct MacroDownloadInput {
     std::int64_t listedMacroCount = 0;
     std::vector<MacroWithEvents> macros;
 };
+
+// The macro memory the check counts: 4 bytes an event and 8 a macro.
+constexpr std::int64_t macroMemoryBytes(std::int64_t events, std::int64_t macros) { return 4 * events + 8 * macros; }
 
 // 4 × events + 8 × macros must not exceed 2500.
 bool macrosFitKeyboard(std::int64_t storedEventCount, std::int64_t listedMacroCount);

@@ -2,14 +2,15 @@
 // and sleep time, and the colour helpers both lighting pages share.
 #include "session/backlight_parameters.h"
 
-#include <cctype>
 #include <cmath>
-#include <limits>
 
 #include "common/fatal.h"
+#include "common/text_number.h"
 #include "layout/key_maps.h"
 #include "session/keyboard_session.h"
 #include "session/lighting_page.h"
+#include "ops/keyboard_writes.h"
+#include "ops/settings.h"
 
 namespace qx9 {
 
@@ -19,24 +20,6 @@ int roundedByte(double component) {
     const double v = std::round(component * 255.0);
     if (!(v >= 0.0)) return 0;
     return v > 255.0 ? 255 : static_cast<int>(v);
-}
-
-// The integer at the start of a text: leading blanks, an optional sign, digits; saturated at the
-// limits of a 64-bit integer; 0 when there are no digits.
-std::int64_t leadingInteger(const std::string& text) {
-    std::size_t i = 0;
-    while (i < text.size() && std::isspace(static_cast<unsigned char>(text[i]))) ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-    constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
-    std::int64_t value = 0;
-    for (; i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])); ++i) {
-        const int d = text[i] - '0';
-        if (value > (kMax - d) / 10)
-            return negative ? std::numeric_limits<std::int64_t>::min() : kMax;
-        value = value * 10 + d;
-    }
-    return negative ? -value : value;
 }
 
 }  // namespace
@@ -75,9 +58,7 @@ std::vector<std::uint32_t> colorfulLightColours(const std::vector<KeyData>& keys
     return colours;
 }
 
-std::int64_t colorFieldValue(const std::string& text) {
-    return leadingInteger(text);
-}
+std::int64_t colorFieldValue(const std::string& text) { return leadingInteger(text); }
 
 // ---- The page's parameter controls ----
 
@@ -131,18 +112,18 @@ void LightingPage::setLightKeyboardCheckColor(const LightColor& color) {
     changed();
     LightRecord record{};
     if (!readRecord(s_.core.currentLightMode, record)) return;
-    record[1] = static_cast<std::uint8_t>(componentByte(color.red));
-    record[2] = static_cast<std::uint8_t>(componentByte(color.green));
-    record[3] = static_cast<std::uint8_t>(componentByte(color.blue));
-    if (writeRecord(record, "the colour")) sendLightMode();
+    changeRecord([&](const ops::Target& t) {
+        return ops::setLightColour(t, s_.core.currentProfile, s_.core.currentLightMode,
+                                   static_cast<std::uint8_t>(componentByte(color.red)),
+                                   static_cast<std::uint8_t>(componentByte(color.green)),
+                                   static_cast<std::uint8_t>(componentByte(color.blue)));
+    });
 }
 
 void LightingPage::lightRondomColorSwitch() {
-    const bool on = random_.tag != 1;
-    random_.tag = on ? 1 : 0;
-    random_.image = on ? "img_switch_on" : "img_switch_off";
+    random_.on = !random_.on;
     changed();
-    backlightColorModeStatus(on);
+    backlightColorModeStatus(random_.on);
 }
 
 void LightingPage::backlightColorModeStatus(bool status) {
@@ -153,13 +134,15 @@ void LightingPage::backlightColorModeStatus(bool status) {
         loadColorfulLight();
     } else {
         // The exact stored colour, unlike the coarse preview of a mode selection.
-        const std::uint32_t exact = rgbValue(lightColorOf(record[1], record[2], record[3]));
+        const std::uint32_t exact =
+            rgbValue(lightColorOf(record[ops::kLightRed], record[ops::kLightGreen], record[ops::kLightBlue]));
         paintAllKeys(exact);
         swatch_ = exact;
     }
     changed();
-    record[8] = status ? 1 : 0;
-    if (writeRecord(record, "the random colour")) sendLightMode();
+    changeRecord([&](const ops::Target& t) {
+        return ops::setRandomColour(t, s_.core.currentProfile, s_.core.currentLightMode, status);
+    });
 }
 
 void LightingPage::enableColorButton(bool enable) {
@@ -175,93 +158,60 @@ void LightingPage::loadColorfulLight() {
 void LightingPage::backlightBrightnessChange(std::int64_t value) {
     LightRecord record{};
     if (!readRecord(s_.core.currentLightMode, record)) return;
-    if (value < 0 || value > 255)
-        fatalError("brightness " + std::to_string(value) + " outside a byte");
-    brightness_.value = static_cast<int>(value & 15);
+    if (value < 0 || value > 255) fatalError("brightness " + std::to_string(value) + " outside a byte");
+    brightness_.value = static_cast<int>(value & kSliderMaximum);
     changed();
-    record[9] = static_cast<std::uint8_t>(value);  // stored whole; the slider shows 4 bits
-    if (writeRecord(record, "the brightness")) sendLightMode();
+    changeRecord([&](const ops::Target& t) {
+        return ops::setBrightness(t, s_.core.currentProfile, s_.core.currentLightMode, value);
+    });
 }
 
 void LightingPage::backlightSpeedChange(std::int64_t value) {
     LightRecord record{};
     if (!readRecord(s_.core.currentLightMode, record)) return;
     if (value < 0 || value > 255) fatalError("speed " + std::to_string(value) + " outside a byte");
-    speed_.value = static_cast<int>(value & 15);
+    speed_.value = static_cast<int>(value & kSliderMaximum);
     changed();
-    record[10] = static_cast<std::uint8_t>(value);
-    if (writeRecord(record, "the speed")) sendLightMode();
+    changeRecord([&](const ops::Target& t) {
+        return ops::setSpeed(t, s_.core.currentProfile, s_.core.currentLightMode, value);
+    });
 }
 
-void LightingPage::light_button_direction(int tag) {
-    switch (tag) {
-        case kTagDirectionTop:
-            backlightDirection(2);
-            break;
-        case kTagDirectionRight:
-            backlightDirection(1);
-            break;
-        case kTagDirectionLeft:
-            backlightDirection(0);
-            break;
-        case kTagDirectionBottom:
-            backlightDirection(3);
-            break;
-        default:
-            break;
+void LightingPage::light_button_direction(ops::Direction direction) { backlightDirection(direction); }
+
+void LightingPage::showDirection(std::int64_t direction) {
+    if (direction == ops::kLeft || direction == ops::kRight) {
+        direction_[ops::kRight].on = direction == ops::kRight;
+        direction_[ops::kLeft].on = direction == ops::kLeft;
+    } else if (direction == ops::kUp || direction == ops::kDown) {
+        direction_[ops::kUp].on = direction == ops::kUp;
+        direction_[ops::kDown].on = direction == ops::kDown;
     }
 }
 
 void LightingPage::backlightDirection(std::int64_t type) {
     LightRecord record{};
     if (!readRecord(s_.core.currentLightMode, record)) return;
-    switch (type) {
-        case 0:
-            direction_[2].image = "image_left_check";
-            direction_[1].image = "image_right";
-            break;
-        case 1:
-            direction_[1].image = "image_right_check";
-            direction_[2].image = "image_left";
-            break;
-        case 2:
-            direction_[0].image = "image_up_check";
-            direction_[3].image = "image_bottom";
-            break;
-        case 3:
-            direction_[0].image = "image_up";
-            direction_[3].image = "image_bottom_check";
-            break;
-        default:
-            if (type < 0 || type > 255)
-                fatalError("direction " + std::to_string(type) + " outside a byte");
-            break;
-    }
+    if (type < 0 || type > 255) fatalError("direction " + std::to_string(type) + " outside a byte");
+    showDirection(type);
     changed();
-    record[11] = static_cast<std::uint8_t>(type);
-    if (writeRecord(record, "the direction")) sendLightMode();
+    changeRecord([&](const ops::Target& t) {
+        return ops::setDirection(t, s_.core.currentProfile, s_.core.currentLightMode, type);
+    });
 }
 
-void LightingPage::light_button_lightsleeptime(int tag) {
-    if (tag >= kTagFirstSleep && tag <= kTagFirstSleep + 3)
-        backlightSleepTime(tag - kTagFirstSleep);
-    // Sends the stored value, whatever the tag was.
-    s_.transactions.SendSystemFunctionData(s_.core.currentProfile, s_.settings.switches());
+void LightingPage::light_button_lightsleeptime(int value) {
+    if (value >= 0 && value < ops::kSleepTimeCount) return backlightSleepTime(value);
+    // Not a choice: nothing changes, and the stored value is sent all the same.
+    if (const std::optional<ops::Target> target = s_.core.target()) ops::sendSystemFunctions(*target, s_.settings.switches());
 }
 
 void LightingPage::backlightSleepTime(std::int64_t type) {
-    sleepRadio_.fill(false);
-    sleepLabel_.fill(kSleepLabelNormal);
-    if (type < 0 || type > 3) {
-        changed();
-        return;
-    }
-    sleepRadio_[static_cast<std::size_t>(type)] = true;
-    sleepLabel_[static_cast<std::size_t>(type)] = kSleepLabelChosen;
+    sleepChoice_ = type >= 0 && type < ops::kSleepTimeCount ? static_cast<int>(type) : -1;
     changed();
     // One sleep time for the keyboard: kept under profile 1 whatever profile is current.
-    if (DeviceSQLite* db = s_.core.db())
-        db->updateConfigData(1, "sleeplight", std::to_string(type));
+    const std::optional<ops::Target> target = s_.core.target();
+    if (sleepChoice_ >= 0 && target) ops::setSleepTime(*target, type, s_.settings.switches());
 }
 
 }  // namespace qx9

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "store/records.h"
+
 namespace qx9 {
 
 class KeyboardSession;
@@ -52,7 +54,7 @@ public:
 
     // While "Keyboard Function" is chosen the front end passes its key events here, after the
     // keystroke capture has seen them.
-    bool capturingKeys() const { return key_functiontypevalue_ == 3; }
+    bool capturingKeys() const { return key_functiontypevalue_ == kMacroTypeKey; }
     void keyEvent();
     // Takes the held modifiers and the first held key from the keystroke capture.
     void fillBindInput();

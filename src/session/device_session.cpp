@@ -1,7 +1,7 @@
 #include "session/device_session.h"
 
 #include "common/fatal.h"
-#include "hid/capture_state.h"
+#include "ops/keyboard_writes.h"
 #include "layout/key_maps.h"
 #include "session/keyboard_session.h"
 
@@ -28,14 +28,17 @@ void DeviceSession::deviceConnected(const Notification& notification) {
         if (core.kbHIDdevice && sameDevice(core.kbHIDdevice, record->device)) return;  // reported again
         core.kbHIDdevice = record->device;
         core.keyboardTitle = kDisplayName;
-        if (core.deviceComm) {
-            // A keyboard was connected before: point the transport at this one; nothing is
-            // reloaded or sent again.
-            core.deviceComm->setDeviceStatus(1);
-            core.deviceComm->setDevice(core.kbHIDdevice);
-        }
     }
-    core.post([this] { refreshUI(); });
+    core.post([this, device = record->device] {
+        SessionCore& c = s_.core;
+        if (c.deviceComm && c.device() == device) {
+            // A keyboard was connected before: point the transport at this one (opening it here,
+            // on the thread that writes to it); nothing is reloaded or sent again.
+            c.deviceComm->setDeviceStatus(1);
+            c.deviceComm->setDevice(device);
+        }
+        refreshUI();
+    });
 }
 
 void DeviceSession::deviceDisconnected(const Notification& notification) {
@@ -92,31 +95,10 @@ void DeviceSession::ConnectDevice() {
     loadSession(true);
 }
 
-void DeviceSession::openQuietly() {
-    SessionCore& core = s_.core;
-    if (core.deviceDB) return;
-    const bool withKeyboard = core.device() != nullptr;
-    if (withKeyboard) {
-        initSQLite();
-    } else {
-        core.deviceDBfile = kDeviceDatabaseFileName;
-        core.deviceDB = core.config.openDatabase ? core.config.openDatabase(core.deviceDBfile)
-                                                 : std::make_unique<DeviceSQLite>(core.deviceDBfile);
-    }
-    const bool wasMuted = core.muted;
-    core.muted = true;
-    loadSession(withKeyboard);
-    core.muted = wasMuted;
-}
-
 void DeviceSession::loadSession(bool withKeyboard) {
     SessionCore& core = s_.core;
     // The key classes of keystroke capture, from the name map in force.
-    G_KB_FlagKeys.clear();
-    G_KB_NormalKeys.clear();
-    for (const KeyNameEntry& e : G_KB_SuperKeyNameMap.entries()) {
-        (e.key_type ? G_KB_FlagKeys : G_KB_NormalKeys).push_back(e.key_code);
-    }
+    core.capture.setKeyClasses(G_KB_SuperKeyNameMap);
     getAllProfile();
     s_.profiles.selectProfile(1);
     s_.macros.initMacroList();
@@ -155,8 +137,10 @@ void DeviceSession::showPage(int pageCode) {
     viewType_ = pageCode;
     s_.core.notify(SessionAspect::Page);
     // Entering these two pages sends their effect, also when the page is already shown.
-    if (pageCode == kPageBacklight) s_.transactions.SendLightModeData(s_.core.currentProfile);
-    if (pageCode == kPageUserLight) s_.transactions.SendUserLightModeData(s_.core.currentProfile);
+    const std::optional<ops::Target> target = s_.core.target();
+    if (!target) return;
+    if (pageCode == kPageBacklight) ops::sendLightMode(*target, s_.core.currentProfile, s_.core.currentLightMode);
+    if (pageCode == kPageUserLight) ops::sendUserLightMode(*target);
 }
 
 bool DeviceSession::keyboardConnected() { return s_.core.device() != nullptr; }

@@ -34,11 +34,6 @@ public:
     void initSQLite();
     void getAllProfile();
 
-    // Opens the database (and the transport, when a keyboard is set) and loads the pages as the
-    // first connection does, but sends nothing: qx9ctl opens a session this way so that only
-    // its command's own transaction reaches the keyboard.
-    void openQuietly();
-
     // Start view and pages.
     void button_keyboard_connect();
     void button_action_home();

@@ -2,7 +2,11 @@
 
 #include "common/fatal.h"
 #include "i18n/language.h"
+#include "i18n/text_ids.h"
 #include "layout/key_maps.h"
+#include "ops/key_assignment.h"
+#include "ops/keyboard_writes.h"
+#include "ops/settings.h"
 #include "session/keyboard_session.h"
 
 namespace qx9 {
@@ -74,16 +78,12 @@ void KeyPage::MenuItemMouseUpAction(int menuid) {
     SessionCore& core = s_.core;
     switch (menuid) {
         case kMenuDefault: {
-            ProfileKey k;
-            k.macroType = kMacroTypeDefault;
+            ProfileKey k = ops::defaultFunction();
             addCustomKey(k);
             break;
         }
         case kMenuDisable: {
-            ProfileKey k;
-            k.macroType = kMacroTypeDisabled;
-            k.macroValue = 1;
-            k.macroDesc = localizedText(102);
+            ProfileKey k = ops::disabledFunction();
             addCustomKey(k);
             break;
         }
@@ -99,54 +99,46 @@ void KeyPage::MenuItemMouseUpAction(int menuid) {
 
 void KeyPage::customKeyFuncAction(std::int64_t keyCode) {
     if (s_.core.currentKeyValue < 1) {
-        s_.core.warn(localizedText(111), localizedText(112));
+        s_.core.warn(localizedText(textid::kCustomKey), localizedText(textid::kSelectKeyFirst));
         return;
     }
-    ProfileKey k;
-    k.macroType = kMacroTypeKey;
-    k.macroValue = keyCode;
-    k.macroDesc = CustomKeyFuncCodeMap().at(static_cast<int>(keyCode)).short_name;
-    addCustomKey(k);
+    if (std::optional<ProfileKey> k = ops::paletteFunction(keyCode)) addCustomKey(*k);
 }
 
 void KeyPage::addCustomKey(ProfileKey& keydata) {
     SessionCore& core = s_.core;
-    DeviceSQLite* db = core.db();
-    if (!db) return;
-    keydata.profId = core.currentProfile;
-    keydata.fnlayerId = core.currentFnLayer;
-    keydata.keyValue = core.currentKeyValue;
-    const std::int64_t r = db->addKeyProfile(keydata);
+    const std::optional<ops::Target> target = core.target();
+    if (!target) return;
+    const ops::Outcome outcome =
+        ops::assignKey(*target, core.currentProfile, core.currentFnLayer, core.currentKeyValue, keydata);
     const KeyCodeEntry& entry = G_KB_SuperKeyCodeMap.at(static_cast<int>(core.currentKeyValue));
-    if (r < 1) {
-        // Nothing stored: the key is back to its own function.
-        setKeyMacro(entry.layout_index, entry.full_name, false);
-        clearPaletteSelection();
-    } else {
+    clearPaletteSelection();
+    if (outcome && keydata.macroValue != 0) {
         setKeyMacro(entry.layout_index, keydata.macroDesc, true);
-        clearPaletteSelection();
-        if (keydata.macroValue != 0) selectFirstPaletteKey(keydata.macroValue);
+        selectFirstPaletteKey(keydata.macroValue);
+    } else {
+        // Nothing stored, or the key's own function: the key shows its own name.
+        setKeyMacro(entry.layout_index, entry.full_name, false);
     }
-    if (keydata.macroType == kMacroTypeKey && keydata.macroValue == kFnKeyCode) {
-        // A key made Fn is Fn on both layers.
-        keydata.fnlayerId = core.currentFnLayer == 0 ? 1 : 0;
-        db->addKeyProfile(keydata);
-    }
-    s_.transactions.SendKeyMacroData(core.currentProfile, 0);
+    if (!outcome) core.warn(outcome.title.empty() ? outcome.message : outcome.title, outcome.text);
 }
 
-void KeyPage::loadKeyMacroData() {
+void KeyPage::showKeyMarks() {
     SessionCore& core = s_.core;
     clearPaletteSelection();
     resetKeyMacro();
-    if (DeviceSQLite* db = core.db()) {
-        std::vector<ProfileKey> records;
-        db->queryKeysProfile(core.currentProfile, core.currentFnLayer, records);
-        for (const ProfileKey& r : records) {
-            setKeyMacro(G_KB_SuperKeyCodeMap.at(static_cast<int>(r.keyValue)).layout_index, r.macroDesc, true);
-        }
+    DeviceSQLite* db = core.db();
+    if (!db) return;
+    std::vector<ProfileKey> records;
+    db->queryKeysProfile(core.currentProfile, core.currentFnLayer, records);
+    for (const ProfileKey& r : records) {
+        if (const KeyCodeEntry* e = G_KB_SuperKeyCodeMap.find(static_cast<int>(r.keyValue))) setKeyMacro(e->layout_index, r.macroDesc, true);
     }
-    s_.transactions.SendKeyMacroData(core.currentProfile, 0);
+}
+
+void KeyPage::loadKeyMacroData() {
+    showKeyMarks();
+    if (const std::optional<ops::Target> target = s_.core.target()) ops::sendKeyMap(*target, s_.core.currentProfile, 0);
 }
 
 void KeyPage::selectButtonAction(std::int64_t value) {
@@ -159,16 +151,14 @@ void KeyPage::selectButtonAction(std::int64_t value) {
 void KeyPage::textButtonAction(std::int64_t value) {
     fnKeyActive_ = value != 0;
     s_.core.notify(SessionAspect::FnMode);
-    // Stored under profile 1 whatever profile is current: the keyboard has one Fn mode.
-    if (DeviceSQLite* db = s_.core.db()) db->updateConfigData(1, "fnfunction", fnKeyActive_ ? "1" : "0");
-    s_.transactions.SendSystemFunctionData(s_.core.currentProfile, s_.settings.switches());
+    if (const std::optional<ops::Target> target = s_.core.target()) ops::setFnMode(*target, fnKeyActive_, s_.settings.switches());
 }
 
 void KeyPage::customKeywindowCloseDid() { loadKeyMacroData(); }
 
 void KeyPage::loadFnKeyMode() {
     DeviceSQLite* db = s_.core.db();
-    fnKeyActive_ = db && db->getConfigData(1, "fnfunction") == "1";
+    fnKeyActive_ = db && db->getConfigData(ops::kSettingsProfile, ops::kFnFunction) == "1";
     s_.core.notify(SessionAspect::FnMode);
 }
 

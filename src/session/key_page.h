@@ -42,7 +42,9 @@ public:
     void MenuItemMouseUpAction(int menuid);
     void customKeyFuncAction(std::int64_t keyCode);
     void addCustomKey(ProfileKey& keydata);
-    void loadKeyMacroData();
+    void loadKeyMacroData();  // showKeyMarks, then the key map is sent
+    // The marks and texts of the current profile and layer, from the store.
+    void showKeyMarks();
     void selectButtonAction(std::int64_t value);  // layer buttons: 0 base, other Fn
     void textButtonAction(std::int64_t value);    // Fn-key mode: 0 default key, other Fn key
     void customKeywindowCloseDid();

@@ -7,14 +7,13 @@
 #include "session/profile_list.h"
 #include "session/session_core.h"
 #include "session/settings_page.h"
-#include "session/transactions.h"
 #include "session/user_light_page.h"
 
 namespace qx9 {
 
-// The session of the main window without its widgets: the device session, the pages' state
-// and every action of the pages. The window's KeyboardViewController and qx9ctl both drive it;
-// widgets only mirror its state.
+// The session of the main window without its widgets: the device session and the page models,
+// which turn the pages' actions into operations (ops/) and keep what the pages show. The
+// window's KeyboardViewController drives it; widgets only mirror its state.
 class KeyboardSession {
 public:
     explicit KeyboardSession(SessionConfig config, SessionEvents* events = nullptr);
@@ -22,7 +21,6 @@ public:
     KeyboardSession& operator=(const KeyboardSession&) = delete;
 
     SessionCore core;
-    Transactions transactions{core};
     DeviceSession device{*this};
     ProfileList profiles{*this};
     KeyPage keys{*this};

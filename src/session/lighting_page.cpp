@@ -2,9 +2,17 @@
 
 #include "common/fatal.h"
 #include "i18n/language.h"
+#include "ops/keyboard_writes.h"
 #include "session/keyboard_session.h"
 
 namespace qx9 {
+
+namespace {
+// The first build's text ids, held by no table: every row reads the table's tag until the
+// language switch rebuilds the list.
+constexpr int kPlaceholderTextFirst = 300;
+constexpr int kPlaceholderTextLast = 318;
+}  // namespace
 
 LightingPage::LightingPage(KeyboardSession& session)
     : s_(session), keyColours_(s_.keys.keys().size(), 0) {
@@ -12,12 +20,11 @@ LightingPage::LightingPage(KeyboardSession& session)
 }
 
 void LightingPage::initLightTableData() {
-    // Ids 300–318 are in no table, so every row reads the table's tag until the language
-    // switch rebuilds the list; mode 20 has no effect of its own.
+    // Mode 20 has no effect of its own; it goes when the list is rebuilt.
     rows_.clear();
     for (int i = 0; i < kModeRows; ++i) {
         LightModeRow row;
-        row.textId = i < 19 ? 300 + i : 318;
+        row.textId = std::min(kPlaceholderTextFirst + i, kPlaceholderTextLast);
         row.text = localizedText(row.textId);
         row.mode = i + 1;
         rows_.push_back(std::move(row));
@@ -29,9 +36,9 @@ void LightingPage::rebuildModeList() {
     rows_.clear();
     for (int r = 0; r < kModeRows; ++r) {
         LightModeRow row;
-        row.textId = 500 + r;
+        row.textId = ops::effectTextId(r);
         row.text = localizedText(row.textId);
-        row.mode = r < 19 ? r + 1 : 0;  // "Close Backlight" (mode 0) is the last row
+        row.mode = ops::effectOfRow(r);  // "Close Backlight" (effect 0) is the last row
         rows_.push_back(std::move(row));
     }
     s_.core.notify(SessionAspect::LightModes);
@@ -41,10 +48,7 @@ void LightingPage::rebuildModeList() {
 void LightingPage::loadLightModeData() {
     SessionCore& core = s_.core;
     // The selection is kept under profile 1 whatever profile is current.
-    if (DeviceSQLite* db = core.db()) {
-        db->writeLightProfile(1);
-        core.currentLightMode = db->getLightModeSelectIndex(1);
-    }
+    if (DeviceSQLite* db = core.db()) core.currentLightMode = ops::selectedEffect(*db);
     int row = 0;
     while (row < static_cast<int>(rows_.size()) &&
            rows_[static_cast<std::size_t>(row)].mode != core.currentLightMode)
@@ -69,16 +73,14 @@ void LightingPage::setBacklightMode(std::int64_t index) {
         fatalError("backlight mode row " + std::to_string(index) + " is not in the list");
     }
     const std::int64_t mode = rows_[static_cast<std::size_t>(index)].mode;
-    // The selection is stored under profile 1; the record is that of the current profile.
-    if (DeviceSQLite* db = core.db()) db->selectLightMode(1, mode);
     core.currentLightMode = mode;
+    const std::optional<ops::Target> target = core.target();
     LightRecord record{};
-    if (!readRecord(mode, record)) {
+    if (target && !ops::selectEffect(*target, core.currentProfile, mode, record)) {
         changed();
         return;
     }
     showModeControls(mode, record);
-    sendLightMode();
 }
 
 bool LightingPage::showCurrentModeControls() {
@@ -89,63 +91,40 @@ bool LightingPage::showCurrentModeControls() {
 }
 
 void LightingPage::showModeControls(std::int64_t mode, const LightRecord& record) {
-    brightness_.value = record[9] & 15;
-    const int speedShown = record[10] & 15;
-    if (mode < 0 || mode > 19) {
+    const ops::EffectControls c = ops::effectControls(mode, record);
+    brightness_.value = record[ops::kLightBrightness] & kSliderMaximum;
+    if (!c.known) {
         changed();
         return;
     }
-    if (mode == 0) {
-        enableColorButton(false);
-        setRandomSwitch(false, false);
-        paintAllKeys(0x000000);
-        speed_ = {false, 0};
-        brightness_.value = 0;  // shown only: the stored brightness stays
-        hideDirections();
-    } else if (mode == 6 || mode == 8) {
-        enableColorButton(false);
-        setRandomSwitch(true, false);  // shown off whatever is stored
+    enableColorButton(c.colour);
+    random_ = {c.randomSwitch, false, c.randomShownOn};
+    speed_ = {c.speed, c.speed ? record[ops::kLightSpeed] & kSliderMaximum : 0};
+    if (mode == ops::kEffectOff) brightness_.value = 0;  // shown only: the stored brightness stays
+    if (c.colourful) {
         loadColorfulLight();
-        speed_ = {true, speedShown};
-        hideDirections();
+    } else if (mode == ops::kEffectOff) {
+        paintAllKeys(0x000000);
     } else {
-        const bool random = record[8] == 1;
-        enableColorButton(!random);
-        setRandomSwitch(true, random);
-        if (random)
-            loadColorfulLight();
-        else
-            paintAllKeys(rgbValue(coarseColorFromBytes(record[1], record[2], record[3])));
-        speed_ = {mode != 1, mode == 1 ? 0 : speedShown};
-        hideDirections();
-        if (mode == 10) {
-            // Direction 3 reads as up here, while the down button stores 3: kept as it is.
-            direction_[0].hidden = direction_[3].hidden = false;
-            direction_[0].image = record[11] == 3 ? "image_up_check" : "image_up";
-            direction_[3].image = record[11] == 3 ? "image_bottom" : "image_bottom_check";
-        } else if (mode == 11 || mode == 16 || mode == 18) {
-            direction_[1].hidden = direction_[2].hidden = false;
-            direction_[1].image = record[11] == 1 ? "image_right_check" : "image_right";
-            direction_[2].image = record[11] == 1 ? "image_left" : "image_left_check";
-        }
+        paintAllKeys(rgbValue(coarseColorFromBytes(record[ops::kLightRed], record[ops::kLightGreen], record[ops::kLightBlue])));
+    }
+    for (LightToggle& b : direction_) b.hidden = true;
+    direction_[ops::kUp].hidden = direction_[ops::kDown].hidden = !c.upDown;
+    direction_[ops::kLeft].hidden = direction_[ops::kRight].hidden = !c.leftRight;
+    if (c.upDown) {
+        // Direction 3 (down) reads as up here, while the down button stores 3: kept as it is.
+        direction_[ops::kUp].on = record[ops::kLightDirection] == ops::kDown;
+        direction_[ops::kDown].on = !direction_[ops::kUp].on;
+    } else if (c.leftRight) {
+        direction_[ops::kRight].on = record[ops::kLightDirection] == ops::kRight;
+        direction_[ops::kLeft].on = !direction_[ops::kRight].on;
     }
     changed();
 }
 
-const LightImageButton& LightingPage::directionButton(int tag) const {
-    if (tag < kTagDirectionTop || tag > kTagDirectionBottom)
-        fatalError("no direction button " + std::to_string(tag));
-    return direction_[static_cast<std::size_t>(tag - kTagDirectionTop)];
-}
-
-void LightingPage::hideDirections() {
-    for (LightImageButton& b : direction_) b.hidden = true;
-}
-
-void LightingPage::setRandomSwitch(bool enabled, bool on) {
-    random_.enabled = enabled;
-    random_.tag = on ? 1 : 0;
-    random_.image = on ? "img_switch_on" : "img_switch_off";
+const LightToggle& LightingPage::directionButton(ops::Direction direction) const {
+    if (direction < ops::kLeft || direction > ops::kDown) fatalError("no direction button " + std::to_string(direction));
+    return direction_[static_cast<std::size_t>(direction)];
 }
 
 void LightingPage::paintAllKeys(std::uint32_t colour) {
@@ -159,21 +138,13 @@ void LightingPage::changed() {
 bool LightingPage::readRecord(std::int64_t mode, LightRecord& record) const {
     record.fill(0);
     DeviceSQLite* db = s_.core.db();
-    if (!db) return true;
-    lightData data;
-    if (!db->queryLightInfo(s_.core.currentProfile, mode, data)) return false;
-    record = data.data;
-    return true;
+    return !db || ops::readLightRecord(*db, s_.core.currentProfile, mode, record);
 }
 
-bool LightingPage::writeRecord(const LightRecord& record, const char* what) {
-    DeviceSQLite* db = s_.core.db();
-    if (!db) fatalError(std::string(what) + " of the backlight without a database");
-    return db->modifyLightData(s_.core.currentProfile, s_.core.currentLightMode, record);
-}
-
-void LightingPage::sendLightMode() {
-    s_.transactions.SendLightModeData(s_.core.currentProfile);
+void LightingPage::changeRecord(const std::function<ops::Outcome(const ops::Target&)>& change) {
+    const std::optional<ops::Target> target = s_.core.target();
+    if (!target) fatalError("a change of the backlight without a database");
+    change(*target);
 }
 
 }  // namespace qx9

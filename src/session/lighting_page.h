@@ -2,9 +2,11 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "ops/lighting.h"
 #include "session/backlight_parameters.h"
 #include "store/records.h"
 
@@ -14,19 +16,16 @@ class KeyboardSession;
 
 // A row of the backlight mode list.
 struct LightModeRow {
-    std::string icon_n = "icon_circle_n";
-    std::string icon_h = "icon_circle_h";
     int textId = 0;
     std::string text;
     std::int64_t mode = 0;
 };
 
-// An image button of the page: whether it is enabled or hidden, its tag and its image.
-struct LightImageButton {
+// A switch or button of the page: enabled, hidden, on (checked).
+struct LightToggle {
     bool enabled = true;
     bool hidden = false;
-    int tag = 0;
-    std::string image;
+    bool on = false;
 };
 
 struct LightSlider {
@@ -54,21 +53,13 @@ public:
     static constexpr int kTagEditRed = 361;  // light_edit_color_r, _g, _b
     static constexpr int kTagEditGreen = 362;
     static constexpr int kTagEditBlue = 363;
-    static constexpr int kTagDirectionTop = 200;  // top, right, left, bottom: 200–203
-    static constexpr int kTagDirectionRight = 201;
-    static constexpr int kTagDirectionLeft = 202;
-    static constexpr int kTagDirectionBottom = 203;
-    static constexpr int kTagFirstSleep = 500;  // light_radio_lightsleep0 … 3: 500–503
     // The sliders' range in the page layout; the sliders show stored values masked to 4 bits.
     static constexpr int kSliderMinimum = 0;
     static constexpr int kSliderMaximum = 15;
-    // Label colours of the sleep-time choices.
-    static constexpr std::uint32_t kSleepLabelNormal = 0xFFFFFF;
-    static constexpr std::uint32_t kSleepLabelChosen = 0xCA5100;
 
     explicit LightingPage(KeyboardSession& session);
 
-    // Mode list (8.1).
+    // Mode list.
     const std::vector<LightModeRow>& light_mode_datas() const { return rows_; }
     int selectedRow() const { return selectedRow_; }
     // The first build, before any language is applied: modes 1–20 with placeholder texts.
@@ -87,28 +78,24 @@ public:
     // storing or sending (qx9ctl shows the page this way). False when the record cannot be read.
     bool showCurrentModeControls();
 
-    // Controls (8.2), under their field names.
+    // Controls, under their field names.
     const std::string& light_edit_color_r() const { return editColor_[0]; }
     const std::string& light_edit_color_g() const { return editColor_[1]; }
     const std::string& light_edit_color_b() const { return editColor_[2]; }
     // The three fields, the swatch and the fourteen presets (`isDiasble` = not enabled).
     bool colorButtonsEnabled() const { return colorEnabled_; }
     std::uint32_t light_btn_color() const { return swatch_; }  // 0xRRGGBB
-    const LightImageButton& light_btn_randomcolor() const { return random_; }
+    const LightToggle& light_btn_randomcolor() const { return random_; }
     const LightSlider& light_slider_brightness() const { return brightness_; }
     const LightSlider& light_slider_speed() const { return speed_; }
-    // By tag: 200 top, 201 right, 202 left, 203 bottom.
-    const LightImageButton& directionButton(int tag) const;
-    const LightImageButton& light_direction_top() const { return direction_[0]; }
-    const LightImageButton& light_direction_right() const { return direction_[1]; }
-    const LightImageButton& light_direction_left() const { return direction_[2]; }
-    const LightImageButton& light_direction_bottom() const { return direction_[3]; }
-    bool light_radio_lightsleep(int value) const {
-        return sleepRadio_.at(static_cast<std::size_t>(value));
-    }
-    std::uint32_t light_label_lightsleep(int value) const {
-        return sleepLabel_.at(static_cast<std::size_t>(value));
-    }
+    // The direction buttons (on: the direction the record holds).
+    const LightToggle& directionButton(ops::Direction direction) const;
+    const LightToggle& light_direction_top() const { return directionButton(ops::kUp); }
+    const LightToggle& light_direction_right() const { return directionButton(ops::kRight); }
+    const LightToggle& light_direction_left() const { return directionButton(ops::kLeft); }
+    const LightToggle& light_direction_bottom() const { return directionButton(ops::kDown); }
+    // The sleep-time choice shown (0–3), −1 when none.
+    int sleepTimeChoice() const { return sleepChoice_; }
     ColorPanelAction colorPanel() const { return colorPanel_; }
     // The on-screen lighting keyboard: colour of each key in layout order as 0xRRGGBB.
     const std::vector<std::uint32_t>& keyColours() const { return keyColours_; }
@@ -126,23 +113,21 @@ public:
     void loadColorfulLight();
     void backlightBrightnessChange(std::int64_t value);  // light_slider_brightness moved
     void backlightSpeedChange(std::int64_t value);       // light_slider_speed moved
-    void light_button_direction(int tag);
+    void light_button_direction(ops::Direction direction);
     void backlightDirection(std::int64_t type);
-    // A sleep-time radio (tags 500–503), then the system functions are sent.
-    void light_button_lightsleeptime(int tag);
+    // A sleep-time choice (0–3); the system functions are sent with the stored value.
+    void light_button_lightsleeptime(int value);
     void backlightSleepTime(std::int64_t type);
 
 private:
     // Reads the record of (currentProfile, mode) into `record` (left zero without a store).
     // False when a store is present and the read fails.
     bool readRecord(std::int64_t mode, LightRecord& record) const;
-    // Writes the record of the current effect; a missing store is a fatal error.
-    bool writeRecord(const LightRecord& record, const char* what);
-    void sendLightMode();
+    // Stores and sends a change of the current effect's record.
+    void changeRecord(const std::function<ops::Outcome(const ops::Target&)>& change);
     void showModeControls(std::int64_t mode, const LightRecord& record);
     void paintAllKeys(std::uint32_t colour);
-    void hideDirections();
-    void setRandomSwitch(bool enabled, bool on);
+    void showDirection(std::int64_t direction);
     void changed();
 
     KeyboardSession& s_;
@@ -152,16 +137,12 @@ private:
     std::array<std::string, 3> editColor_{"0", "0", "0"};
     bool colorEnabled_ = true;
     std::uint32_t swatch_ = 0;
-    LightImageButton random_{true, false, 0, "img_switch_off"};
+    LightToggle random_;
     LightSlider brightness_;
     LightSlider speed_;
-    std::array<LightImageButton, 4> direction_{{{true, true, kTagDirectionTop, "image_up"},
-                                                {true, true, kTagDirectionRight, "image_right"},
-                                                {true, true, kTagDirectionLeft, "image_left"},
-                                                {true, true, kTagDirectionBottom, "image_bottom"}}};
-    std::array<bool, 4> sleepRadio_{};
-    std::array<std::uint32_t, 4> sleepLabel_{kSleepLabelNormal, kSleepLabelNormal,
-                                             kSleepLabelNormal, kSleepLabelNormal};
+    // By direction: left, right, up, down.
+    std::array<LightToggle, 4> direction_{{{true, true, false}, {true, true, false}, {true, true, false}, {true, true, false}}};
+    int sleepChoice_ = -1;
     ColorPanelAction colorPanel_ = ColorPanelAction::Closed;
     std::vector<std::uint32_t> keyColours_;
 };

@@ -1,9 +1,9 @@
 #include "session/macro_page.h"
 
 #include <cctype>
-#include <limits>
 
-#include "hid/capture_state.h"
+#include "common/text_number.h"
+#include "ops/keyboard_writes.h"
 #include "i18n/language.h"
 #include "layout/key_maps.h"
 #include "session/keyboard_session.h"
@@ -12,12 +12,6 @@
 namespace qx9 {
 
 namespace {
-
-// Text ids of the page.
-constexpr int kTextMacro = 210;
-constexpr int kTextDeleteMacro = 211;
-constexpr int kTextSelectMacro = 212;
-constexpr int kTextMouseLeftDown = 220;  // then up, and the same for middle (222) and right (224)
 
 // Longest text of a field with tag 106, in characters.
 constexpr std::size_t kNameFieldLength = 30;
@@ -37,7 +31,7 @@ bool wholeInteger(const std::string& text) {
 std::string capInteger(const std::string& text, std::int64_t limit) {
     if (!wholeInteger(text)) return "10";
     if (text[0] == '-') return text;  // negative numbers are taken as typed
-    if (fieldInteger(text) > limit) return std::to_string(limit);
+    if (leadingInteger(text) > limit) return std::to_string(limit);
     return text;
 }
 
@@ -56,20 +50,6 @@ std::string firstCharacters(const std::string& text, std::size_t count) {
 
 }  // namespace
 
-std::int64_t fieldInteger(const std::string& text) {
-    std::size_t i = 0;
-    while (i < text.size() && std::isspace(static_cast<unsigned char>(text[i]))) ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '-' || text[i] == '+')) negative = text[i++] == '-';
-    std::int64_t value = 0;
-    constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
-    for (; i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])); ++i) {
-        const int digit = text[i] - '0';
-        value = value > (kMax - digit) / 10 ? kMax : value * 10 + digit;
-    }
-    return negative ? -value : value;
-}
-
 std::string limitFieldText(int tag, const std::string& text) {
     switch (tag) {
         case 101:
@@ -77,15 +57,6 @@ std::string limitFieldText(int tag, const std::string& text) {
         case 102: return capInteger(text, 10);
         case 106: return firstCharacters(text, kNameFieldLength);
         default: return text;
-    }
-}
-
-std::string recordListText(const RecordRow& row) {
-    switch (row.type) {
-        case kRecordDelay: return "[Delay:ms] " + row.text;
-        case kRecordKeyDown: return "[KEY DOWN] " + row.text;
-        case kRecordKeyUp: return "[KEY UP] " + row.text;
-        default: return row.text;
     }
 }
 
@@ -105,8 +76,10 @@ std::int64_t MacroPage::selectedMacroId() const {
     return macros_[static_cast<std::size_t>(macroSelectIndex_)].macroid;
 }
 
+std::optional<ops::Target> MacroPage::target() const { return s_.core.target(); }
+
 void MacroPage::sendMacros() {
-    s_.transactions.SaveMacroToKeyboard(static_cast<std::int64_t>(macros_.size()));
+    if (const std::optional<ops::Target> t = target()) ops::sendMacros(*t, static_cast<std::int64_t>(macros_.size()));
 }
 
 void MacroPage::insertKindRadios(bool keyboard, bool mouse, bool delay) {
@@ -187,35 +160,37 @@ void MacroPage::loadMacroRecordData(int selectIndex) {
 
 void MacroPage::macroTableSetObjectValue(int row, const std::string& text) {
     if (row < 0 || row >= static_cast<int>(macros_.size()) || text.empty()) return;
-    DeviceSQLite* db = s_.core.db();
-    if (!db) return;
+    const std::optional<ops::Target> t = target();
     MacroRow& macro = macros_[static_cast<std::size_t>(row)];
-    if (db->updateMacroProfileName(macro.macroid, text)) {
+    if (t && ops::renameMacro(*t, macro.macroid, text)) {
         macro.text = text;
         changed();
     }
 }
 
 void MacroPage::addMacroData() {
-    DeviceSQLite* db = s_.core.db();
-    if (!db) return;
+    const std::optional<ops::Target> t = target();
+    if (!t) return;
     // Named after the number of rows, whatever the other names are.
-    const std::string name = localizedText(kTextMacro) + std::to_string(macros_.size() + 1);
-    const std::int64_t id = db->addMacroProfile(name);
-    if (id < 1) return;
+    const std::string name = ops::newMacroName(macros_.size());
+    std::int64_t id = 0;
+    const ops::Outcome added = ops::addMacro(*t, name, id);
+    if (!added) {
+        if (!added.title.empty()) s_.core.warn(added.title, added.text);
+        return;
+    }
     macros_.push_back({"icon", name, id});
     macroTableSelectionChanged(static_cast<int>(macros_.size()) - 1);
 }
 
 void MacroPage::deleteMacroData() {
     if (macroSelectIndex_ < 0 || macroSelectIndex_ >= static_cast<int>(macros_.size())) {
-        s_.core.warn(localizedText(kTextDeleteMacro), localizedText(kTextSelectMacro));
+        s_.core.warn(localizedText(textid::kDeleteMacro), localizedText(textid::kSelectMacro));
         return;
     }
-    DeviceSQLite* db = s_.core.db();
-    if (!db) return;
+    const std::optional<ops::Target> t = target();
     // No question asked, and nothing sent: key bindings keep their macro positions.
-    if (!db->deleteMacroProfile(selectedMacroId())) return;
+    if (!t || !ops::deleteMacro(*t, selectedMacroId())) return;
     macros_.erase(macros_.begin() + macroSelectIndex_);
     records_.clear();
     EnabledControl(false);
@@ -254,7 +229,7 @@ void MacroPage::radio_action_keyboardevent() {
     controls_.mousevent_combox_hidden = true;
     controls_.insertevent_edit_hidden = false;
     controls_.insertevent_edit = false;  // shows the next key pressed
-    GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     installMonitor();
     changed();
 }
@@ -265,7 +240,7 @@ void MacroPage::radio_action_mouseevent() {
     controls_.mousevent_combox_hidden = false;
     controls_.insertevent_edit_hidden = true;
     removeMonitor();  // also ends the capture of a recording, which stays on
-    GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     changed();
 }
 
@@ -277,7 +252,7 @@ void MacroPage::radio_action_delaytime() {
     controls_.insertevent_edit = true;
     controls_.insertevent_edit_text.clear();
     removeMonitor();
-    GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     changed();
 }
 
@@ -303,66 +278,30 @@ void MacroPage::insertNewEvent() {
     std::vector<RecordRow> added;
     switch (insertEventType_) {
         case kInsertKeyboard: {
-            const std::int64_t code = GLOBAL_LAST_PRESS_KEY_SCANCODE;
+            const std::int64_t code = s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE;
             if (code == 0) return;
-            // A key the QX9 does not have (a keypad key, say) cannot be part of a macro.
-            const KeyCodeEntry* key = G_KB_SuperKeyCodeMap.find(static_cast<int>(code));
-            if (!key || key->full_name.empty()) return;
-            added = {{kRecordKeyDown, key->full_name, code}, {kRecordKeyUp, key->full_name, code}};
+            const auto events = ops::keyPressEvents(code);
+            if (!events) return;
+            added = *events;
             break;
         }
-        case kInsertMouse: {
-            const int button = controls_.mousevent_combox_index;  // 0 left, 1 middle, 2 right
-            added = {{kRecordMouseDown, localizedText(kTextMouseLeftDown + 2 * button), button + 1},
-                     {kRecordMouseUp, localizedText(kTextMouseLeftDown + 2 * button + 1), button + 1}};
-            break;
-        }
-        case kInsertDelay: {
-            const std::int64_t ms = fieldInteger(controls_.insertevent_edit_text);
-            added = {{kRecordDelay, std::to_string(ms), ms}};
-            break;
-        }
+        case kInsertMouse: added = ops::mouseClickEvents(controls_.mousevent_combox_index); break;
+        case kInsertDelay: added = ops::delayEvents(leadingInteger(controls_.insertevent_edit_text)); break;
         default: return;
     }
-    std::size_t at = records_.size();
-    if (recordSelectIndex_ >= 0 && recordSelectIndex_ < static_cast<int>(records_.size())) {
-        at = static_cast<std::size_t>(recordSelectIndex_) + (controls_.insertevent_combox_index == 1 ? 1 : 0);
-    }
-    records_.insert(records_.begin() + static_cast<std::ptrdiff_t>(at), added.begin(), added.end());
+    std::optional<std::size_t> selected;
+    if (recordSelectIndex_ >= 0) selected = static_cast<std::size_t>(recordSelectIndex_);
+    ops::insertEvents(records_, selected, controls_.insertevent_combox_index == 1, added);
     changed();
-    SaveMacroRecordDataToDB();
-    sendMacros();
+    // Stored, then every macro is sent.
+    if (const std::optional<ops::Target> t = target()) {
+        ops::storeAndSendEvents(*t, selectedMacroId(), records_, static_cast<std::int64_t>(macros_.size()));
+    }
 }
 
 void MacroPage::deleteRecordItem() {
     if (recordSelectIndex_ < 0 || recordSelectIndex_ >= static_cast<int>(records_.size())) return;
-    const auto at = static_cast<std::size_t>(recordSelectIndex_);
-    const std::int64_t type = records_[at].type;
-    records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(at));
-    // The partner is the nearest event of the matching type, whatever key or button it has.
-    auto eraseForward = [&](std::int64_t partner) {
-        for (std::size_t j = at; j < records_.size(); ++j) {
-            if (records_[j].type == partner) {
-                records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(j));
-                return;
-            }
-        }
-    };
-    auto eraseBackward = [&](std::int64_t partner) {
-        for (std::size_t j = at; j-- > 0;) {
-            if (records_[j].type == partner) {
-                records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(j));
-                return;
-            }
-        }
-    };
-    switch (type) {
-        case kRecordKeyDown: eraseForward(kRecordKeyUp); break;
-        case kRecordKeyUp: eraseBackward(kRecordKeyDown); break;
-        case kRecordMouseDown: eraseForward(kRecordMouseUp); break;
-        case kRecordMouseUp: eraseBackward(kRecordMouseDown); break;
-        default: break;  // a delay goes alone
-    }
+    ops::deleteEventWithPartner(records_, static_cast<std::size_t>(recordSelectIndex_));
     if (recordSelectIndex_ >= static_cast<int>(records_.size())) recordSelectIndex_ = -1;
     changed();
 }
@@ -375,14 +314,9 @@ void MacroPage::button_action_delrecord() {
 }
 
 void MacroPage::SaveMacroRecordDataToDB() {
-    DeviceSQLite* db = s_.core.db();
+    const std::optional<ops::Target> t = target();
     const std::int64_t id = selectedMacroId();
-    if (!db || id == 0) return;
-    db->deleteMacroRecord(id);
-    for (std::size_t i = 0; i < records_.size(); ++i) {
-        const RecordRow& r = records_[i];
-        db->addMacroRecord({0, id, r.type, static_cast<std::int64_t>(i), r.value, r.text});
-    }
+    if (t && id != 0) ops::storeEvents(*t, id, records_);
 }
 
 // ---- Delay mode and saving ----
@@ -406,29 +340,20 @@ void MacroPage::radio_action_defaultdelaytime() {
 }
 
 void MacroPage::button_action_saverecord() {
-    if (macroRecordType_ == kRecording) {
+    const bool recording = macroRecordType_ == kRecording;
+    if (recording) {
         macroRecordType_ = kIdle;
         stopMacroRecord();  // stores the recorded list and writes the keyboard
-        controls_.record_button_title = 201;
-    } else {
-        SaveMacroRecordDataToDB();  // the edits of the list, an event deletion among them
+        controls_.record_button_title = textid::kRecord;
     }
     const std::int64_t id = selectedMacroId();
-    DeviceSQLite* db = s_.core.db();
-    if (id == 0 || !db) return;
-    MacroInfo info;
-    info.macroId = id;
-    info.playTimes = 0;
-    switch (delayMode()) {
-        case kNoDelay: info.delayType = kNoDelay; break;
-        case kDefaultDelay:
-            info.delayType = kDefaultDelay;
-            info.delayTime = fieldInteger(controls_.delaytime_edit_text);
-            break;
-        default: break;  // recording delay, or no radio on: (0, 0)
-    }
-    db->modifyMacroInfo(info);
-    sendMacros();
+    const std::optional<ops::Target> t = target();
+    if (id == 0 || !t) return;
+    // The edits of the list (an event deletion among them) and the delay mode, stored together;
+    // no radio on counts as the recording delay.
+    const int mode = delayMode() < 0 ? kRecordingDelay : delayMode();
+    ops::saveMacro(*t, id, records_, mode, leadingInteger(controls_.delaytime_edit_text),
+                   static_cast<std::int64_t>(macros_.size()));
     changed();
 }
 
@@ -444,7 +369,7 @@ void MacroPage::stopRecordingInProgress() {
     if (macroRecordType_ != kRecording) return;
     macroRecordType_ = kIdle;
     stopMacroRecord();
-    controls_.record_button_title = 201;
+    controls_.record_button_title = textid::kRecord;
     changed();
 }
 

@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "i18n/text_ids.h"
+#include "ops/macros.h"
+
 namespace qx9 {
 
 class KeyboardSession;
@@ -15,15 +18,8 @@ struct MacroRow {
     std::int64_t macroid = 0;
 };
 
-struct RecordRow {
-    std::int64_t type = 0;  // RecordType: 1 delay, 2 key down, 3 key up, 4 mouse down, 5 mouse up
-    std::string text;       // the stored description
-    std::int64_t value = 0;
-};
-
-// The text the event table shows for a row: "[Delay:ms] 250", "[KEY DOWN] A", "[KEY UP] A";
-// mouse rows show their description alone.
-std::string recordListText(const RecordRow& row);
+using ops::RecordRow;
+using ops::recordListText;
 
 // Tags of the page's text fields; the limit applied to typed text depends on the tag.
 inline constexpr int kInsertEventEditTag = 101;  // insertevent_edit
@@ -33,10 +29,6 @@ inline constexpr int kDelayTimeEditTag = 103;    // delaytime_edit
 // and 102 at most 10 ("10" for anything that is not a whole integer), 106 keeps 30 characters,
 // other tags keep what was typed.
 std::string limitFieldText(int tag, const std::string& text);
-
-// The number a field's text stands for: its leading integer (after spaces, with an optional
-// sign), 0 when it has none.
-std::int64_t fieldInteger(const std::string& text);
 
 // Milliseconds since 1970.
 using MacroClock = std::function<std::int64_t()>;
@@ -69,7 +61,7 @@ struct MacroPageControls {
     int mousevent_combox_index = 0;    // 0 left, 1 middle, 2 right button
     std::string insertevent_edit_text;
     std::string delaytime_edit_text;
-    int record_button_title = 201;  // text id: 201 "Record", 200 "Stop Record"
+    int record_button_title = textid::kRecord;  // or textid::kStopRecord
 };
 
 // The macro page: the macro list, the events of the selected macro, the insert controls, the
@@ -80,11 +72,11 @@ public:
     // Kinds of event the Insert button makes.
     enum InsertKind : int { kInsertKeyboard = 0, kInsertMouse = 1, kInsertDelay = 2 };
     // Delay modes (MacroInfo::delayType).
-    enum DelayMode : int { kRecordingDelay = 0, kNoDelay = 1, kDefaultDelay = 2 };
+    enum DelayMode : int { kRecordingDelay = ops::kRecordingDelay, kNoDelay = ops::kNoDelay, kDefaultDelay = ops::kDefaultDelay };
     // Recording states (macroRecordType).
     enum RecordState : int { kIdle = 1, kRecording = 2 };
     // Recorded delays are capped at this many milliseconds.
-    static constexpr std::int64_t kMaxRecordedDelay = 100000;
+    static constexpr std::int64_t kMaxRecordedDelay = ops::kMaxRecordedDelay;
 
     explicit MacroPage(KeyboardSession& session);
 
@@ -158,6 +150,7 @@ private:
     void delayModeRadios(bool record, bool none, bool byDefault);
     void resetAfterRecording();
     void sendMacros();
+    std::optional<ops::Target> target() const;
     void changed();
 
     KeyboardSession& s_;

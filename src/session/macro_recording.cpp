@@ -4,7 +4,7 @@
 #include <chrono>
 
 #include "common/console.h"
-#include "hid/capture_state.h"
+#include "common/text_number.h"
 #include "layout/key_maps.h"
 #include "session/keyboard_session.h"
 #include "session/macro_page.h"
@@ -30,14 +30,14 @@ void MacroPage::button_action_recordmacro() {
     if (macroRecordType_ == kIdle) {
         macroRecordType_ = kRecording;
         startMacroRecord();
-        controls_.record_button_title = 200;
+        controls_.record_button_title = textid::kStopRecord;
         records_.clear();  // the recording replaces the macro's events
         recordSelectIndex_ = -1;
         changed();
     } else if (macroRecordType_ == kRecording) {
         macroRecordType_ = kIdle;
         stopMacroRecord();
-        controls_.record_button_title = 201;
+        controls_.record_button_title = textid::kRecord;
         changed();
     }
 }
@@ -49,7 +49,7 @@ void MacroPage::resetAfterRecording() {
 
 void MacroPage::startMacroRecord() {
     resetAfterRecording();
-    GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     installMonitor();
     // lastRecordTime stays: the first key has no delay anyway, since the list is empty.
     changed();
@@ -60,7 +60,8 @@ void MacroPage::localKeyEvent() {
 }
 
 void MacroPage::fillMacroRecord() {
-    const std::int64_t code = GLOBAL_LAST_PRESS_KEY_SCANCODE;
+    const CaptureState& capture = s_.core.capture;
+    const std::int64_t code = capture.GLOBAL_LAST_PRESS_KEY_SCANCODE;
     if (code == 0 || macroSelectIndex_ < 0) return;
     console() << "fillMacroRecord \n";
     // Keys of other keyboards that the QX9 lacks (the keypad, say) are passed over.
@@ -77,27 +78,31 @@ void MacroPage::fillMacroRecord() {
     if (macroRecordType_ == kIdle || !known) return;
 
     // The capture stamps every key event; the clock stands in only if it never did.
-    const std::int64_t time = lastMovedTime != 0 ? lastMovedTime : clock_();
+    const std::int64_t time = capture.lastMovedTime != 0 ? capture.lastMovedTime : clock_();
     if (!records_.empty()) {
         bool withDelay = true;
         std::int64_t delay = 0;
         if (controls_.recorddelay_radiobutton) delay = std::min(time - lastRecordTime_, kMaxRecordedDelay);
         else if (controls_.nodelay_radiobutton) withDelay = false;
-        else if (controls_.defaultdelay_radiobutton) delay = fieldInteger(controls_.delaytime_edit_text);
+        else if (controls_.defaultdelay_radiobutton) delay = leadingInteger(controls_.delaytime_edit_text);
         else withDelay = false;
         if (withDelay) records_.push_back({kRecordDelay, std::to_string(delay), delay});
     }
     lastRecordTime_ = time;
-    records_.push_back({lastKeyOperate == "down" ? kRecordKeyDown : kRecordKeyUp, key->full_name, code});
+    records_.push_back({capture.lastKeyOperate == "down" ? kRecordKeyDown : kRecordKeyUp, key->full_name, code});
     changed();
 }
 
 void MacroPage::stopMacroRecord() {
     removeMonitor();
-    GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
-    SaveMacroRecordDataToDB();  // the recorded list replaces the stored events
+    s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    // The recorded list replaces the stored events; then every macro is sent.
+    if (const std::optional<ops::Target> t = target(); t && selectedMacroId() != 0) {
+        ops::storeAndSendEvents(*t, selectedMacroId(), records_, static_cast<std::int64_t>(macros_.size()));
+    } else {
+        sendMacros();
+    }
     resetAfterRecording();
-    sendMacros();
     changed();
 }
 

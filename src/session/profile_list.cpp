@@ -2,20 +2,13 @@
 
 #include "common/fatal.h"
 #include "i18n/language.h"
+#include "i18n/text_ids.h"
+#include "ops/profiles.h"
 #include "session/keyboard_session.h"
 
 namespace qx9 {
 
-std::string ProfileList::displayedName(const std::string& stored) {
-    if (curLanguage != kLanguageSimplifiedChinese && curLanguage != kLanguageTraditionalChinese) {
-        return stored;
-    }
-    // Only the display changes; the database keeps the English default names.
-    if (stored == "Configuration File 1") return localizedText(67);
-    if (stored == "Configuration File 2") return localizedText(68);
-    if (stored == "Configuration File 3") return localizedText(69);
-    return stored;
-}
+std::string ProfileList::displayedName(const std::string& stored) { return ops::displayedProfileName(stored); }
 
 void ProfileList::loadKeyProfile() {
     customkey_profilelist_datas_.clear();
@@ -54,10 +47,9 @@ void ProfileList::selectProfile(std::int64_t profile) {
     SessionCore& core = s_.core;
     core.currentKBProfile = profile;
     core.currentProfile = profile;
-    s_.keys.loadKeyMacroData();
-    if (DeviceSQLite* db = core.db()) {
-        db->writeLightProfile(profile);
-        core.currentLightMode = db->getLightModeSelectIndex(profile);
+    s_.keys.showKeyMarks();
+    if (const std::optional<ops::Target> target = core.target()) {
+        ops::selectProfile(*target, profile, core.currentLightMode);  // sends the key map
     }
 }
 
@@ -71,43 +63,39 @@ void ProfileList::customkey_button_profile(int tag) {
 }
 
 void ProfileList::addProfile() {
-    // Named after the number of rows before adding, so that with one profile the new one is
-    // "Configuration File 1" again; duplicate names are accepted.
-    const std::string name =
-        localizedText(70) + " " + std::to_string(customkey_profilelist_datas_.size());
-    DeviceSQLite* db = s_.core.db();
-    const std::int64_t id = db ? db->addProfile(name) : 0;
-    if (id < 1) return;
+    // Named after the number of rows before adding; duplicate names are accepted.
+    const std::string name = ops::newProfileName(customkey_profilelist_datas_.size());
+    const std::optional<ops::Target> target = s_.core.target();
+    std::int64_t id = 0;
+    if (!target || !ops::addProfile(*target, name, id)) return;
     customkey_profilelist_datas_.push_back({id, name});
     setKeyProfileTableSelect(static_cast<int>(customkey_profilelist_datas_.size()) - 1);
 }
 
 void ProfileList::deleteProfile() {
-    if (customkey_profilelist_datas_.size() > 1) {
-        const int row = selectedRow_;
-        if (row < 0 || row >= static_cast<int>(customkey_profilelist_datas_.size())) return;
-        DeviceSQLite* db = s_.core.db();
-        const auto id = customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId;
-        if (!db || !db->deleteProfile(id)) return;
-        // The current profile stays as it was, even when it was this one.
-        customkey_profilelist_datas_.erase(customkey_profilelist_datas_.begin() + row);
-        setKeyProfileTableSelect(row);
+    if (customkey_profilelist_datas_.size() <= 1) {
+        s_.core.warn(localizedText(textid::kDeleteProfile), localizedText(textid::kLastProfile));
         return;
     }
-    s_.core.warn(localizedText(71), localizedText(72));
+    const int row = selectedRow_;
+    if (row < 0 || row >= static_cast<int>(customkey_profilelist_datas_.size())) return;
+    const std::optional<ops::Target> target = s_.core.target();
+    if (!target || !ops::deleteProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId)) return;
+    // The current profile stays as it was, even when it was this one.
+    customkey_profilelist_datas_.erase(customkey_profilelist_datas_.begin() + row);
+    setKeyProfileTableSelect(row);
 }
 
 void ProfileList::keyTableItemViewEdit(int /*index*/, const std::string& text) {
-    if (text.empty()) return;
     // The table's selected row counts, not the row that reported the edit.
     const int row = selectedRow_;
     if (row < 0 || row >= static_cast<int>(customkey_profilelist_datas_.size())) return;
-    DeviceSQLite* db = s_.core.db();
-    if (!db || !db->updateProfileName(customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId, text)) {
+    const std::optional<ops::Target> target = s_.core.target();
+    if (!target || !ops::renameProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId, text)) {
         return;
     }
     std::vector<ProfileData> profiles;
-    db->queryProfileList(profiles);
+    target->db.queryProfileList(profiles);
     customkey_profilelist_datas_.clear();
     for (const ProfileData& p : profiles) customkey_profilelist_datas_.push_back({p.profId, displayedName(p.name)});
     setKeyProfileTableSelect(row);

@@ -5,10 +5,13 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
+#include "hid/capture_state.h"
 #include "hid/device_comm.h"
 #include "hid/hid_backend.h"
+#include "ops/target.h"
 #include "store/device_sqlite.h"
 
 namespace qx9 {
@@ -80,15 +83,20 @@ struct SessionCore {
     std::int64_t currentKeyValue = 0;
     std::int64_t currentLightMode = 0;
 
-    // While muted the session behaves as if it had no transport: it stores but sends nothing.
-    // qx9ctl opens a session this way so that only its command's own transaction goes out.
+    // What the keystroke capture knows of the keys held; the window's capture sources feed it.
+    CaptureState capture;
+
+    // While muted the session behaves as if it had no transport: it stores but sends nothing
+    // (reloading the pages after an operation that has sent what it changed).
     bool muted = false;
-    // The front end works on the database alone when no keyboard is attached (qx9ctl); the
-    // window needs a keyboard for what only a connected keyboard can reach.
-    bool worksWithoutKeyboard = false;
 
     DeviceComm* comm() { return muted ? nullptr : deviceComm.get(); }
     DeviceSQLite* db() { return deviceDB.get(); }
+    // What the operations change: none until the database is open.
+    std::optional<ops::Target> target() {
+        if (!deviceDB) return std::nullopt;
+        return ops::Target{*deviceDB, comm()};
+    }
     HidDeviceRef device() {
         std::lock_guard lock(mutex);
         return kbHIDdevice;

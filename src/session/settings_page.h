@@ -58,8 +58,7 @@ public:
     void configResetAllDatas();
 
 private:
-    void setBlocksFromStore();
-    void send();
+    void showSwitches(const protocol::SystemSwitches& shown);
 
     KeyboardSession& s_;
     bool boxes_[4] = {false, false, false, false};

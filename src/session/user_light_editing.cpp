@@ -1,28 +1,12 @@
 // The per-key lighting editor: selecting keys on the on-screen keyboard and painting them with
 // the colour controls. Painting changes only the screen; Apply stores it.
-#include <cctype>
-#include <cmath>
-
 #include "common/fatal.h"
-#include "hid/capture_state.h"
 #include "session/keyboard_session.h"
 #include "session/light_color.h"
 #include "session/user_light_page.h"
 
 namespace qx9 {
 
-namespace {
-
-bool contains(const Rect& r, ViewPoint p) {
-    return p.x >= r.x && p.x < r.x + r.width && p.y >= r.y && p.y < r.y + r.height;
-}
-
-bool intersects(const Rect& a, const Rect& b) {
-    if (a.width <= 0 || a.height <= 0 || b.width <= 0 || b.height <= 0) return false;
-    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
-}
-
-}  // namespace
 
 // The on-screen keyboard.
 
@@ -41,41 +25,24 @@ bool UserLightPage::keyHighlighted(std::size_t layoutIndex) const {
     return keyCheck(layoutIndex) || static_cast<std::int64_t>(layoutIndex) == hoverKeyItem_;
 }
 
-int UserLightPage::keyAt(ViewPoint point) const {
-    for (const KeyData& k : s_.keys.keys()) {
-        if (contains(k.rect, point)) return static_cast<int>(k.index);
-    }
-    return -1;
-}
-
-void UserLightPage::mouseDown(ViewPoint point) {
-    ptMouseDown_ = point;
-    selectKeyItem_ = keyAt(point);
+void UserLightPage::keyClicked(int layoutIndex, bool extend) {
+    selectKeyItem_ = layoutIndex >= 0 && static_cast<std::size_t>(layoutIndex) < keyCheck_.size() ? layoutIndex : -1;
     if (selectKeyItem_ < 0) return;  // between keys: the selection stays
-    if (shiftKeyStatus != 1) keyCheck_.assign(keyCheck_.size(), 0);
+    if (!extend) keyCheck_.assign(keyCheck_.size(), 0);
     keyCheck_.at(static_cast<std::size_t>(selectKeyItem_)) = 1;
     s_.core.notify(SessionAspect::UserLights);
 }
 
-void UserLightPage::mouseDragged(ViewPoint point) {
-    const double dx = point.x - ptMouseDown_.x;
-    const double dy = point.y - ptMouseDown_.y;
-    if (std::abs(dx) <= kDragThreshold && std::abs(dy) <= kDragThreshold) return;
-    frameSelect_ = {std::min(point.x, ptMouseDown_.x), std::min(point.y, ptMouseDown_.y), std::abs(dx), std::abs(dy)};
-    // The band replaces any earlier selection, Shift or not.
-    for (const KeyData& k : s_.keys.keys()) {
-        keyCheck_.at(static_cast<std::size_t>(k.index)) = intersects(k.rect, frameSelect_) ? 1 : 0;
+void UserLightPage::keysInBand(const std::vector<int>& layoutIndexes) {
+    keyCheck_.assign(keyCheck_.size(), 0);
+    for (int i : layoutIndexes) {
+        if (i >= 0 && static_cast<std::size_t>(i) < keyCheck_.size()) keyCheck_[static_cast<std::size_t>(i)] = 1;
     }
     s_.core.notify(SessionAspect::UserLights);
 }
 
-void UserLightPage::mouseUp() {
-    frameSelect_ = Rect{};
-    s_.core.notify(SessionAspect::UserLights);
-}
-
-void UserLightPage::mouseMoved(ViewPoint point) {
-    hoverKeyItem_ = keyAt(point);
+void UserLightPage::keyHovered(int layoutIndex) {
+    hoverKeyItem_ = layoutIndex;
     s_.core.notify(SessionAspect::UserLights);
 }
 

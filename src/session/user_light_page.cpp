@@ -2,16 +2,12 @@
 #include "session/user_light_page.h"
 
 #include "i18n/language.h"
+#include "i18n/text_ids.h"
 #include "layout/key_maps.h"
+#include "ops/user_lights.h"
 #include "session/keyboard_session.h"
 
 namespace qx9 {
-
-namespace {
-// Text ids of the page.
-constexpr int kTextUserLight = 566;
-constexpr int kTextPleaseAddUserLights = 567;
-}  // namespace
 
 UserLightPage::UserLightPage(KeyboardSession& session)
     : s_(session),
@@ -31,10 +27,10 @@ void UserLightPage::loadUserLightData() {
 }
 
 void UserLightPage::addUserLight() {
-    const std::string name = localizedText(kTextUserLight) + std::to_string(rows_.size() + 1);
-    DeviceSQLite* db = s_.core.db();
-    const std::int64_t id = db ? db->addUserLight(1, name) : 0;
-    if (id < 1) return;
+    const std::optional<ops::Target> target = s_.core.target();
+    std::int64_t id = 0;
+    const std::string name = ops::newUserLightName(rows_.size());
+    if (!target || !ops::addUserLight(*target, name, id)) return;
     rows_.push_back({id, name});
     s_.core.notify(SessionAspect::UserLights);
     const int last = static_cast<int>(rows_.size()) - 1;
@@ -45,8 +41,8 @@ void UserLightPage::addUserLight() {
 void UserLightPage::delUserLight() {
     const int row = selectedRow_;
     if (row < 0 || row >= static_cast<int>(rows_.size())) return;
-    DeviceSQLite* db = s_.core.db();
-    if (!db || !db->deleteUserLight(rows_[static_cast<std::size_t>(row)].light)) return;
+    const std::optional<ops::Target> target = s_.core.target();
+    if (!target || !ops::deleteUserLight(*target, rows_[static_cast<std::size_t>(row)].light)) return;
     rows_.erase(rows_.begin() + row);
     s_.core.notify(SessionAspect::UserLights);
     // The same index again; past the end nothing is selected or loaded, and the screen keeps
@@ -68,46 +64,35 @@ void UserLightPage::userLightTableSelectionChanged(int row) {
 void UserLightPage::loadUserLightInfo(int index) {
     if (index < 0 || index >= static_cast<int>(rows_.size())) return;
     userlight_id_ = rows_[static_cast<std::size_t>(index)].light;
+    showSetColours();
+    if (const std::optional<ops::Target> target = s_.core.target()) ops::showUserLight(*target, userlight_id_);
+}
+
+void UserLightPage::showSetColours() {
     resetKeyColor();
-    std::vector<UserLightLEDData> colours;
-    if (DeviceSQLite* db = s_.core.db()) db->getUserLightLEDData(userlight_id_, colours);
-    for (const UserLightLEDData& c : colours) {
-        const auto p = static_cast<std::size_t>(G_KB_SuperKeyCodeMap.at(static_cast<int>(c.key_value)).layout_index);
-        const auto v = static_cast<std::uint32_t>(c.key_rgbvalue);
-        if (p < keyColors_.size()) {
-            setKeyColor(p, lightColorOf(static_cast<std::uint8_t>(v >> 16), static_cast<std::uint8_t>(v >> 8),
-                                        static_cast<std::uint8_t>(v)));
+    if (DeviceSQLite* db = s_.core.db()) {
+        const std::vector<std::uint32_t> colours = ops::setColours(*db, userlight_id_);
+        for (std::size_t p = 0; p < colours.size() && p < keyColors_.size(); ++p) {
+            if (colours[p] != 0) {
+                setKeyColor(p, lightColorOf(static_cast<std::uint8_t>(colours[p] >> 16),
+                                            static_cast<std::uint8_t>(colours[p] >> 8), static_cast<std::uint8_t>(colours[p])));
+            }
         }
     }
     s_.core.notify(SessionAspect::UserLights);
-    s_.transactions.SendUserLightLedData(userlight_id_);
-}
-
-void UserLightPage::storeKeyColours() {
-    DeviceSQLite* db = s_.core.db();
-    if (!db) return;
-    // One row per key; a black key stores 0, which also takes the key's colour out of every
-    // other set (a key is coloured in at most one set).
-    const std::vector<KeyData>& keys = s_.keys.keys();
-    for (std::size_t i = 0; i < keys.size() && i < keyColours_.size(); ++i) {
-        db->addUserLightLEDData({0, userlight_id_, keys[i].keycode, keyColours_[i]});
-    }
 }
 
 void UserLightPage::applyUserLightKeyColor() {
-    if (userlight_id_ < 1) {
-        s_.core.warn(localizedText(kTextPleaseAddUserLights), localizedText(kTextUserLight));
-        return;
-    }
-    storeKeyColours();
-    s_.transactions.SendUserLightLedData(userlight_id_);
+    const std::optional<ops::Target> target = s_.core.target();
+    if (!target) return;
+    const ops::Outcome outcome = ops::applyUserLight(*target, userlight_id_, keyColours_);
+    if (!outcome) s_.core.warn(outcome.title.empty() ? outcome.message : outcome.title, outcome.text);
 }
 
 void UserLightPage::resetUserLightKeyColor() {
     if (userlight_id_ < 1) return;
     resetKeyColor();
-    storeKeyColours();
-    s_.transactions.SendUserLightLedData(userlight_id_);
+    applyUserLightKeyColor();
 }
 
 void UserLightPage::unloadUserLight() {

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "layout/geometry.h"
 #include "session/light_color.h"
 
 namespace qx9 {
@@ -19,12 +18,6 @@ struct UserLightRow {
     std::string name;
 };
 
-// A point of the per-key keyboard view, in its coordinates (those of the key rectangles).
-struct ViewPoint {
-    double x = 0;
-    double y = 0;
-};
-
 // The per-key lighting page: the sets of profile 1, the loaded set, and its editor — the
 // preview colour of every key, the keys selected for painting, and the colour controls.
 class UserLightPage {
@@ -33,8 +26,6 @@ public:
     static constexpr int kFieldRed = 351, kFieldGreen = 352, kFieldBlue = 353;
     static constexpr int kColorSwatch = 200;
     static constexpr int kFirstPreset = 201, kLastPreset = 214;
-    // A drag selects with a rubber band once it is this far from where it started.
-    static constexpr double kDragThreshold = 12;
 
     explicit UserLightPage(KeyboardSession& session);
 
@@ -52,8 +43,6 @@ public:
     std::int64_t hoverKeyItem() const { return hoverKeyItem_; }
     // The key's highlight: selected, or under the pointer.
     bool keyHighlighted(std::size_t layoutIndex) const;
-    // The rubber band (zero size when none is shown).
-    const Rect& frameSelect() const { return frameSelect_; }
 
     // The colour controls: the three number fields and the swatch.
     const std::string& userlight_edit_color_r() const { return fields_[0]; }
@@ -76,10 +65,12 @@ public:
     // The on-screen keyboard.
     void resetKeyColor();  // every key black, no key selected
     void setCheckItemColor(const LightColor& color);
-    void mouseDown(ViewPoint point);  // left Shift held (capture state) adds to the selection
-    void mouseDragged(ViewPoint point);
-    void mouseUp();
-    void mouseMoved(ViewPoint point);
+    // A click on a key (−1: between keys, where the selection stays); `extend` (left Shift held)
+    // adds the key to the selection.
+    void keyClicked(int layoutIndex, bool extend);
+    // A rubber band over these keys: they replace any earlier selection, Shift or not.
+    void keysInBand(const std::vector<int>& layoutIndexes);
+    void keyHovered(int layoutIndex);  // −1: none
 
     // The colour controls.
     void controlTextDidChange(int tag, const std::string& text);  // fields 351–353
@@ -90,9 +81,8 @@ public:
     void setUserLightColorFields(int r, int g, int b);
 
 private:
-    int keyAt(ViewPoint point) const;
     void setKeyColor(std::size_t layoutIndex, const LightColor& color);
-    void storeKeyColours();
+    void showSetColours();
 
     KeyboardSession& s_;
     std::vector<UserLightRow> rows_;
@@ -103,8 +93,6 @@ private:
     std::vector<char> keyCheck_;
     std::int64_t selectKeyItem_ = -1;
     std::int64_t hoverKeyItem_ = -1;
-    ViewPoint ptMouseDown_;
-    Rect frameSelect_;
     std::array<std::string, 3> fields_{"0", "0", "0"};
     LightColor swatch_;
 };

@@ -98,6 +98,8 @@ public:
     bool updateConfigData(std::int64_t profile, const std::string& keyValue,
                           const std::string& newvalue);
     std::string getConfigData(std::int64_t profile, const std::string& keyValue) const;
+    // Whether the value has a row (an empty value and a missing one read the same).
+    bool hasConfigData(std::int64_t profile, const std::string& keyValue) const;
 
     // Key assignments
     std::int64_t addKeyProfile(const ProfileKey& data);
@@ -135,6 +137,7 @@ public:
 
     // User-light sets and their key colours
     std::int64_t addUserLight(std::int64_t profile_id, const std::string& name);
+    bool updateUserLightName(std::int64_t userlight_id, const std::string& name);
     bool deleteUserLight(std::int64_t userlight_id);
     std::int64_t getUserLightData(std::int64_t profile_id,
                                   std::vector<UserLightData>& dataArray) const;

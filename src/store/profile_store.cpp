@@ -75,6 +75,15 @@ bool DeviceSQLite::updateConfigData(std::int64_t profile, const std::string& key
     }
 }
 
+bool DeviceSQLite::hasConfigData(std::int64_t profile, const std::string& keyValue) const {
+    if (!db_) return false;
+    try {
+        return db_->hasRow(R"(SELECT 1 FROM "t_configdata" WHERE "profId" = ? AND "key" = ? LIMIT 1)", profile, keyValue);
+    } catch (const sqlite::Error&) {
+        return false;
+    }
+}
+
 std::string DeviceSQLite::getConfigData(std::int64_t profile, const std::string& keyValue) const {
     if (!db_) return {};
     try {

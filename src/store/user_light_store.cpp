@@ -47,6 +47,16 @@ std::int64_t DeviceSQLite::addUserLight(std::int64_t profile_id, const std::stri
     }
 }
 
+bool DeviceSQLite::updateUserLightName(std::int64_t userlight_id, const std::string& name) {
+    if (!db_) return true;
+    try {
+        db_->run(R"(UPDATE "t_userlight_data" SET "name" = ? WHERE "light_id" = ?)", name, userlight_id);
+        return true;
+    } catch (const sqlite::Error&) {
+        return false;
+    }
+}
+
 bool DeviceSQLite::deleteUserLight(std::int64_t userlight_id) {
     if (!db_) return true;
     try {

@@ -26,6 +26,10 @@
 namespace qx9 {
 namespace {
 
+// The capture state the tests feed and read.
+CaptureState cs;
+
+
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -99,23 +103,23 @@ protected:
     void SetUp() override {
         if (::access("/dev/uhid", W_OK) != 0) GTEST_SKIP() << "no /dev/uhid here";
         previous_ = setConsoleStream(&console_);
-        resetCaptureState();
-        G_KB_NormalKeys.clear();
-        G_KB_FlagKeys.clear();
+        cs.reset();
+        cs.G_KB_NormalKeys.clear();
+        cs.G_KB_FlagKeys.clear();
         for (const KeyNameEntry& e : KB_108K_SuperKeyNameMap().entries()) {
-            (e.key_type ? G_KB_FlagKeys : G_KB_NormalKeys).push_back(e.key_code);
+            (e.key_type ? cs.G_KB_FlagKeys : cs.G_KB_NormalKeys).push_back(e.key_code);
         }
     }
     void TearDown() override {
         if (previous_) setConsoleStream(previous_);
-        resetCaptureState();
+        cs.reset();
     }
     std::ostringstream console_;
     std::ostream* previous_ = nullptr;
 };
 
 TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
-    Keylogger k;
+    Keylogger k(cs);
     EXPECT_EQ(console_.str().rfind("dll [[\"ID_INPUT_KEYBOARD\": \"1\"], [\"ID_INPUT_KEY\": \"1\"]]\n", 0), 0u);
     ASSERT_GE(k.monitorFd(), 0);
     const std::vector<int> before = k.fds();
@@ -132,7 +136,7 @@ TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
     EXPECT_EQ(k.source(), CaptureSource::Evdev);
     {
         console_.str("");
-        Keylogger present;  // finds the keyboard among the nodes already there
+        Keylogger present(cs);  // finds the keyboard among the nodes already there
         EXPECT_EQ(present.fds().size(), before.size() + 1);
         EXPECT_EQ(console_.str().find("Can't open HID!"), std::string::npos);
     }
@@ -140,24 +144,24 @@ TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
     // Shift+A, then A alone, then nothing
     ASSERT_TRUE(kb.report(0x02));
     ASSERT_TRUE(kb.report(0x02, {0x04}));
-    ASSERT_TRUE(runUntil(k, [&] { return GLOBAL_LAST_PRESS_KEY_SCANCODE == 4; }));
-    EXPECT_EQ(lastKeyOperate, "down");
-    EXPECT_THAT(pressedFlags, ElementsAre(225));
-    EXPECT_THAT(pressedNormalKey, ElementsAre(4));
-    EXPECT_EQ(shiftKeyStatus, 1);
+    ASSERT_TRUE(runUntil(k, [&] { return cs.GLOBAL_LAST_PRESS_KEY_SCANCODE == 4; }));
+    EXPECT_EQ(cs.lastKeyOperate, "down");
+    EXPECT_THAT(cs.pressedFlags, ElementsAre(225));
+    EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4));
+    EXPECT_EQ(cs.shiftKeyStatus, 1);
     const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(
                          std::chrono::system_clock::now().time_since_epoch()).count();
-    EXPECT_NEAR(static_cast<double>(lastMovedTime), static_cast<double>(now), 60'000.0);
+    EXPECT_NEAR(static_cast<double>(cs.lastMovedTime), static_cast<double>(now), 60'000.0);
 
     ASSERT_TRUE(kb.report(0x00, {0x04}));
-    ASSERT_TRUE(runUntil(k, [&] { return shiftKeyStatus == 0; }));
-    EXPECT_THAT(pressedFlags, IsEmpty());
-    EXPECT_THAT(pressedNormalKey, ElementsAre(4));
+    ASSERT_TRUE(runUntil(k, [&] { return cs.shiftKeyStatus == 0; }));
+    EXPECT_THAT(cs.pressedFlags, IsEmpty());
+    EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4));
 
     ASSERT_TRUE(kb.report(0x00));
-    ASSERT_TRUE(runUntil(k, [&] { return pressedNormalKey.empty(); }));
-    EXPECT_EQ(lastKeyOperate, "up");
-    EXPECT_EQ(GLOBAL_LAST_PRESS_KEY_SCANCODE, 4);
+    ASSERT_TRUE(runUntil(k, [&] { return cs.pressedNormalKey.empty(); }));
+    EXPECT_EQ(cs.lastKeyOperate, "up");
+    EXPECT_EQ(cs.GLOBAL_LAST_PRESS_KEY_SCANCODE, 4);
 
     // Held well past the kernel's repeat delay, a key stays one press. A second reader of the
     // node shows that the kernel did repeat it meanwhile.
@@ -166,12 +170,12 @@ TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
     UniqueFd witness(::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     ASSERT_TRUE(witness) << path;
     ASSERT_TRUE(kb.report(0x00, {0x05}));
-    ASSERT_TRUE(runUntil(k, [&] { return !pressedNormalKey.empty(); }));
-    const std::int64_t pressedAt = lastMovedTime;
+    ASSERT_TRUE(runUntil(k, [&] { return !cs.pressedNormalKey.empty(); }));
+    const std::int64_t pressedAt = cs.lastMovedTime;
     std::this_thread::sleep_for(800ms);
     k.drain();
-    EXPECT_THAT(pressedNormalKey, ElementsAre(5));
-    EXPECT_EQ(lastMovedTime, pressedAt);
+    EXPECT_THAT(cs.pressedNormalKey, ElementsAre(5));
+    EXPECT_EQ(cs.lastMovedTime, pressedAt);
     int repeats = 0;
     input_event ev;
     while (::read(witness.get(), &ev, sizeof ev) == static_cast<ssize_t>(sizeof ev)) {
@@ -179,9 +183,9 @@ TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
     }
     EXPECT_GT(repeats, 0);
     ASSERT_TRUE(kb.report(0x00));
-    ASSERT_TRUE(runUntil(k, [&] { return pressedNormalKey.empty(); }));
-    EXPECT_EQ(lastKeyOperate, "up");
-    EXPECT_EQ(GLOBAL_LAST_PRESS_KEY_SCANCODE, 5);
+    ASSERT_TRUE(runUntil(k, [&] { return cs.pressedNormalKey.empty(); }));
+    EXPECT_EQ(cs.lastKeyOperate, "up");
+    EXPECT_EQ(cs.GLOBAL_LAST_PRESS_KEY_SCANCODE, 5);
     witness.reset();
 
     // Unplugged: the read fails and the node is dropped, whichever comes first, the read or udev.

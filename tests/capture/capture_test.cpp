@@ -18,6 +18,10 @@
 namespace qx9 {
 namespace {
 
+// The capture state the tests feed and read.
+CaptureState cs;
+
+
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
@@ -26,20 +30,20 @@ using V = std::vector<std::int64_t>;
 class Capture : public ::testing::Test {
 protected:
     void SetUp() override {
-        resetCaptureState();
+        cs.reset();
         connectKeyboard();
         previous_ = setConsoleStream(&console_);
     }
     void TearDown() override {
         setConsoleStream(previous_);
-        resetCaptureState();
+        cs.reset();
     }
     // As the connect sequence sorts the name map: entries with a key type are modifiers.
     static void connectKeyboard() {
-        G_KB_NormalKeys.clear();
-        G_KB_FlagKeys.clear();
+        cs.G_KB_NormalKeys.clear();
+        cs.G_KB_FlagKeys.clear();
         for (const KeyNameEntry& e : KB_108K_SuperKeyNameMap().entries()) {
-            (e.key_type ? G_KB_FlagKeys : G_KB_NormalKeys).push_back(e.key_code);
+            (e.key_type ? cs.G_KB_FlagKeys : cs.G_KB_NormalKeys).push_back(e.key_code);
         }
     }
     std::ostringstream console_;
@@ -76,19 +80,19 @@ const Scenario kScenarios[] = {
 TEST_F(Capture, StateRules) {
     for (const Scenario& s : kScenarios) {
         SCOPED_TRACE(s.name);
-        resetCaptureState();
+        cs.reset();
         if (!s.connected) {
-            G_KB_NormalKeys.clear();
-            G_KB_FlagKeys.clear();
+            cs.G_KB_NormalKeys.clear();
+            cs.G_KB_FlagKeys.clear();
         }
         std::int64_t t = 1000;
-        for (auto [usage, value] : s.values) captureKeyValue(usage, value, ++t);
-        EXPECT_EQ(GLOBAL_LAST_PRESS_KEY_SCANCODE, s.last);
-        EXPECT_EQ(lastKeyOperate, s.op);
-        EXPECT_THAT(pressedNormalKey, ElementsAreArray(s.normal));
-        EXPECT_THAT(pressedFlags, ElementsAreArray(s.flags));
-        EXPECT_EQ(shiftKeyStatus, s.shift);
-        EXPECT_EQ(lastMovedTime, t);  // stamped whatever the usage
+        for (auto [usage, value] : s.values) cs.captureKeyValue(usage, value, ++t);
+        EXPECT_EQ(cs.GLOBAL_LAST_PRESS_KEY_SCANCODE, s.last);
+        EXPECT_EQ(cs.lastKeyOperate, s.op);
+        EXPECT_THAT(cs.pressedNormalKey, ElementsAreArray(s.normal));
+        EXPECT_THAT(cs.pressedFlags, ElementsAreArray(s.flags));
+        EXPECT_EQ(cs.shiftKeyStatus, s.shift);
+        EXPECT_EQ(cs.lastMovedTime, t);  // stamped whatever the usage
         connectKeyboard();
     }
 }
@@ -121,34 +125,34 @@ struct FakeNode {
 
 TEST_F(Capture, EventStreamKeysBecomeUsagesAtTheirOwnTime) {
     FakeNode node;
-    EvdevKeyReader reader(std::move(node.read));
+    EvdevKeyReader reader(std::move(node.read), cs);
     // Shift+A as a USB keyboard's node reports it, among events that are no key of the page
     node.send({ev(EV_MSC, MSC_SCAN, 0x700e1), ev(EV_KEY, KEY_LEFTSHIFT, 1, 1'700'000'000'100), syn(),
                ev(EV_KEY, KEY_A, 1, 1'700'000'000'250), ev(EV_KEY, KEY_FN, 1), ev(EV_KEY, BTN_LEFT, 1),
                ev(EV_LED, LED_CAPSL, 1), syn()});
     EXPECT_TRUE(reader.readAvailable());
-    EXPECT_EQ(GLOBAL_LAST_PRESS_KEY_SCANCODE, 4);
-    EXPECT_THAT(pressedFlags, ElementsAre(225));
-    EXPECT_THAT(pressedNormalKey, ElementsAre(4));
-    EXPECT_EQ(lastMovedTime, 1'700'000'000'250);
+    EXPECT_EQ(cs.GLOBAL_LAST_PRESS_KEY_SCANCODE, 4);
+    EXPECT_THAT(cs.pressedFlags, ElementsAre(225));
+    EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4));
+    EXPECT_EQ(cs.lastMovedTime, 1'700'000'000'250);
     EXPECT_TRUE(reader.readAvailable());  // nothing pending: still there
 }
 
 TEST_F(Capture, AutorepeatIsNoReport) {
     FakeNode node;
-    EvdevKeyReader reader(std::move(node.read));
+    EvdevKeyReader reader(std::move(node.read), cs);
     node.send({ev(EV_KEY, KEY_B, 1, 1000), syn(), ev(EV_KEY, KEY_B, 2, 1500), syn(), ev(EV_KEY, KEY_B, 2, 1533), syn()});
     EXPECT_TRUE(reader.readAvailable());
-    EXPECT_THAT(pressedNormalKey, ElementsAre(5));
-    EXPECT_EQ(lastMovedTime, 1000);
+    EXPECT_THAT(cs.pressedNormalKey, ElementsAre(5));
+    EXPECT_EQ(cs.lastMovedTime, 1000);
     node.send({ev(EV_KEY, KEY_B, 0, 1600), syn()});
     EXPECT_TRUE(reader.readAvailable());
-    EXPECT_THAT(pressedNormalKey, IsEmpty());
-    EXPECT_EQ(lastKeyOperate, "up");
+    EXPECT_THAT(cs.pressedNormalKey, IsEmpty());
+    EXPECT_EQ(cs.lastKeyOperate, "up");
 }
 
 TEST_F(Capture, KeyloggerDropsVanishedStreamsAfterTellingTheWatcher) {
-    Keylogger k(Keylogger::Discovery::None);
+    Keylogger k(cs, Keylogger::Discovery::None);
     EXPECT_EQ(console_.str(), "dll [[\"ID_INPUT_KEYBOARD\": \"1\"], [\"ID_INPUT_KEY\": \"1\"]]\nCan't open HID!\n");
     EXPECT_EQ(k.source(), CaptureSource::Application);
     std::vector<std::pair<int, bool>> watched;
@@ -168,8 +172,8 @@ TEST_F(Capture, KeyloggerDropsVanishedStreamsAfterTellingTheWatcher) {
     n2.send({ev(EV_KEY, KEY_LEFTSHIFT, 1), syn(), ev(EV_KEY, KEY_LEFTSHIFT, 0), syn()});
     n2.write.reset();  // unplugged after its last events
     k.drain();
-    EXPECT_THAT(pressedNormalKey, ElementsAre(4));
-    EXPECT_EQ(lastKeyOperate, "up");  // what came before the end still counts
+    EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4));
+    EXPECT_EQ(cs.lastKeyOperate, "up");  // what came before the end still counts
     EXPECT_THAT(k.fds(), ElementsAre(fd1));
     EXPECT_THAT(watched, ElementsAre(std::pair(fd1, true), std::pair(fd2, true), std::pair(fd3, true),
                                      std::pair(fd2, false), std::pair(fd3, false)));
@@ -181,28 +185,28 @@ TEST_F(Capture, KeyloggerDropsVanishedStreamsAfterTellingTheWatcher) {
     k.readAvailable(fd1);
     EXPECT_THAT(k.fds(), IsEmpty());
     EXPECT_EQ(k.source(), CaptureSource::Application);
-    EXPECT_THAT(pressedNormalKey, ElementsAre(4));  // held keys outlive their keyboard
+    EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4));  // held keys outlive their keyboard
 }
 
 TEST_F(Capture, ApplicationKeyEventsFeedTheStateOnlyWithoutEventNodes) {
-    Keylogger k(Keylogger::Discovery::None);
+    Keylogger k(cs, Keylogger::Discovery::None);
     k.applicationKeyEvent(50 /* Shift_L */, true, false, 100);
     k.applicationKeyEvent(38 /* a */, true, false, 110);
     k.applicationKeyEvent(38, true, false, 110);  // the same event, seen again on a parent widget
     k.applicationKeyEvent(38, true, true, 140);   // autorepeat
-    EXPECT_THAT(pressedFlags, ElementsAre(225));
-    EXPECT_THAT(pressedNormalKey, ElementsAre(4));
+    EXPECT_THAT(cs.pressedFlags, ElementsAre(225));
+    EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4));
     k.applicationKeyEvent(38, false, false, 200);
     k.applicationKeyEvent(38, true, false, 300);
-    EXPECT_THAT(pressedNormalKey, ElementsAre(4));
-    EXPECT_EQ(lastKeyOperate, "down");
+    EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4));
+    EXPECT_EQ(cs.lastKeyOperate, "down");
 
     FakeNode node;
     k.addStream(std::move(node.read), "event1");
     node.send({ev(EV_KEY, KEY_B, 1), syn()});
     k.applicationKeyEvent(38, false, false, 400);  // not taken from the event; the node is drained
-    EXPECT_EQ(GLOBAL_LAST_PRESS_KEY_SCANCODE, 5);
-    EXPECT_THAT(pressedNormalKey, ElementsAre(4, 5));
+    EXPECT_EQ(cs.GLOBAL_LAST_PRESS_KEY_SCANCODE, 5);
+    EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4, 5));
 }
 
 TEST_F(Capture, PrivilegeMonitorLines) {

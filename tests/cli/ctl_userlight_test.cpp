@@ -86,7 +86,7 @@ TEST_F(Qx9ctlUserLight, BadInputIsRefusedAndChangesNothing) {
         {{"userlight", "paint", "1", "a", "--color", "red"}, "RRGGBB"},
         {{"userlight", "paint", "1", "a", "--color", "FF00001"}, "RRGGBB"},
         {{"userlight", "paint", "1", "a", "nokey", "--color", "FF0000"}, "no key \"nokey\""},
-        {{"userlight", "paint", "1", "f4", "--color", "FF0000"}, "no key \"f4\""},  // reached with Fn only
+        {{"userlight", "paint", "1", "f4", "--color", "FF0000"}, "\"f4\" is not on the on-screen keyboard"},  // with Fn only
         {{"userlight", "paint", "1", "a"}, "usage: qx9ctl userlight paint"},
         {{"userlight", "paint", "1", "--color", "FF0000"}, "usage: qx9ctl userlight paint"},
         {{"userlight", "apply", "x"}, "must be a number"},

@@ -144,11 +144,9 @@ protected:
         EXPECT_TRUE(l.light_slider_brightness().enabled);
         EXPECT_EQ(l.colorButtonsEnabled(), row.colours && !random);
 
-        const LightImageButton& sw = l.light_btn_randomcolor();
+        const LightToggle& sw = l.light_btn_randomcolor();
         EXPECT_EQ(sw.enabled, row.random != Random::Disabled);
-        const bool shownOn = row.random == Random::Switch && random;
-        EXPECT_EQ(sw.tag, shownOn ? 1 : 0);
-        EXPECT_EQ(sw.image, shownOn ? "img_switch_on" : "img_switch_off");
+        EXPECT_EQ(sw.on, row.random == Random::Switch && random);
 
         if (row.random == Random::Disabled)
             EXPECT_EQ(l.keyColours(), uniform(kBlack));
@@ -167,16 +165,12 @@ protected:
         EXPECT_EQ(l.light_direction_left().hidden, !leftRight);
         EXPECT_EQ(l.light_direction_right().hidden, !leftRight);
         if (upDown) {  // direction 3 reads as up here
-            EXPECT_EQ(l.light_direction_top().image,
-                      p.direction == 3 ? "image_up_check" : "image_up");
-            EXPECT_EQ(l.light_direction_bottom().image,
-                      p.direction == 3 ? "image_bottom" : "image_bottom_check");
+            EXPECT_EQ(l.light_direction_top().on, p.direction == 3);
+            EXPECT_EQ(l.light_direction_bottom().on, p.direction != 3);
         }
         if (leftRight) {
-            EXPECT_EQ(l.light_direction_right().image,
-                      p.direction == 1 ? "image_right_check" : "image_right");
-            EXPECT_EQ(l.light_direction_left().image,
-                      p.direction == 1 ? "image_left" : "image_left_check");
+            EXPECT_EQ(l.light_direction_right().on, p.direction == 1);
+            EXPECT_EQ(l.light_direction_left().on, p.direction != 1);
         }
     }
 
@@ -209,8 +203,6 @@ TEST_F(BacklightTest, FirstBuildCarriesPlaceholders) {
         EXPECT_EQ(rows[i].mode, i + 1);
         EXPECT_EQ(rows[i].textId, i < 19 ? 300 + i : 318);
         EXPECT_EQ(rows[i].text, "CHS");
-        EXPECT_EQ(rows[i].icon_n, "icon_circle_n");
-        EXPECT_EQ(rows[i].icon_h, "icon_circle_h");
     }
 }
 
@@ -232,7 +224,7 @@ TEST_F(BacklightTest, EveryEffectWithTheDefaultRecords) {
     selectEveryRow(kDefaults, true);
     // Scrolling shows its default direction 3 as up.
     page().lightModeSelectionChanged(9);
-    EXPECT_EQ(page().light_direction_top().image, "image_up_check");
+    EXPECT_TRUE(page().light_direction_top().on);
 }
 
 TEST_F(BacklightTest, EveryEffectWithStoredRecords) {
@@ -408,15 +400,13 @@ TEST_F(BacklightColourTest, ColourPanelStoresTruncatedComponents) {
 
 TEST_F(BacklightColourTest, RandomSwitchPreviewsTheExactColour) {
     // SetUp turned it off: the stored colour exactly, on the keys and in the swatch.
-    EXPECT_EQ(page().light_btn_randomcolor().tag, 0);
-    EXPECT_EQ(page().light_btn_randomcolor().image, "img_switch_off");
+    EXPECT_FALSE(page().light_btn_randomcolor().on);
     EXPECT_TRUE(page().colorButtonsEnabled());
     EXPECT_EQ(page().keyColours(), uniform(0xCA5100));
     EXPECT_EQ(page().light_btn_color(), 0xCA5100u);
     EXPECT_EQ(stored(1, 1), "202 81 0 0 15 12 0");
     page().lightRondomColorSwitch();
-    EXPECT_EQ(page().light_btn_randomcolor().tag, 1);
-    EXPECT_EQ(page().light_btn_randomcolor().image, "img_switch_on");
+    EXPECT_TRUE(page().light_btn_randomcolor().on);
     EXPECT_FALSE(page().colorButtonsEnabled());
     EXPECT_EQ(page().keyColours(), colourful());
     EXPECT_EQ(stored(1, 1), text(kDefaults));
@@ -444,47 +434,41 @@ TEST_F(BacklightTest, BrightnessAndSpeedAreStoredWhole) {
 TEST_F(BacklightTest, DirectionButtons) {
     connectInEnglish();
     struct Case {
-        int tag;
+        ops::Direction pressed;
         int stored;
-        const char* top;
-        const char* right;
-        const char* left;
-        const char* bottom;
+        bool top, right, left, bottom;  // the buttons shown selected
     };
-    // Each press changes the images of its pair only.
+    // Each press changes its pair only.
     const Case cases[] = {
-        {200, 2, "image_up_check", "image_right", "image_left_check", "image_bottom"},
-        {201, 1, "image_up_check", "image_right_check", "image_left", "image_bottom"},
-        {203, 3, "image_up", "image_right_check", "image_left", "image_bottom_check"},
-        {202, 0, "image_up", "image_right", "image_left_check", "image_bottom_check"},
+        {ops::kUp, 2, true, false, true, false},
+        {ops::kRight, 1, true, true, false, false},
+        {ops::kDown, 3, false, true, false, true},
+        {ops::kLeft, 0, false, false, true, true},
     };
     page().lightModeSelectionChanged(10);  // Rolling, direction 0
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.tag);
+        SCOPED_TRACE(c.stored);
         clearWire();
-        page().light_button_direction(c.tag);
+        page().light_button_direction(c.pressed);
         EXPECT_EQ(sql("SELECT byte11 FROM t_lightdata WHERE profId = 1 AND mode = 11"),
                   std::to_string(c.stored));
         EXPECT_EQ(sentLightMode().direction, c.stored);
-        EXPECT_EQ(page().light_direction_top().image, c.top);
-        EXPECT_EQ(page().light_direction_right().image, c.right);
-        EXPECT_EQ(page().light_direction_left().image, c.left);
-        EXPECT_EQ(page().light_direction_bottom().image, c.bottom);
+        EXPECT_EQ(page().light_direction_top().on, c.top);
+        EXPECT_EQ(page().light_direction_right().on, c.right);
+        EXPECT_EQ(page().light_direction_left().on, c.left);
+        EXPECT_EQ(page().light_direction_bottom().on, c.bottom);
     }
-    clearWire();
-    page().light_button_direction(204);
-    EXPECT_TRUE(sets().empty());
 
     // Scrolling: the down button stores 3, which the selection then shows as up.
     page().lightModeSelectionChanged(9);
-    page().light_button_direction(LightingPage::kTagDirectionTop);
-    EXPECT_EQ(page().light_direction_top().image, "image_up_check");
-    page().light_button_direction(LightingPage::kTagDirectionBottom);
-    EXPECT_EQ(page().light_direction_bottom().image, "image_bottom_check");
+    page().light_button_direction(ops::kUp);
+    EXPECT_TRUE(page().light_direction_top().on);
+    page().light_button_direction(ops::kDown);
+    EXPECT_TRUE(page().light_direction_bottom().on);
     EXPECT_EQ(sql("SELECT byte11 FROM t_lightdata WHERE profId = 1 AND mode = 10"), "3");
     page().lightModeSelectionChanged(9);
-    EXPECT_EQ(page().light_direction_top().image, "image_up_check");
-    EXPECT_EQ(page().light_direction_bottom().image, "image_bottom");
+    EXPECT_TRUE(page().light_direction_top().on);
+    EXPECT_FALSE(page().light_direction_bottom().on);
 }
 
 TEST_F(BacklightTest, SleepTimeIsStoredUnderProfileOneAndSentWithTheSystemFunctions) {
@@ -494,11 +478,8 @@ TEST_F(BacklightTest, SleepTimeIsStoredUnderProfileOneAndSentWithTheSystemFuncti
     for (int value : {2, 0, 3, 1}) {
         SCOPED_TRACE(value);
         clearWire();
-        page().light_button_lightsleeptime(500 + value);
-        for (int i = 0; i < 4; ++i) {
-            EXPECT_EQ(page().light_radio_lightsleep(i), i == value);
-            EXPECT_EQ(page().light_label_lightsleep(i), i == value ? 0xCA5100u : 0xFFFFFFu);
-        }
+        page().light_button_lightsleeptime(value);
+        EXPECT_EQ(page().sleepTimeChoice(), value);
         EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'sleeplight' AND profId = 1"),
                   std::to_string(value));
         EXPECT_EQ(sql("SELECT COUNT(*) FROM t_configdata WHERE key = 'sleeplight' AND profId != 1"),
@@ -506,10 +487,10 @@ TEST_F(BacklightTest, SleepTimeIsStoredUnderProfileOneAndSentWithTheSystemFuncti
         EXPECT_EQ(decodeSystemFunctions(keyboard_->memory()).value().sleepTime, value);
         EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02}));
     }
-    // Another tag changes nothing but still sends the stored value.
+    // Another value changes nothing but still sends the stored value.
     clearWire();
-    page().light_button_lightsleeptime(504);
-    EXPECT_TRUE(page().light_radio_lightsleep(1));
+    page().light_button_lightsleeptime(4);
+    EXPECT_EQ(page().sleepTimeChoice(), 1);
     EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'sleeplight' AND profId = 1"), "1");
     EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02}));
 }

@@ -28,8 +28,8 @@ TEST_F(DeviceSessionTest, FirstConnectionSendsSystemFunctionsThenProfileOnesKeyM
     EXPECT_EQ(session_->core.currentLightMode, 11);
     EXPECT_EQ(curLanguage, kLanguageEnglish);  // the stored "1033"
     // The capture's key classes come from the name map: the nine flag keys are modifiers.
-    EXPECT_EQ(G_KB_FlagKeys.size(), 9u);
-    EXPECT_EQ(G_KB_NormalKeys.size(), 100u);
+    EXPECT_EQ(session_->core.capture.G_KB_FlagKeys.size(), 9u);
+    EXPECT_EQ(session_->core.capture.G_KB_NormalKeys.size(), 100u);
 }
 
 TEST_F(DeviceSessionTest, StoredUserLightSetIsSentFirst) {

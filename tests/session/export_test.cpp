@@ -3,8 +3,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "hid/device_access.h"
 #include "hid/virtual_qx9_memory.h"
-#include "session/config_export.h"
+#include "ops/configuration.h"
 
 namespace qx9::test {
 namespace {
@@ -56,12 +57,8 @@ struct OtherSession {
         config.pacer = recorder.get();
         config.wire = recorder;
         session = std::make_unique<KeyboardSession>(config, &events);
-        HIDDevice record;
-        record.vendorId = kQX9VendorId;
-        record.productId = kQX9ProductId;
-        record.featureSize = kQX9FeatureSize;
-        record.device = keyboard;
-        session->device.deviceConnected(Notification{kHIDDeviceConnected, HIDDeviceDictionary{{kDeviceKey, record}}});
+        session->device.deviceConnected(
+            Notification{kHIDDeviceConnected, HIDDeviceDictionary{{kDeviceKey, virtualQX9Record(keyboard)}}});
     }
     std::vector<Bytes> sets() const {
         std::vector<Bytes> out;
@@ -115,7 +112,7 @@ protected:
     }
     std::string exported() {
         std::string error;
-        const auto doc = exportConfiguration(*session_, error);
+        const auto doc = ops::exportConfiguration(*session_->core.db(), error);
         EXPECT_TRUE(doc) << error;
         return doc.value_or("");
     }
@@ -144,14 +141,35 @@ TEST_F(ExportTest, ImportIntoAnotherDatabaseGivesAnIdenticalOne) {
     const std::string doc = exported();
     OtherSession other(dir_ / "other.sqlite3");
     other.session->core.db()->addMacroProfile("replaced");  // gone after the import
-    std::string error;
-    ASSERT_TRUE(importConfiguration(*other.session, doc, error)) << error;
+    ASSERT_TRUE(ops::importConfiguration(*other.session->core.target(), doc));
     EXPECT_EQ(dumpDatabase(dir_ / "other.sqlite3"), dumpDatabase(dbPath_));
-    EXPECT_EQ(exportConfiguration(*other.session, error), doc);
-    // The session shows the new contents.
-    EXPECT_EQ(other.session->profiles.rows().size(), 2u);
-    EXPECT_EQ(other.session->macros.MacroListDatas().size(), 1u);
-    EXPECT_EQ(other.session->userLights.keyColours()[0], 0x12ABEFu);  // escape
+    std::string error;
+    EXPECT_EQ(ops::exportConfiguration(*other.session->core.db(), error), doc);
+}
+
+TEST_F(ExportTest, AnExportWithoutProfileOneImportsBack) {
+    fill();
+    session_->profiles.setKeyProfileTableSelect(0);
+    session_->profiles.customkey_button_profile(ProfileList::kDelete);
+    ASSERT_EQ(sql("SELECT COUNT(*) FROM t_profile WHERE profId = 1"), "0");
+    const std::string doc = exported();
+    OtherSession other(dir_ / "other.sqlite3");
+    ASSERT_TRUE(ops::importConfiguration(*other.session->core.target(), doc));
+    EXPECT_EQ(dumpDatabase(dir_ / "other.sqlite3"), dumpDatabase(dbPath_));
+}
+
+TEST_F(ExportTest, MoreMacrosThanTheKeyboardAddressesAreRefused) {
+    Json doc = Json::parse(exported());
+    for (int id = 1; id <= ops::kMaxMacros + 1; ++id) {
+        doc["macros"].push_back({{"id", id}, {"name", "M"}, {"playTimes", 0}, {"delayType", 0}, {"delayTime", 0}});
+    }
+    const auto before = dumpDatabase(dbPath_);
+    const ops::Outcome refused = ops::importConfiguration(*session_->core.target(), doc.dump());
+    EXPECT_EQ(refused.status, ops::Outcome::kRefused);
+    EXPECT_NE(refused.message.find("at most 100"), std::string::npos) << refused.message;
+    EXPECT_EQ(dumpDatabase(dbPath_), before);
+    doc["macros"].erase(doc["macros"].size() - 1);  // exactly as many as it addresses
+    EXPECT_TRUE(ops::importConfiguration(*session_->core.target(), doc.dump()));
 }
 
 TEST_F(ExportTest, ImportSendsWhatAFirstConnectionSends) {
@@ -163,8 +181,7 @@ TEST_F(ExportTest, ImportSendsWhatAFirstConnectionSends) {
     {
         OtherSession other(file);
         other.recorder->events.clear();
-        std::string error;
-        ASSERT_TRUE(importConfiguration(*other.session, doc, error)) << error;
+        ASSERT_TRUE(ops::importConfiguration(*other.session->core.target(), doc));
         imported = other.sets();
         memory = other.keyboard->memory();
     }
@@ -184,10 +201,8 @@ TEST_F(ExportTest, ImportReplacesTheSameDatabase) {
     session_->core.db()->addProfile("later");
     session_->userLights.addUserLight();
     session_->core.db()->addMacroRecord({0, 1, kRecordDelay, 3, 10, "10"});
-    std::string error;
-    ASSERT_TRUE(importConfiguration(*session_, doc, error)) << error;
+    ASSERT_TRUE(ops::importConfiguration(*session_->core.target(), doc));
     EXPECT_EQ(dumpDatabase(dbPath_), before);
-    EXPECT_EQ(session_->userLights.userlight_datas().size(), 1u);
 }
 
 TEST_F(ExportTest, DamagedOrForeignDocumentsAreRefusedAndChangeNothing) {
@@ -205,7 +220,6 @@ TEST_F(ExportTest, DamagedOrForeignDocumentsAreRefusedAndChangeNothing) {
         {"newer version", [](Json& d) { d["version"] = 2; return d.dump(); }, "format version 2"},
         {"part missing", [](Json& d) { d.erase("macros"); return d.dump(); }, "\"macros\" is missing"},
         {"unknown part", [](Json& d) { d["extras"] = Json::array(); return d.dump(); }, "unknown part \"extras\""},
-        {"no profile 1", [](Json& d) { d["profiles"].erase(0); return d.dump(); }, "profile 1"},
         {"profile name", [](Json& d) { d["profiles"][0]["name"] = nullptr; return d.dump(); }, "profiles[0].name is not a text"},
         {"colour", [](Json& d) { d["userLightColours"][0]["colour"] = "GG0000"; return d.dump(); }, "userLightColours[0].colour \"GG0000\" is not RRGGBB"},
         {"colour key", [](Json& d) { d["userLightColours"][0]["key"] = 104; return d.dump(); }, "key 104 is not a key of the QX9"},
@@ -228,10 +242,10 @@ TEST_F(ExportTest, DamagedOrForeignDocumentsAreRefusedAndChangeNothing) {
         SCOPED_TRACE(c.name);
         Json doc = Json::parse(good);
         const std::string text = c.damage(doc);
-        std::string error;
-        EXPECT_FALSE(importConfiguration(*session_, text, error));
-        EXPECT_NE(error.find(c.message), std::string::npos) << error;
-        EXPECT_EQ(error.find('\n'), std::string::npos);
+        const ops::Outcome refused = ops::importConfiguration(*session_->core.target(), text);
+        EXPECT_FALSE(refused);
+        EXPECT_NE(refused.message.find(c.message), std::string::npos) << refused.message;
+        EXPECT_EQ(refused.message.find('\n'), std::string::npos);
     }
     EXPECT_EQ(dumpDatabase(dbPath_), before);
     EXPECT_TRUE(sets().empty());
@@ -249,9 +263,9 @@ TEST_F(ExportTest, AWriteThatFailsPartWayLeavesTheDatabaseAsItWas) {
     }
     const auto before = dumpDatabase(dbPath_);
     clearWire();
-    std::string error;
-    EXPECT_FALSE(importConfiguration(*session_, doc, error));
-    EXPECT_NE(error.find("no such table"), std::string::npos) << error;
+    const ops::Outcome failed = ops::importConfiguration(*session_->core.target(), doc);
+    EXPECT_EQ(failed.status, ops::Outcome::kNotStored);
+    EXPECT_NE(failed.message.find("no such table"), std::string::npos) << failed.message;
     EXPECT_EQ(dumpDatabase(dbPath_), before);
     EXPECT_EQ(sql("SELECT name FROM t_profile WHERE name = 'kept'"), "kept");
     EXPECT_TRUE(sets().empty());

@@ -148,9 +148,9 @@ TEST_F(KeyAssignmentTest, CapturedCombinationKeepsTheFirstTwoKeys) {
     d.selectFunctionType(1);  // "Keyboard Function"
     ASSERT_TRUE(d.capturingKeys());
     // Shift and 1 pressed, as the keystroke capture reports them.
-    captureKeyValue(225, 1, 1000);
+    session_->core.capture.captureKeyValue(225, 1, 1000);
     d.keyEvent();
-    captureKeyValue(30, 1, 1001);
+    session_->core.capture.captureKeyValue(30, 1, 1001);
     d.keyEvent();
     EXPECT_EQ(d.keyfuncEditText(), "Left Shift + 1");
     d.savekeyfunc_action();

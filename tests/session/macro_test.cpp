@@ -43,7 +43,7 @@ protected:
 
     // A key element reported by the capture, then delivered to the page's monitor.
     void key(int usage, int pressed, std::int64_t ms) {
-        captureKeyValue(usage, pressed, ms);
+        session_->core.capture.captureKeyValue(usage, pressed, ms);
         page().localKeyEvent();
     }
 
@@ -430,7 +430,7 @@ TEST_P(MacroRecordTest, RecordsWithTheDelayMode) {
     EXPECT_EQ(page().macroRecordType(), MacroPage::kIdle);
     EXPECT_EQ(page().controls().record_button_title, 201);
     EXPECT_FALSE(page().eventHandler());
-    EXPECT_EQ(GLOBAL_LAST_PRESS_KEY_SCANCODE, 0);
+    EXPECT_EQ(session_->core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE, 0);
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_macrorecord WHERE macro_id = " + std::to_string(id)),
               std::to_string(c.rows.size()));
     expectOneDownload();

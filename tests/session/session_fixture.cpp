@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include "common/console.h"
-#include "hid/capture_state.h"
+#include "hid/device_access.h"
 #include "i18n/language.h"
 
 namespace qx9::test {
@@ -21,7 +21,6 @@ SessionTest::SessionTest()
     dbPath_ = dir_ / "device.sqlite3";
     previousConsole_ = setConsoleStream(&console_);
     curLanguage = kLanguageSimplifiedChinese;
-    resetCaptureState();
     SessionConfig config;
     const auto path = dbPath_;
     config.openDatabase = [path](const std::string&) {
@@ -41,12 +40,7 @@ SessionTest::~SessionTest() {
 namespace {
 
 Notification deviceNotification(const char* name, const std::shared_ptr<VirtualQX9>& keyboard) {
-    HIDDevice record;
-    record.vendorId = kQX9VendorId;
-    record.productId = kQX9ProductId;
-    record.featureSize = kQX9FeatureSize;
-    record.device = keyboard;
-    return Notification{name, HIDDeviceDictionary{{kDeviceKey, record}}};
+    return Notification{name, HIDDeviceDictionary{{kDeviceKey, virtualQX9Record(keyboard)}}};
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 // Export and import of the whole configuration as one JSON document.
 //
 // Import checks the whole document before it touches the database, then has the store replace
-// the contents of the application's tables in one transaction of the session's connection:
-// all or nothing (also across a crash), and the tables that hold nothing of the features are
-// left alone. (Building a second file and renaming it over the first would leave the session's
-// open connection, and the write-ahead log beside the file, pointing at the old one.)
-#include "session/config_export.h"
+// the contents of the application's tables in one transaction of its connection: all or nothing
+// (also across a crash), and the tables that hold nothing of the features are left alone.
+// (Building a second file and renaming it over the first would leave another process's open
+// connection, and the write-ahead log beside the file, pointing at the old one.)
+#include "ops/configuration.h"
 
 #include <charconv>
 #include <cstdio>
@@ -13,9 +13,10 @@
 #include <unordered_set>
 
 #include "layout/key_maps.h"
-#include "session/keyboard_session.h"
+#include "ops/keyboard_writes.h"
+#include "ops/macros.h"
 
-namespace qx9 {
+namespace qx9::ops {
 
 namespace {
 
@@ -147,9 +148,7 @@ Configuration parseDocument(const ReadJson& doc) {
     c.profiles = rows<ProfileData>(doc, "profiles", {"id", "name"}, [](const RowReader& r, std::int64_t id) {
         return ProfileData{id, r.text("name")};
     });
-    bool hasFirst = false;
-    for (const ProfileData& p : c.profiles) hasFirst = hasFirst || p.profId == 1;
-    if (!hasFirst) throw Invalid{"profile 1, which holds the application's settings, is missing"};
+    // Profile 1 may be missing: it can be deleted like any other.
 
     c.configurationValues = rows<ConfigValueRow>(
         doc, "configurationValues", {"id", "profile", "key", "value"}, [](const RowReader& r, std::int64_t id) {
@@ -233,6 +232,10 @@ Configuration parseDocument(const ReadJson& doc) {
                                    return MacroInfo{id, r.integer("playTimes"), r.integer("delayType"),
                                                     r.integer("delayTime"), r.text("name")};
                                });
+    if (static_cast<std::int64_t>(c.macros.size()) > kMaxMacros) {
+        throw Invalid{"it has " + std::to_string(c.macros.size()) + " macros; the keyboard holds at most " +
+                      std::to_string(kMaxMacros)};
+    }
 
     c.macroEvents = rows<RecordInfo>(
         doc, "macroEvents", {"id", "macro", "type", "index", "value", "text"}, [](const RowReader& r, std::int64_t id) {
@@ -313,36 +316,21 @@ std::optional<Configuration> parseConfigurationDocument(std::string_view text, s
     }
 }
 
-// ---- The session ---------------------------------------------------------------------------
+// ---- Export and import ----------------------------------------------------------------------
 
-std::optional<std::string> exportConfiguration(KeyboardSession& session, std::string& error) {
-    DeviceSQLite* db = session.core.db();
-    if (!db || !db->isConnected()) {
-        error = "no database is open";
-        return std::nullopt;
-    }
-    const std::optional<Configuration> c = db->readConfiguration(error);
+std::optional<std::string> exportConfiguration(const DeviceSQLite& db, std::string& error) {
+    const std::optional<Configuration> c = db.readConfiguration(error);
     if (!c) return std::nullopt;
     return configurationDocument(*c);
 }
 
-bool importConfiguration(KeyboardSession& session, std::string_view document, std::string& error) {
+Outcome importConfiguration(const Target& target, std::string_view document) {
+    std::string error;
     const std::optional<Configuration> c = parseConfigurationDocument(document, error);
-    if (!c) return false;
-    DeviceSQLite* db = session.core.db();
-    if (!db || !db->isConnected()) {
-        error = "no database is open";
-        return false;
-    }
-    if (!db->replaceConfiguration(*c, error)) return false;
-    // The session forgets what it showed and loads the new contents as a first connection
-    // does, sending the per-key colours (when a set exists), the system functions and
-    // profile 1's key map.
-    session.userLights.unloadUserLight();
-    session.device.getAllProfile();
-    session.profiles.selectProfile(1);
-    session.macros.initMacroList();
-    return true;
+    if (!c) return Outcome::refused(error);
+    if (!target.db.replaceConfiguration(*c, error)) return Outcome::notStored(error + "; the database is unchanged");
+    sendWholeConfiguration(target);
+    return Outcome::done();
 }
 
-}  // namespace qx9
+}  // namespace qx9::ops

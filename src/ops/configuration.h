@@ -8,11 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "ops/target.h"
 #include "store/configuration.h"
 
-namespace qx9 {
-
-class KeyboardSession;
+namespace qx9::ops {
 
 // The export document: one JSON object
 //   {"format": "halvorn-qx9-configuration", "version": 1,
@@ -26,15 +25,16 @@ inline constexpr const char* kConfigurationFormat = "halvorn-qx9-configuration";
 inline constexpr std::int64_t kConfigurationVersion = 1;
 
 // The document of a configuration, and back. Parsing checks the whole document — its format
-// and version, every field's presence, type and range, unique ids, profile 1 — and gives
-// nothing but an error message when anything is wrong.
+// and version, every field's presence, type and range, unique ids, no more macros than the
+// keyboard can address — and gives nothing but an error message when anything is wrong.
 std::string configurationDocument(const Configuration& configuration);
 std::optional<Configuration> parseConfigurationDocument(std::string_view text, std::string& error);
 
-// The session's database as a document.
-std::optional<std::string> exportConfiguration(KeyboardSession& session, std::string& error);
-// Checks the document completely, then replaces the database contents with it and loads the
-// session and sends to the keyboard as a first connection does. On any error nothing changes.
-bool importConfiguration(KeyboardSession& session, std::string_view document, std::string& error);
+// The database as a document.
+std::optional<std::string> exportConfiguration(const DeviceSQLite& db, std::string& error);
+// Checks the document completely, then replaces the database contents with it in one
+// transaction and sends to the keyboard what a first connection sends. On any error nothing
+// changes.
+Outcome importConfiguration(const Target& target, std::string_view document);
 
-}  // namespace qx9
+}  // namespace qx9::ops

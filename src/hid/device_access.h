@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "hid/hid_device.h"
+
+namespace qx9 {
+
+class VirtualQX9;
+
+// The fix for a configuration interface that exists but may not be opened.
+std::string accessFix();
+
+// Opens a keyboard's configuration interface for use (on the thread that will write to it).
+struct OpenedInterface {
+    bool opened = false;
+    bool accessDenied = false;  // the node exists but this user may not open it
+    std::string node;           // the hidraw node, empty for a virtual keyboard
+    std::string error;          // why it did not open, with the fix when access was denied
+};
+OpenedInterface openInterface(const HIDDevice& record);
+
+// The device record of a virtual QX9, as the monitor would report a real one.
+HIDDevice virtualQX9Record(std::shared_ptr<VirtualQX9> keyboard);
+
+}  // namespace qx9

@@ -1,0 +1,109 @@
+#include "ops/lighting.h"
+
+#include "i18n/text_ids.h"
+#include "ops/keyboard_writes.h"
+#include "ops/settings.h"
+
+namespace qx9::ops {
+
+namespace {
+
+Outcome byteValue(std::int64_t value, const char* what) {
+    if (value < 0 || value > 255) return Outcome::refused(std::string(what) + " is 0-255, not " + std::to_string(value));
+    return Outcome::done();
+}
+
+}  // namespace
+
+std::int64_t effectOfRow(int row) { return row < kEffectRows - 1 ? row + 1 : kEffectOff; }
+
+int effectTextId(int row) { return textid::kEffectFirst + row; }
+
+EffectControls effectControls(std::int64_t effect, const LightRecord& record) {
+    EffectControls c;
+    if (effect < kEffectOff || effect > kLastEffect) return c;
+    c.known = true;
+    if (effect == kEffectOff) return c;
+    c.speed = effect != kEffectStatic;
+    c.randomSwitch = true;
+    if (effect == kEffectColourful || effect == kEffectSpectrum) {
+        c.colourful = true;  // the switch shows off whatever is stored
+        return c;
+    }
+    c.randomShownOn = record[kLightRandom] == kRandomOn;
+    c.colour = !c.randomShownOn;
+    c.colourful = c.randomShownOn;
+    c.upDown = effect == kEffectScrolling;
+    c.leftRight = effect == kEffectRolling || effect == kEffectFlowing || effect == kEffectTilt;
+    return c;
+}
+
+std::int64_t selectedEffect(DeviceSQLite& db) {
+    db.writeLightProfile(kSettingsProfile);
+    return db.getLightModeSelectIndex(kSettingsProfile);
+}
+
+bool readLightRecord(const DeviceSQLite& db, std::int64_t profile, std::int64_t effect, LightRecord& record) {
+    lightData data;
+    if (!db.queryLightInfo(profile, effect, data)) return false;
+    record = data.data;
+    return true;
+}
+
+Outcome selectEffect(const Target& target, std::int64_t profile, std::int64_t effect, LightRecord& record) {
+    // The selection is one for the application; the record is that of the current profile.
+    target.db.writeLightProfile(profile);  // a profile's lighting rows are made when first needed
+    target.db.selectLightMode(kSettingsProfile, effect);
+    record.fill(0);
+    if (!readLightRecord(target.db, profile, effect, record)) {
+        return Outcome::refused("cannot read the backlight record of effect " + std::to_string(effect));
+    }
+    sendLightMode(target, profile, effect);
+    return Outcome::done();
+}
+
+Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64_t effect,
+                          const std::function<void(LightRecord&)>& change) {
+    LightRecord record{};
+    target.db.writeLightProfile(profile);
+    if (!readLightRecord(target.db, profile, effect, record)) {
+        return Outcome::refused("cannot read the backlight record of effect " + std::to_string(effect));
+    }
+    change(record);
+    if (!target.db.modifyLightData(profile, effect, record)) return Outcome::notStored("the database did not take the change");
+    sendLightMode(target, profile, effect);
+    return Outcome::done();
+}
+
+Outcome setLightColour(const Target& target, std::int64_t profile, std::int64_t effect, std::uint8_t red,
+                       std::uint8_t green, std::uint8_t blue) {
+    return changeLightRecord(target, profile, effect, [&](LightRecord& r) {
+        r[kLightRed] = red;
+        r[kLightGreen] = green;
+        r[kLightBlue] = blue;
+    });
+}
+
+Outcome setRandomColour(const Target& target, std::int64_t profile, std::int64_t effect, bool on) {
+    return changeLightRecord(target, profile, effect, [&](LightRecord& r) { r[kLightRandom] = on ? kRandomOn : 0; });
+}
+
+Outcome setBrightness(const Target& target, std::int64_t profile, std::int64_t effect, std::int64_t value) {
+    if (Outcome o = byteValue(value, "the brightness"); !o) return o;
+    return changeLightRecord(target, profile, effect,
+                             [&](LightRecord& r) { r[kLightBrightness] = static_cast<std::uint8_t>(value); });
+}
+
+Outcome setSpeed(const Target& target, std::int64_t profile, std::int64_t effect, std::int64_t value) {
+    if (Outcome o = byteValue(value, "the speed"); !o) return o;
+    return changeLightRecord(target, profile, effect,
+                             [&](LightRecord& r) { r[kLightSpeed] = static_cast<std::uint8_t>(value); });
+}
+
+Outcome setDirection(const Target& target, std::int64_t profile, std::int64_t effect, std::int64_t direction) {
+    if (Outcome o = byteValue(direction, "the direction"); !o) return o;
+    return changeLightRecord(target, profile, effect,
+                             [&](LightRecord& r) { r[kLightDirection] = static_cast<std::uint8_t>(direction); });
+}
+
+}  // namespace qx9::ops

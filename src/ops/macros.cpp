@@ -1,0 +1,152 @@
+#include "ops/macros.h"
+
+#include "i18n/extra_texts.h"
+#include "i18n/language.h"
+#include "i18n/text_ids.h"
+#include "layout/key_maps.h"
+#include "ops/keyboard_writes.h"
+
+namespace qx9::ops {
+
+namespace {
+
+std::vector<RecordInfo> records(std::int64_t macro, const std::vector<RecordRow>& events) {
+    std::vector<RecordInfo> out;
+    out.reserve(events.size());
+    for (std::size_t i = 0; i < events.size(); ++i) {
+        out.push_back({0, macro, events[i].type, static_cast<std::int64_t>(i), events[i].value, events[i].text});
+    }
+    return out;
+}
+
+}  // namespace
+
+std::string recordListText(const RecordRow& row) {
+    switch (row.type) {
+        case kRecordDelay: return "[Delay:ms] " + row.text;
+        case kRecordKeyDown: return "[KEY DOWN] " + row.text;
+        case kRecordKeyUp: return "[KEY UP] " + row.text;
+        default: return row.text;
+    }
+}
+
+std::optional<std::vector<RecordRow>> keyPressEvents(std::int64_t keyCode) {
+    // A key of another keyboard that the QX9 lacks (a keypad key, say) cannot be part of a macro.
+    const KeyCodeEntry* key =
+        keyCode == static_cast<int>(keyCode) ? G_KB_SuperKeyCodeMap.find(static_cast<int>(keyCode)) : nullptr;
+    if (!key || key->full_name.empty()) return std::nullopt;
+    return std::vector<RecordRow>{{kRecordKeyDown, key->full_name, keyCode}, {kRecordKeyUp, key->full_name, keyCode}};
+}
+
+std::vector<RecordRow> mouseClickEvents(int button) {
+    return {{kRecordMouseDown, localizedText(textid::kMouseLeftDown + 2 * button), button + 1},
+            {kRecordMouseUp, localizedText(textid::kMouseLeftDown + 2 * button + 1), button + 1}};
+}
+
+std::vector<RecordRow> delayEvents(std::int64_t ms) { return {{kRecordDelay, std::to_string(ms), ms}}; }
+
+void insertEvents(std::vector<RecordRow>& events, std::optional<std::size_t> selected, bool after,
+                  const std::vector<RecordRow>& added) {
+    std::size_t at = events.size();
+    if (selected && *selected < events.size()) at = *selected + (after ? 1 : 0);
+    events.insert(events.begin() + static_cast<std::ptrdiff_t>(at), added.begin(), added.end());
+}
+
+void deleteEventWithPartner(std::vector<RecordRow>& events, std::size_t at) {
+    if (at >= events.size()) return;
+    const std::int64_t type = events[at].type;
+    events.erase(events.begin() + static_cast<std::ptrdiff_t>(at));
+    const auto erase = [&](std::int64_t partner, bool forward) {
+        if (forward) {
+            for (std::size_t j = at; j < events.size(); ++j) {
+                if (events[j].type == partner) return void(events.erase(events.begin() + static_cast<std::ptrdiff_t>(j)));
+            }
+        } else {
+            for (std::size_t j = at; j-- > 0;) {
+                if (events[j].type == partner) return void(events.erase(events.begin() + static_cast<std::ptrdiff_t>(j)));
+            }
+        }
+    };
+    switch (type) {
+        case kRecordKeyDown: erase(kRecordKeyUp, true); break;
+        case kRecordKeyUp: erase(kRecordKeyDown, false); break;
+        case kRecordMouseDown: erase(kRecordMouseUp, true); break;
+        case kRecordMouseUp: erase(kRecordMouseDown, false); break;
+        default: break;
+    }
+}
+
+std::string newMacroName(std::size_t listedMacros) {
+    return localizedText(textid::kMacro) + std::to_string(listedMacros + 1);
+}
+
+std::int64_t macroMemoryUsed(const DeviceSQLite& db) {
+    return protocol::macroMemoryBytes(db.getRecordCount(), db.countMacros());
+}
+
+std::vector<RecordRow> storedEvents(const DeviceSQLite& db, std::int64_t macro) {
+    std::vector<RecordInfo> stored;
+    db.queryMacroRecord(macro, stored);
+    std::vector<RecordRow> events;
+    events.reserve(stored.size());
+    for (const RecordInfo& e : stored) events.push_back({e.recordType, e.recordDesc, e.recordValue});
+    return events;
+}
+
+bool macroExists(const DeviceSQLite& db, std::int64_t macro) {
+    MacroInfo info;
+    return db.queryMacroInfo(macro, info);
+}
+
+Outcome addMacro(const Target& target, const std::string& name, std::int64_t& id) {
+    id = 0;
+    if (target.db.countMacros() >= kMaxMacros) {
+        return Outcome::refused("the keyboard holds at most " + std::to_string(kMaxMacros) + " macros",
+                                extraText(ExtraText::kMacroLimitTitle), extraText(ExtraText::kMacroLimitMessage));
+    }
+    id = target.db.addMacroProfile(name);
+    if (id < 1) return Outcome::notStored("the database refused the new macro");
+    return Outcome::done();
+}
+
+Outcome renameMacro(const Target& target, std::int64_t macro, const std::string& name) {
+    if (name.empty()) return Outcome::refused("a macro name cannot be empty");
+    if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
+    if (!target.db.updateMacroProfileName(macro, name)) return Outcome::notStored("the database refused the new name");
+    return Outcome::done();
+}
+
+Outcome deleteMacro(const Target& target, std::int64_t macro) {
+    if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
+    if (!target.db.deleteMacroProfile(macro)) return Outcome::notStored("the database refused to delete the macro");
+    return Outcome::done();
+}
+
+Outcome storeEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events) {
+    if (!target.db.replaceMacroRecords(macro, records(macro, events))) {
+        return Outcome::notStored("the database did not take the macro's events");
+    }
+    return Outcome::done();
+}
+
+Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
+                  std::int64_t delayMode, std::int64_t delayTime, std::int64_t listedMacroCount) {
+    MacroInfo info;
+    info.macroId = macro;
+    info.playTimes = 0;
+    if (delayMode == kNoDelay || delayMode == kDefaultDelay) info.delayType = delayMode;
+    if (delayMode == kDefaultDelay) info.delayTime = delayTime;
+    if (!target.db.saveMacro(info, records(macro, events))) return Outcome::notStored("the database did not take the macro");
+    sendMacros(target, listedMacroCount);
+    return Outcome::done();
+}
+
+Outcome storeAndSendEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
+                           std::int64_t listedMacroCount) {
+    Outcome stored = storeEvents(target, macro, events);
+    if (!stored) return stored;
+    sendMacros(target, listedMacroCount);
+    return Outcome::done();
+}
+
+}  // namespace qx9::ops

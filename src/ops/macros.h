@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ops/target.h"
+#include "protocol/macro_download.h"
+#include "store/records.h"
+
+namespace qx9::ops {
+
+// The keyboard's macro directory has one slot per macro; a key bound to a macro names its slot.
+inline constexpr std::int64_t kMaxMacros = protocol::kMacroDirectorySlots;
+
+// Delay modes of a macro (MacroInfo::delayType).
+enum DelayMode : std::int64_t { kRecordingDelay = 0, kNoDelay = 1, kDefaultDelay = 2 };
+// Longest delay the page's fields take, in ms; recorded delays stop at kMaxRecordedDelay.
+inline constexpr std::int64_t kMaxTypedDelay = 60000;
+inline constexpr std::int64_t kMaxRecordedDelay = 100000;
+
+// One event of a macro as the editor holds it: type, the text the list shows, value.
+struct RecordRow {
+    std::int64_t type = 0;  // RecordType
+    std::string text;
+    std::int64_t value = 0;
+};
+
+// The text the event table shows for a row: "[Delay:ms] 250", "[KEY DOWN] A", "[KEY UP] A";
+// mouse rows show their description alone.
+std::string recordListText(const RecordRow& row);
+
+// The events of a key press (down, up) of a key the QX9 has; none for another key.
+std::optional<std::vector<RecordRow>> keyPressEvents(std::int64_t keyCode);
+// The events of a mouse click: button 0 left, 1 middle, 2 right.
+std::vector<RecordRow> mouseClickEvents(int button);
+std::vector<RecordRow> delayEvents(std::int64_t ms);
+// Inserts `added` before (or after) the selected event, at the end when none is selected.
+void insertEvents(std::vector<RecordRow>& events, std::optional<std::size_t> selected, bool after,
+                  const std::vector<RecordRow>& added);
+// Deletes one event and its partner: the nearest key up after a key down (key down before a key
+// up, and the same for mouse buttons), whatever key or button it has; a delay goes alone.
+void deleteEventWithPartner(std::vector<RecordRow>& events, std::size_t index);
+
+// The name of a new macro: "Macro" and the number of macros listed plus one.
+std::string newMacroName(std::size_t listedMacros);
+// Bytes of the keyboard's macro memory the stored macros use (4 an event, 8 a macro).
+std::int64_t macroMemoryUsed(const DeviceSQLite& db);
+
+std::vector<RecordRow> storedEvents(const DeviceSQLite& db, std::int64_t macro);
+bool macroExists(const DeviceSQLite& db, std::int64_t macro);
+
+// Adds a macro; refused once the keyboard's directory is full.
+Outcome addMacro(const Target& target, const std::string& name, std::int64_t& id);
+Outcome renameMacro(const Target& target, std::int64_t macro, const std::string& name);
+// Nothing is sent: key bindings keep their macro positions until the next download.
+Outcome deleteMacro(const Target& target, std::int64_t macro);
+// Replaces the macro's events in one transaction; nothing is sent.
+Outcome storeEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events);
+// Replaces the macro's events and its delay mode in one transaction (the repeat count is reset
+// to 0), then sends every macro; `listedMacroCount` as for sendMacros.
+Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
+                  std::int64_t delayMode, std::int64_t delayTime, std::int64_t listedMacroCount);
+// Stores the events and sends every macro.
+Outcome storeAndSendEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
+                           std::int64_t listedMacroCount);
+
+}  // namespace qx9::ops

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "ops/target.h"
+#include "protocol/system_function.h"
+
+namespace qx9::ops {
+
+// The application-wide settings live under profile 1 whatever profile is current: the keyboard
+// has one set of system functions, the application one language.
+inline constexpr std::int64_t kSettingsProfile = 1;
+
+// Keys of the configuration values.
+inline constexpr const char* kLanguage = "language";
+inline constexpr const char* kGameMode = "gamemode";
+inline constexpr const char* kBlockAltTab = "disable_alttab";
+inline constexpr const char* kBlockAltF4 = "disable_altf4";
+inline constexpr const char* kBlockWin = "disable_win";
+inline constexpr const char* kFnFunction = "fnfunction";
+inline constexpr const char* kSleepLight = "sleeplight";
+
+// Backlight sleep times, the values of "sleeplight".
+inline constexpr std::int64_t kSleepTimeCount = 4;
+
+enum class Block { kAltTab, kAltF4, kWin };
+const char* blockKey(Block block);
+
+// A setting of profile 1, written even when its row is missing (a reset of profile 1 deletes
+// the rows of the settings).
+bool storeSetting(DeviceSQLite& db, const char* key, const std::string& value);
+
+// The stored language applied at start-up: the language to use and the row of the language
+// box. A missing value means Simplified Chinese with the English row showing, and "2052" is
+// written; any other unknown value leaves both as they are (returns false).
+struct LanguageChoice {
+    int language = 0;
+    int row = 0;
+};
+bool applyStoredLanguage(DeviceSQLite& db, LanguageChoice& choice);
+// The language the texts are in after start-up, read without writing anything.
+int languageInUse(const DeviceSQLite& db);
+// The user picked a language (1033, 2052 or 1028).
+Outcome setLanguage(const Target& target, int language);
+
+// Fn key as Fn (true) or as a default key; the system functions are sent with `shown`, the
+// switches as the settings page shows them.
+Outcome setFnMode(const Target& target, bool fnKey, const protocol::SystemSwitches& shown);
+// Game mode on or off; the switches sent are returned (on: with the stored blocks; off: all off).
+protocol::SystemSwitches setGameMode(const Target& target, bool on);
+// One key block; `shown` are the switches before the change. Returns the switches sent.
+protocol::SystemSwitches setBlock(const Target& target, Block block, bool on,
+                                  protocol::SystemSwitches shown);
+// Backlight sleep time 0–3, stored under profile 1 and sent with the system functions.
+Outcome setSleepTime(const Target& target, std::int64_t value, const protocol::SystemSwitches& shown);
+
+// The key assignments of `profile` back to their defaults; the profile is then selected again,
+// which sends its key map and reads its selected effect into `lightMode`.
+Outcome resetKeys(const Target& target, std::int64_t profile, std::int64_t& lightMode);
+// Every table dropped and created again with the first-start data, then sent as at a first
+// connection.
+Outcome resetAll(const Target& target);
+
+}  // namespace qx9::ops

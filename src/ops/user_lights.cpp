@@ -1,0 +1,114 @@
+#include "ops/user_lights.h"
+
+#include "i18n/language.h"
+#include "i18n/text_ids.h"
+#include "layout/key_maps.h"
+#include "ops/keyboard_writes.h"
+#include "ops/settings.h"
+
+namespace qx9::ops {
+
+namespace {
+
+constexpr std::uint32_t kMaxColour = 0xFFFFFF;
+
+Outcome requireSet(const DeviceSQLite& db, std::int64_t set) {
+    if (set >= 1 && userLightExists(db, set)) return Outcome::done();
+    return Outcome::refused(set < 1 ? "no per-key set is chosen" : "no user light " + std::to_string(set),
+                            localizedText(textid::kPleaseAddUserLights), localizedText(textid::kUserLight));
+}
+
+}  // namespace
+
+std::string newUserLightName(std::size_t listedSets) {
+    return localizedText(textid::kUserLight) + std::to_string(listedSets + 1);
+}
+
+bool userLightExists(const DeviceSQLite& db, std::int64_t set) {
+    std::vector<UserLightData> sets;
+    db.getUserLightData(kSettingsProfile, sets);
+    for (const UserLightData& s : sets) {
+        if (s.userlight_id == set) return true;
+    }
+    return false;
+}
+
+const std::vector<KeyData>& paintableKeys() {
+    static const std::vector<KeyData> keys = buildKeyboardLayout();
+    return keys;
+}
+
+std::optional<std::size_t> paintablePosition(std::int64_t keyCode) {
+    for (const KeyData& k : paintableKeys()) {
+        if (k.keycode == keyCode) return static_cast<std::size_t>(k.index);
+    }
+    return std::nullopt;
+}
+
+std::vector<std::uint32_t> setColours(const DeviceSQLite& db, std::int64_t set) {
+    std::vector<std::uint32_t> colours(paintableKeys().size(), 0);
+    std::vector<UserLightLEDData> stored;
+    db.getUserLightLEDData(set, stored);
+    for (const UserLightLEDData& c : stored) {
+        const KeyCodeEntry* key =
+            c.key_value == static_cast<int>(c.key_value) ? G_KB_SuperKeyCodeMap.find(static_cast<int>(c.key_value)) : nullptr;
+        if (!key || key->layout_index < 0 || static_cast<std::size_t>(key->layout_index) >= colours.size()) continue;
+        colours[static_cast<std::size_t>(key->layout_index)] = static_cast<std::uint32_t>(c.key_rgbvalue) & kMaxColour;
+    }
+    return colours;
+}
+
+Outcome addUserLight(const Target& target, const std::string& name, std::int64_t& id) {
+    id = target.db.addUserLight(kSettingsProfile, name);
+    if (id < 1) return Outcome::notStored("the database refused the new user light");
+    return Outcome::done();
+}
+
+Outcome renameUserLight(const Target& target, std::int64_t set, const std::string& name) {
+    if (name.empty()) return Outcome::refused("a user light's name cannot be empty");
+    if (Outcome o = requireSet(target.db, set); !o) return o;
+    if (!target.db.updateUserLightName(set, name)) return Outcome::notStored("the database refused the new name");
+    return Outcome::done();
+}
+
+Outcome deleteUserLight(const Target& target, std::int64_t set) {
+    if (Outcome o = requireSet(target.db, set); !o) return o;
+    if (!target.db.deleteUserLight(set)) return Outcome::notStored("the database refused to delete the user light");
+    return Outcome::done();
+}
+
+Outcome showUserLight(const Target& target, std::int64_t set) {
+    sendUserLightColours(target, set);
+    return Outcome::done();
+}
+
+Outcome applyUserLight(const Target& target, std::int64_t set, const std::vector<std::uint32_t>& colours) {
+    if (Outcome o = requireSet(target.db, set); !o) return o;
+    const std::vector<KeyData>& keys = paintableKeys();
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        for (std::size_t i = 0; i < keys.size() && i < colours.size(); ++i) {
+            target.db.addUserLightLEDData({0, set, keys[i].keycode, colours[i] & kMaxColour});
+        }
+        if (!transaction.commit()) return Outcome::notStored("the database did not take the colours");
+    }
+    sendUserLightColours(target, set);
+    return Outcome::done();
+}
+
+Outcome resetUserLight(const Target& target, std::int64_t set) {
+    return applyUserLight(target, set, std::vector<std::uint32_t>(paintableKeys().size(), 0));
+}
+
+Outcome paintKeys(const Target& target, std::int64_t set, const std::vector<std::int64_t>& keys, std::uint32_t rgb) {
+    if (rgb > kMaxColour) return Outcome::refused("a colour is RRGGBB");
+    std::vector<std::uint32_t> colours = setColours(target.db, set);
+    for (std::int64_t code : keys) {
+        const std::optional<std::size_t> position = paintablePosition(code);
+        if (!position) return Outcome::refused("the key " + std::to_string(code) + " is not on the on-screen keyboard");
+        colours[*position] = rgb;
+    }
+    return applyUserLight(target, set, colours);
+}
+
+}  // namespace qx9::ops
