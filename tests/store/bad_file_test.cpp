@@ -65,6 +65,13 @@ Rows everyResult(DeviceSQLite& db) {
     put("addUserLightLEDData", db.addUserLightLEDData({0, 1, 30, 0xFF0000}));
     put("addUserLightLEDData(0)", db.addUserLightLEDData({0, 1, 30, 0}));
     put("getUserLightLEDData", db.getUserLightLEDData(1, colours));
+    put("replaceMacroRecords", db.replaceMacroRecords(1, events));
+    put("saveMacro", db.saveMacro(macro, events));
+    put("countMacros", db.countMacros());
+    std::string error;
+    put("readConfiguration", db.readConfiguration(error) ? "read" : error);
+    put("replaceConfiguration", db.replaceConfiguration({}, error) ? "replaced" : error);
+    put("commit", db.beginTransaction().commit());
     return r;
 }
 
@@ -80,6 +87,9 @@ const Rows kNoConnection = {
     "modifyLightData=true", "selectLightMode=true", "getLightModeSelectIndex=0",
     "queryLightInfo=false", "addUserLight=0", "deleteUserLight=true", "getUserLightData=1",
     "addUserLightLEDData=0", "addUserLightLEDData(0)=-1", "getUserLightLEDData=1",
+    "replaceMacroRecords=true", "saveMacro=true", "countMacros=0",
+    "readConfiguration=no database is open", "replaceConfiguration=no database is open",
+    "commit=false",
 };
 // clang-format on
 
@@ -95,6 +105,9 @@ const Rows kRefused = {
     "modifyLightData=false", "selectLightMode=false", "getLightModeSelectIndex=0",
     "queryLightInfo=false", "addUserLight=0", "deleteUserLight=false", "getUserLightData=1",
     "addUserLightLEDData=-1", "addUserLightLEDData(0)=-1", "getUserLightLEDData=1",
+    "replaceMacroRecords=false", "saveMacro=false", "countMacros=0",
+    "readConfiguration=cannot read the database: file is not a database",
+    "replaceConfiguration=cannot write the database: file is not a database", "commit=false",
 };
 // clang-format on
 
@@ -185,6 +198,9 @@ int readOnlySession(const fs::path& file) {
     DeviceSQLite db = DeviceSQLite::atPath(file);
     std::vector<ProfileData> profiles;
     const bool listed = db.queryProfileList(profiles);
+    std::string error, replaceError;
+    const std::optional<Configuration> exported = db.readConfiguration(error);
+    db.replaceConfiguration({}, replaceError);
     const Rows got = {
         console.text(),
         db.getConfigData(1, "language"),
@@ -194,9 +210,19 @@ int readOnlySession(const fs::path& file) {
         std::to_string(db.updateConfigData(1, "language", "2052")),
         std::to_string(db.selectLightMode(1, 3)),
         std::to_string(db.writeLightProfile(2)),
+        exported ? std::to_string(exported->lighting.size()) : error,
+        replaceError,
     };
-    const Rows expected = {
-        "createTable success\ninit: connect success\n", "1033", "11", "1/1", "0", "0", "0", "0"};
+    const Rows expected = {"createTable success\ninit: connect success\n",
+                           "1033",
+                           "11",
+                           "1/1",
+                           "0",
+                           "0",
+                           "0",
+                           "0",
+                           "21",
+                           "cannot write the database: attempt to write a readonly database"};
     if (got == expected) return 0;
     for (const std::string& g : got) std::cerr << '[' << g << "] ";
     return 1;

@@ -11,12 +11,6 @@ ProfileKey key(std::int64_t layer, std::int64_t keyValue, std::int64_t value,
     return {0, layer, 1, keyValue, kMacroTypeKey, value, value + 1, value + 2, desc};
 }
 
-RecordInfo event(std::int64_t macro, std::int64_t type, std::int64_t index, std::int64_t value) {
-    return {0, macro, type, index, value, "e" + std::to_string(index)};
-}
-
-const char* const kRefuse = " BEGIN SELECT RAISE(ABORT, 'refused'); END";
-
 TEST_F(StoreTest, ReassignedKeyGetsANewerRowAndLayersStaySeparate) {
     EXPECT_EQ(db_.addKeyProfile(key(0, 10, 5, "first")), 1);
     db_.addKeyProfile(key(0, 20, 6));
@@ -53,7 +47,7 @@ TEST_F(StoreTest, ValueZeroClearsAndKeyZeroTouchesNothing) {
 
 TEST_F(StoreTest, RefusedInsertLeavesTheKeyWithItsDefault) {
     db_.addKeyProfile(key(0, 10, 5));
-    sql_.exec(std::string("CREATE TRIGGER refuse BEFORE INSERT ON t_keyprofile") + kRefuse);
+    sql_.refuse("BEFORE INSERT ON t_keyprofile");
     EXPECT_EQ(db_.addKeyProfile(key(0, 10, 6)), 0);
     EXPECT_EQ(sql_.value("SELECT count(*) FROM t_keyprofile"), "0");
 }
@@ -92,19 +86,19 @@ TEST_F(StoreTest, EventsComeBackInInsertionOrder) {
     EXPECT_EQ(db_.getRecordCount(), 4);
 }
 
-TEST_F(StoreTest, DeletingAMacroTakesItsEventsUnlessTheHeaderStays) {
-    const std::int64_t a = db_.addMacroProfile("A");
-    const std::int64_t b = db_.addMacroProfile("B");
-    db_.addMacroRecord(event(a, kRecordDelay, 0, 10));
-    db_.addMacroRecord(event(b, kRecordDelay, 0, 10));
-    sql_.exec("CREATE TRIGGER refuse BEFORE DELETE ON t_macro_data WHEN OLD.macro_id = 1" +
-              std::string(kRefuse));
+TEST_F(StoreTest, AMacroGoesWithItsEventsOrNotAtAll) {
+    for (const char* name : {"A", "B", "C"}) {
+        db_.addMacroRecord(event(db_.addMacroProfile(name), kRecordDelay, 0, 10));
+    }
+    sql_.refuse("BEFORE DELETE ON t_macro_data WHEN OLD.macro_id = 1");
+    sql_.refuse("BEFORE DELETE ON t_macrorecord WHEN OLD.macro_id = 2");
 
-    EXPECT_FALSE(db_.deleteMacroProfile(a));
-    EXPECT_EQ(db_.getRecordCount(), 2);
-    EXPECT_TRUE(db_.deleteMacroProfile(b));
-    EXPECT_EQ(sql_.rows("SELECT macro_id FROM t_macro_data"), Rows{"1"});
-    EXPECT_EQ(sql_.rows("SELECT macro_id FROM t_macrorecord"), Rows{"1"});
+    EXPECT_FALSE(db_.deleteMacroProfile(1));
+    EXPECT_FALSE(db_.deleteMacroProfile(2));
+    EXPECT_TRUE(db_.deleteMacroProfile(3));
+    EXPECT_EQ(sql_.rows("SELECT macro_id FROM t_macro_data"), (Rows{"1", "2"}));
+    EXPECT_EQ(sql_.rows("SELECT macro_id FROM t_macrorecord"), (Rows{"1", "2"}));
+    EXPECT_EQ(db_.countMacros(), 2);
 }
 
 }  // namespace

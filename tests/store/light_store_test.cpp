@@ -21,9 +21,7 @@ TEST_F(StoreTest, OneSelectedModePerProfile) {
     EXPECT_EQ(db_.getLightModeSelectIndex(2), 0);
     EXPECT_EQ(sql_.rows("SELECT profId, mode FROM t_lightdata WHERE status = 1"), Rows{"1|7"});
 
-    sql_.exec(
-        "CREATE TRIGGER refuse BEFORE UPDATE OF status ON t_lightdata WHEN NEW.status = 1 "
-        "BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    sql_.refuse("BEFORE UPDATE OF status ON t_lightdata WHEN NEW.status = 1");
     EXPECT_FALSE(db_.selectLightMode(1, 4));
     EXPECT_EQ(db_.getLightModeSelectIndex(1), 0);
 }

@@ -102,6 +102,25 @@ Rows SqlFile::tables() const {
     return rows("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY rowid");
 }
 
+Rows SqlFile::dump() const {
+    Rows all;
+    for (const std::string& table : tables()) {
+        for (const std::string& row : rows("SELECT * FROM \"" + table + "\" ORDER BY rowid")) {
+            all.push_back(table + "|" + row);
+        }
+    }
+    return all;
+}
+
+void SqlFile::refuse(const std::string& when, const char* action) {
+    exec("CREATE TRIGGER refuse" + std::to_string(++triggers_) + " " + when +
+         " BEGIN SELECT RAISE(" + action + ", 'refused'); END");
+}
+
+void SqlFile::allowAll() {
+    for (; triggers_ > 0; --triggers_) exec("DROP TRIGGER refuse" + std::to_string(triggers_));
+}
+
 ConsoleCapture::ConsoleCapture() : previous_(setConsoleStream(&out_)) {}
 
 ConsoleCapture::~ConsoleCapture() {

@@ -22,6 +22,11 @@ std::string str(const MacroInfo& m);
 std::string str(const RecordInfo& r);
 std::string str(const UserLightData& s);
 std::string str(const UserLightLEDData& l);
+inline RecordInfo event(std::int64_t macro, std::int64_t type, std::int64_t index,
+                        std::int64_t value) {
+    return {0, macro, type, index, value, "e" + std::to_string(index)};
+}
+
 template <typename T>
 Rows strs(const std::vector<T>& records) {
     Rows rows;
@@ -60,9 +65,16 @@ public:
     void exec(const std::string& sql) const;
     // Names of the tables in their order of creation.
     Rows tables() const;
+    // Every row of every table, each as "table|columns…".
+    Rows dump() const;
+    // A trigger that refuses the statements `when` describes ("BEFORE INSERT ON t WHEN …"),
+    // with RAISE(ABORT) or RAISE(ROLLBACK); allowAll() drops every one.
+    void refuse(const std::string& when, const char* action = "ABORT");
+    void allowAll();
 
 private:
     sqlite3* db_ = nullptr;
+    int triggers_ = 0;
 };
 
 // Collects the console lines for the life of the object.

@@ -1,0 +1,184 @@
+// Transactions: levels inside levels, failures inside them, and the operations that replace many
+// rows at once.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "store_support.h"
+
+namespace qx9::test {
+namespace {
+
+TEST_F(StoreTest, EachLevelKeepsOrDropsItsWritesAndOnlyTheOutermostReachesTheFile) {
+    // Level i adds profile "L<i>" and is committed when commits[i] says so, innermost first.
+    const std::pair<std::vector<bool>, Rows> cases[] = {
+        {{true, true}, {"L1", "L2"}},
+        {{true, false}, {"L1"}},
+        {{false, true}, {}},
+        {{true, false, true}, {"L1"}},
+        {{true, true, false}, {"L1", "L2"}},
+    };
+    for (const auto& [commits, kept] : cases) {
+        sql_.exec("DELETE FROM t_profile WHERE profId > 1");
+        std::vector<DeviceSQLite::Transaction> levels;
+        for (std::size_t i = 0; i < commits.size(); ++i) {
+            levels.push_back(db_.beginTransaction());
+            db_.addProfile("L" + std::to_string(i + 1));
+        }
+        for (std::size_t i = commits.size(); i-- > 0;) {
+            EXPECT_EQ(sql_.value("SELECT count(*) FROM t_profile"), "1");
+            if (commits[i]) {
+                EXPECT_TRUE(levels.back().commit());
+            }
+            levels.pop_back();
+        }
+        EXPECT_EQ(sql_.rows("SELECT name FROM t_profile WHERE profId > 1"), kept) << kept.size();
+    }
+}
+
+TEST_F(StoreTest, AFailedOperationUndoesItsOwnWritesOrTheWholeTransaction) {
+    // RAISE(ABORT): the operation's level is rolled back, the caller's writes around it stay.
+    // RAISE(ROLLBACK): SQLite drops the whole transaction; what follows is refused, not written
+    // on its own, and the commit fails.
+    struct Case {
+        const char* action;
+        bool committed;
+        Rows profiles;
+    };
+    const Case cases[] = {{"ABORT", true, {"Before", "After"}}, {"ROLLBACK", false, {}}};
+    const std::int64_t macro = db_.addMacroProfile("M");
+    ASSERT_TRUE(db_.replaceMacroRecords(macro, {event(0, kRecordDelay, 0, 10)}));
+    for (const Case& c : cases) {
+        sql_.exec("DELETE FROM t_profile WHERE profId > 1");
+        sql_.refuse("BEFORE INSERT ON t_macrorecord WHEN NEW.record_value = 99", c.action);
+        {
+            DeviceSQLite::Transaction transaction = db_.beginTransaction();
+            EXPECT_NE(db_.addProfile("Before"), 0);
+            EXPECT_FALSE(db_.replaceMacroRecords(
+                macro, {event(0, kRecordDelay, 0, 30), event(0, kRecordDelay, 1, 99)}));
+            EXPECT_EQ(db_.addProfile("After") != 0, c.committed);
+            EXPECT_EQ(transaction.active(), c.committed);
+            EXPECT_EQ(transaction.commit(), c.committed);
+        }
+        EXPECT_EQ(sql_.rows("SELECT name FROM t_profile WHERE profId > 1"), c.profiles);
+        EXPECT_EQ(sql_.rows("SELECT macro_id, record_index, record_value FROM t_macrorecord"),
+                  Rows{"1|0|10"});
+        sql_.allowAll();
+    }
+}
+
+TEST_F(StoreTest, ATransactionThatCannotBeginWritesNothing) {
+    sql_.exec("BEGIN IMMEDIATE");  // another process holds the write lock past the busy timeout
+    {
+        DeviceSQLite::Transaction transaction = db_.beginTransaction();
+        EXPECT_FALSE(transaction.active());
+        sql_.exec("COMMIT");
+        // The lock is free again, but the operations must not each commit on their own.
+        EXPECT_EQ(db_.addProfile("Two"), 0);
+        EXPECT_FALSE(db_.updateProfileName(1, "Renamed"));
+        EXPECT_FALSE(transaction.commit());
+    }
+    EXPECT_EQ(db_.addProfile("Three"), 2);
+    EXPECT_EQ(sql_.rows("SELECT name FROM t_profile"), (Rows{"Configuration File 1", "Three"}));
+}
+
+TEST_F(StoreTest, MacroEventsAndHeaderAreSavedTogether) {
+    struct Case {
+        const char* name;
+        const char* refuse;  // nullptr: nothing refused
+        std::int64_t macro;  // 0: the macro the case made
+        bool saved;
+    };
+    const Case cases[] = {
+        {"saved", nullptr, 0, true},
+        {"event refused", "BEFORE INSERT ON t_macrorecord WHEN NEW.record_value = 99", 0, false},
+        {"header refused", "BEFORE UPDATE ON t_macro_data", 0, false},
+        {"no such macro", nullptr, 77, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        sql_.exec("DELETE FROM t_macro_data; DELETE FROM t_macrorecord");
+        const std::int64_t other = db_.addMacroProfile("Other");
+        const std::int64_t macro = db_.addMacroProfile("M");
+        db_.addMacroRecord(event(other, kRecordDelay, 0, 5));
+        db_.addMacroRecord(event(macro, kRecordDelay, 0, 10));
+        db_.addMacroRecord(event(macro, kRecordDelay, 1, 20));
+        if (c.refuse) sql_.refuse(c.refuse);
+        // Stored under the macro's id, indexed by position, whatever the records say.
+        const std::vector<RecordInfo> events = {event(9, kRecordKeyDown, 7, 99),
+                                                event(9, kRecordKeyUp, 7, 30)};
+        EXPECT_EQ(db_.saveMacro({c.macro ? c.macro : macro, 3, 1, 50, "ignored"}, events), c.saved);
+
+        const std::string m = std::to_string(macro), o = std::to_string(other);
+        EXPECT_EQ(sql_.rows("SELECT * FROM t_macro_data ORDER BY macro_id"),
+                  (Rows{o + "|1|0|0|Other", m + (c.saved ? "|3|1|50|M" : "|1|0|0|M")}));
+        const Rows stored = c.saved ? Rows{o + "|1|0|5", m + "|2|0|99", m + "|3|1|30"}
+                                    : Rows{o + "|1|0|5", m + "|1|0|10", m + "|1|1|20"};
+        EXPECT_EQ(sql_.rows("SELECT macro_id, record_type, record_index, record_value "
+                            "FROM t_macrorecord ORDER BY record_id"),
+                  stored);
+        EXPECT_EQ(db_.countMacros(), 2);
+        sql_.allowAll();
+    }
+}
+
+// A small configuration: ids out of step with the row order, a light row without a name.
+Configuration sampleConfiguration() {
+    Configuration c;
+    c.profiles = {{1, "One"}, {5, "Five"}};
+    c.configurationValues = {{7, 1, "language", "1033"}};
+    c.keyAssignments = {{9, 1, 5, 4, kMacroTypeKey, 5, 6, 7, "B"}};
+    c.lighting = {{11, 5, std::nullopt, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, 1}};
+    c.userLights = {{3, 5, "Sunset", 14, 13}};
+    c.userLightColours = {{4, 3, 41, 0x12ABEF}};
+    c.macros = {{6, 2, 1, 40, "Combo"}};
+    c.macroEvents = {{12, 6, kRecordKeyUp, 1, 4, "A up"}, {8, 6, kRecordKeyDown, 0, 4, "A"}};
+    return c;
+}
+
+TEST_F(StoreTest, ReplacedConfigurationKeepsItsIdsAndReadsBackTheSame) {
+    db_.writeLightProfile(1);
+    sql_.exec("INSERT INTO t_triggerkey (profId, layer, keyvalue, keydesc) VALUES (1, 0, 4, 'A')");
+    std::string error;
+    ASSERT_TRUE(db_.replaceConfiguration(sampleConfiguration(), error)) << error;
+    const Rows replaced = sql_.dump();
+    EXPECT_EQ(replaced,
+              (Rows{"t_profile|1|One", "t_profile|5|Five", "t_configdata|7|language|1|1033",
+                    "t_lightdata|11|5|NULL|3|1|2|3|4|5|6|7|8|9|10|11|1",
+                    "t_userlight_data|3|5|Sunset|14|13", "t_userlight_leddata|4|3|41|1223663",
+                    "t_triggerkey|1|1|0|4|A", "t_keyprofile|9|5|1|4|3|5|6|7|B",
+                    "t_macro_data|6|2|1|40|Combo", "t_macrorecord|8|6|2|0|A|4",
+                    "t_macrorecord|12|6|3|1|A up|4"}));
+
+    // What is read, written again, gives the same file.
+    const std::optional<Configuration> read = db_.readConfiguration(error);
+    ASSERT_TRUE(read) << error;
+    EXPECT_EQ(strs(read->macroEvents), (Rows{"8|6|2|0|A|4", "12|6|3|1|A up|4"}));  // id order
+    ASSERT_TRUE(db_.replaceConfiguration(*read, error)) << error;
+    EXPECT_EQ(sql_.dump(), replaced);
+}
+
+TEST_F(StoreTest, ConfigurationThatFailsPartWayLeavesTheFileAsItWas) {
+    db_.writeLightProfile(1);
+    db_.addKeyProfile({0, 0, 1, 4, kMacroTypeKey, 5, 0, 0, "B"});
+    const std::pair<std::function<void(Configuration&)>, const char*> cases[] = {
+        // The very last row written.
+        {[](Configuration& c) { c.macroEvents[0].recordId = 8; },
+         "cannot write the database: UNIQUE constraint failed: t_macrorecord.record_id"},
+        // The last table emptied, after all the others.
+        {[this](Configuration&) { sql_.exec("DROP TABLE t_profile"); },
+         "cannot write the database: no such table: t_profile"},
+    };
+    for (const auto& [damage, message] : cases) {
+        Configuration c = sampleConfiguration();
+        damage(c);
+        const Rows before = sql_.dump();
+        std::string error;
+        EXPECT_FALSE(db_.replaceConfiguration(c, error));
+        EXPECT_EQ(error, message);
+        EXPECT_EQ(sql_.dump(), before);
+    }
+}
+
+}  // namespace
+}  // namespace qx9::test
