@@ -12,7 +12,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
-#include <sqlite3.h>
 
 #include "app/keyboard_view_controller.h"
 #include "app/keystroke_capture.h"
@@ -22,6 +21,7 @@
 #include "pages/custom_key_dialog_view.h"
 #include "pages/key_menu.h"
 #include "pages/key_page_view.h"
+#include "support/sql_value.h"
 #include "widgets/custom_key_func_view.h"
 #include "widgets/keyboard_view.h"
 
@@ -80,19 +80,7 @@ void AppTest::cleanup() {
 }
 
 std::string AppTest::sql(const std::string& query) {
-    sqlite3* db = nullptr;
-    std::string out;
-    const std::string path = (dir_.path() + "/app-test.sqlite3").toStdString();
-    if (sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
-        sqlite3_stmt* st = nullptr;
-        if (sqlite3_prepare_v2(db, query.c_str(), -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW) {
-            const unsigned char* t = sqlite3_column_text(st, 0);
-            out = t ? reinterpret_cast<const char*>(t) : "";
-        }
-        sqlite3_finalize(st);
-    }
-    sqlite3_close(db);
-    return out;
+    return test::sqlValue((dir_.path() + "/app-test.sqlite3").toStdString(), query);
 }
 
 void AppTest::enterPages() {

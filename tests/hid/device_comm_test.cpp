@@ -135,19 +135,16 @@ TEST_F(Transport, BlockWriteStopsAtTheFirstFailureAndStillSucceeds) {
     EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 3);
 }
 
-TEST_F(Transport, BlockWritePrintsEachReportBeforeItsPause) {
-    Bytes data(192, 0);
-    data[0] = 4;
-    data[1] = 24;
-    data[64] = 255;
+std::string repeat(const std::string& text, int n) {
+    std::string s;
+    while (n-- > 0) s += text;
+    return s;
+}
+
+TEST_F(Transport, BlockWritePrintsEachReport) {
+    const Bytes data = sparse({{0, 4}, {1, 24}, {64, 255}}, 192);
     EXPECT_TRUE(comm_->sendDeviceData(data, 192));
-    std::string first = "newArr-0[4, 24";
-    for (int i = 2; i < 64; ++i) first += ", 0";
-    first += "]\n";
-    std::string second = "newArr-1[255";
-    for (int i = 1; i < 64; ++i) second += ", 0";
-    second += "]\n";
-    EXPECT_EQ(consoleText(), first + second);
+    EXPECT_EQ(consoleText(), "newArr-0[4, 24" + repeat(", 0", 62) + "]\nnewArr-1[255" + repeat(", 0", 63) + "]\n");
 }
 
 TEST_F(Transport, ReconnectPointsTheSameTransportAtTheNewDevice) {
@@ -163,9 +160,7 @@ TEST_F(Transport, ReconnectPointsTheSameTransportAtTheNewDevice) {
 
 TEST(WireLog, LineFormat) {
     const Bytes b = sparse({{0, 0x04}, {1, 0x18}, {63, 0xAB}});
-    std::string expected = "SET 04 18";
-    for (int i = 2; i < 63; ++i) expected += " 00";
-    expected += " AB";
+    const std::string expected = "SET 04 18" + repeat(" 00", 61) + " AB";
     EXPECT_EQ(formatWireLine(WireDirection::Set, b, true), expected);
     EXPECT_EQ(formatWireLine(WireDirection::Get, b, true), "GET" + expected.substr(3));
     EXPECT_EQ(formatWireLine(WireDirection::Get, {}, false), "GET FAIL");

@@ -73,11 +73,7 @@ protected:
 };
 
 TEST_F(VirtualKeyboardState, MemoryOutlivesTheProcessThroughItsFile) {
-    ProfileKey key;
-    key.keyValue = 4;  // "a"
-    key.macroType = kMacroTypeKey;
-    key.macroValue = 5;
-    protocol::SendKeyMacroData(comm_.get(), 0, {{key}, {}});
+    protocol::SendKeyMacroData(comm_.get(), 0, {{profileKey(4, kMacroTypeKey, 5)}, {}});  // a → b
     protocol::SendLightModeData(comm_.get(), 7, LightRecord{0, 1, 2, 3, 0, 0, 0, 0, 1, 9, 4, 2});
     const std::string path = (dir_ / "state.json").string();
     std::string error;

@@ -1,23 +1,19 @@
+// The key maps, the keyboard picture's layout and the custom-function palette's layout.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "layout/custom_key_func.h"
 #include "layout/key_maps.h"
 #include "layout/keyboard_layout.h"
 
 namespace qx9 {
 namespace {
 
-const KeyData& keyNamed(const std::vector<KeyData>& keys, const std::string& name) {
-    for (const KeyData& k : keys) {
-        if (k.keyname == name) return k;
-    }
-    ADD_FAILURE() << name << " is not in the layout";
-    return keys.front();
-}
-
-TEST(KeyboardLayout, BuilderInstallsTheMapsInForce) {
+TEST(KeyMaps, LayoutBuilderInstallsTheMapsInForce) {
     G_KB_SuperKeyNameMap = {};
     G_KB_SuperKeyCodeMap = {};
     const std::vector<KeyData> keys = buildKeyboardLayout();
@@ -27,92 +23,156 @@ TEST(KeyboardLayout, BuilderInstallsTheMapsInForce) {
     EXPECT_EQ(buildKeyboardLayout(), keys) << "a second build differs";
 }
 
-struct RectCase {
-    const char* name;
-    Rect rect;
-};
-
-// The rectangles the keyboard picture is drawn for; backslash worked out from its row.
-const RectCase kRects[] = {
-    {"escape", {23, 187, 33, 36}},     {"i1", {62, 187, 33, 36}},
-    {"backspace", {530, 187, 76, 36}}, {"tab", {23, 148, 54, 36}},
-    {"backslash", {551, 148, 54, 36}}, {"delete", {611, 148, 33, 36}},
-    {"capsLock", {23, 107, 63, 36}},   {"enter", {521, 107, 83, 36}},
-    {"leftShift", {23, 64, 81, 36}},   {"rightShift", {500, 64, 64, 36}},
-    {"upArrow", {570, 64, 33, 36}},    {"leftControl", {23, 23, 44, 36}},
-    {"space", {173, 23, 236, 36}},     {"fn", {465, 23, 44, 36}},
-    {"leftArrow", {531, 23, 33, 36}},  {"rightArrow", {609, 23, 33, 36}},
-};
-
-TEST(KeyboardLayout, KeyRectangles) {
-    const std::vector<KeyData> keys = buildKeyboardLayout();
-    for (const RectCase& c : kRects) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(keyNamed(keys, c.name).rect, c.rect);
+// Each code entry names a key of the name map and has its own slot 1–121, its light index.
+TEST(KeyMaps, EveryCodeHasItsOwnSlot) {
+    std::set<int> slots;
+    for (const auto& e : KB_108K_SuperKeyCodeMap().entries()) {
+        SCOPED_TRACE(e.code);
+        EXPECT_TRUE(KB_108K_SuperKeyNameMap().contains(e.key_name));
+        EXPECT_EQ(e.light_index, e.key_index);
+        EXPECT_GE(e.key_index, 1);
+        EXPECT_LE(e.key_index, 121);
+        slots.insert(e.key_index);
     }
+    EXPECT_EQ(slots.size(), 80u) << "two codes share a slot";
+    for (int code : {231, 101, 70, 71, 72, 73, 74, 77, 83, 98}) {
+        EXPECT_EQ(KB_108K_SuperKeyCodeMap().find(code), nullptr) << code << ": the QX9 has no such key";
+    }
+    std::set<int> flags;  // caps lock and the eight modifiers
+    for (const auto& e : KB_108K_SuperKeyNameMap().entries()) {
+        if (e.key_type) flags.insert(e.key_code);
+    }
+    EXPECT_EQ(flags, (std::set<int>{57, 224, 225, 226, 227, 228, 229, 230, 231}));
 }
 
-struct RowCase {
-    int first, last;
-    const char* firstName;
-    const char* lastName;
-    double y;
-};
-
-const RowCase kRows[] = {
-    {0, 13, "escape", "backspace", 187},       {14, 28, "tab", "delete", 148},
-    {29, 42, "capsLock", "pageUp", 107},       {43, 56, "leftShift", "pageDown", 64},
-    {57, 65, "leftControl", "rightArrow", 23},
-};
-
-TEST(KeyboardLayout, RowsIndexesAndHeights) {
-    const std::vector<KeyData> keys = buildKeyboardLayout();
-    const auto& table = KB_108KLayout_Keys();
-    for (const RowCase& row : kRows) {
-        SCOPED_TRACE(row.firstName);
-        EXPECT_EQ(keys[row.first].keyname, row.firstName);
-        EXPECT_EQ(keys[row.last].keyname, row.lastName);
-        EXPECT_EQ(keys[row.first].rect.x, 23) << "a row starts again at the margin";
-        for (int i = row.first; i <= row.last; ++i) {
-            EXPECT_EQ(keys[i].index, i);
-            EXPECT_EQ(keys[i].rect.y, row.y) << keys[i].keyname;
-            EXPECT_EQ(keys[i].rect.height, 36) << keys[i].keyname;
-            EXPECT_TRUE(keys[i].keyMacro.empty());
-            EXPECT_EQ(table[i].first_key, i == row.first);
-            EXPECT_EQ(table[i].has_seperator, i == row.first ? 0 : 1);
-            EXPECT_EQ(table[i].disabled, keys[i].keyname == "fn");
-            if (i > row.first) {
-                const Rect& prev = keys[i - 1].rect;
-                const double gap = keys[i].keyname == "leftArrow" ? 4 + 16 : 4;
-                EXPECT_EQ(keys[i].rect.x, prev.x + prev.width + 2 + gap) << keys[i].keyname;
-            }
-        }
-    }
-}
-
-// Every key's name is in the name map and its code in the code map, whose "layout_index" leads
-// back to the key, except that leftWin and leftAlt point at each other, as on a Mac keyboard.
+// Every key's code leads back to the key through "layout_index", except that leftWin and leftAlt
+// point at each other, as on a Mac keyboard.
 TEST(KeyboardLayout, CodesLeadBackToTheirKeysExceptTheSwappedAltAndCommand) {
     const std::vector<KeyData> keys = buildKeyboardLayout();
     for (const KeyData& k : keys) {
         SCOPED_TRACE(k.keyname);
-        const KeyNameEntry* name = KB_108K_SuperKeyNameMap().find(k.keyname);
-        ASSERT_NE(name, nullptr);
-        EXPECT_EQ(k.keycode, name->key_code);
-        const KeyCodeEntry* code = KB_108K_SuperKeyCodeMap().find(name->key_code);
+        EXPECT_EQ(k.keycode, KB_108K_SuperKeyNameMap().at(k.keyname).key_code);
+        const KeyCodeEntry* code = KB_108K_SuperKeyCodeMap().find(static_cast<int>(k.keycode));
         ASSERT_NE(code, nullptr);
-        EXPECT_EQ(code->light_index, code->key_index);
         EXPECT_EQ(code->key_name, k.keyname);
-        const int expected = k.index == 58 ? 59 : k.index == 59 ? 58 : static_cast<int>(k.index);
-        EXPECT_EQ(code->layout_index, expected);
+        EXPECT_EQ(code->layout_index, k.index == 58 ? 59 : k.index == 59 ? 58 : k.index);
     }
-    EXPECT_EQ(keys[58].keyname, "leftWin");
-    EXPECT_EQ(keys[58].keycode, 227);
-    EXPECT_EQ(keys[59].keyname, "leftAlt");
-    EXPECT_EQ(keys[59].keycode, 226);
+    EXPECT_EQ(keys[58].keycode, 227);  // leftWin
+    EXPECT_EQ(keys[59].keycode, 226);  // leftAlt
 }
 
-TEST(KeyboardLayoutDeath, MissingSizeEntryStops) {
+// Rows of a layout: the first and last index and the y of the row's keys.
+struct Row {
+    int first, last;
+    double y;
+};
+
+// Each key has its index, the y of its row and the given height, rows start at the left margin,
+// and no two keys overlap: a point is over one key at the most.
+void expectRows(const std::vector<Rect>& rects, const std::vector<Row>& rows, double marginX,
+                double height, const std::set<int>& tall = {}) {
+    std::size_t keys = 0;
+    for (const Row& row : rows) {
+        EXPECT_EQ(rects[row.first].x, marginX) << row.first;
+        for (int i = row.first; i <= row.last; ++i, ++keys) {
+            EXPECT_EQ(rects[i].y, row.y) << i;
+            EXPECT_EQ(rects[i].height, tall.contains(i) ? 2 * height + 4 : height) << i;
+        }
+    }
+    EXPECT_EQ(keys, rects.size());
+    for (std::size_t i = 0; i < rects.size(); ++i) {
+        for (std::size_t j = i + 1; j < rects.size(); ++j) {
+            const Rect& a = rects[i];
+            const Rect& b = rects[j];
+            const bool apart = a.x + a.width <= b.x || b.x + b.width <= a.x || a.y + a.height <= b.y ||
+                               b.y + b.height <= a.y;
+            EXPECT_TRUE(apart) << i << " overlaps " << j;
+        }
+    }
+}
+
+TEST(KeyboardLayout, Geometry) {
+    const std::vector<KeyData> keys = buildKeyboardLayout();
+    std::vector<Rect> rects;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        EXPECT_EQ(keys[i].index, static_cast<std::int64_t>(i));
+        EXPECT_TRUE(keys[i].keyMacro.empty());
+        rects.push_back(keys[i].rect);
+    }
+    expectRows(rects, {{0, 13, 187}, {14, 28, 148}, {29, 42, 107}, {43, 56, 64}, {57, 65, 23}}, 23, 36);
+
+    // The rectangles the keyboard picture is drawn for; backslash worked out from its row.
+    const std::pair<const char*, Rect> expected[] = {
+        {"escape", {23, 187, 33, 36}},     {"i1", {62, 187, 33, 36}},
+        {"backspace", {530, 187, 76, 36}}, {"tab", {23, 148, 54, 36}},
+        {"backslash", {551, 148, 54, 36}}, {"delete", {611, 148, 33, 36}},
+        {"capsLock", {23, 107, 63, 36}},   {"enter", {521, 107, 83, 36}},
+        {"leftShift", {23, 64, 81, 36}},   {"rightShift", {500, 64, 64, 36}},
+        {"upArrow", {570, 64, 33, 36}},    {"leftControl", {23, 23, 44, 36}},
+        {"space", {173, 23, 236, 36}},     {"fn", {465, 23, 44, 36}},
+        {"leftArrow", {531, 23, 33, 36}},  {"rightArrow", {609, 23, 33, 36}},
+    };
+    for (const auto& [name, rect] : expected) {
+        const auto k = std::find_if(keys.begin(), keys.end(), [&, n = name](const KeyData& d) { return d.keyname == n; });
+        ASSERT_NE(k, keys.end()) << name;
+        EXPECT_EQ(k->rect, rect) << name;
+    }
+}
+
+TEST(Palette, Geometry) {
+    const std::vector<keyFunc> keys = buildCustomKeyFuncLayout();
+    ASSERT_EQ(keys.size(), 111u);
+    EXPECT_EQ(buildCustomKeyFuncLayout(), keys) << "a second build differs";
+    std::vector<Rect> rects;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        EXPECT_EQ(keys[i].index, static_cast<std::int64_t>(i));
+        rects.push_back(keys[i].rect);
+    }
+    // Keypad + and keypad Enter are two rows high and reach into the row above.
+    expectRows(rects, {{0, 15, 176}, {16, 37, 143}, {38, 57, 110}, {58, 75, 77}, {76, 93, 44}, {94, 110, 11}},
+               12, 30, {75, 110});
+
+    const std::pair<int, Rect> expected[] = {
+        {0, {12, 176, 30, 30}},   {1, {82, 176, 30, 30}},  {16, {12, 143, 30, 30}},
+        {30, {474, 143, 40, 30}}, {38, {12, 110, 54, 30}}, {75, {739, 77, 30, 64}},
+        {98, {176, 11, 92, 30}},  {108, {640, 11, 63, 30}}, {110, {739, 11, 30, 64}},
+    };
+    for (const auto& [index, rect] : expected) EXPECT_EQ(keys[index].rect, rect) << index;
+
+    // The computed gaps line the keypad and the arrow keys up in columns across the rows.
+    const std::pair<std::vector<int>, double> columns[] = {
+        {{13, 31, 52, 105}, 529},      // Print, Ins, Del, Left
+        {{34, 55, 72, 91, 108}, 640},  // Num, keypad 7, 4, 1, 0
+        {{90, 106}, 562},              // Up over Down
+        {{37, 75, 110}, 739},          // keypad -, +, Enter
+    };
+    for (const auto& [indexes, x] : columns) {
+        for (int i : indexes) EXPECT_EQ(keys[i].rect.x, x) << keys[i].keyname;
+    }
+}
+
+// Every palette code has its description, and the map holds nothing else but the consumer
+// functions 500–517, which come first.
+TEST(Palette, CodeMapHoldsThePaletteCodesAfterTheConsumerCodes) {
+    const FuncCodeMap& map = CustomKeyFuncCodeMap();
+    ASSERT_EQ(map.size(), 129u);
+    std::set<int> expected;
+    for (int code = 500; code <= 517; ++code) expected.insert(code);
+    for (const keyFunc& k : buildCustomKeyFuncLayout()) expected.insert(static_cast<int>(k.key_code));
+    std::set<int> held;
+    for (std::size_t i = 0; i < map.size(); ++i) {
+        const CustomKeyFuncCodeEntry& e = map.entries()[i];
+        held.insert(e.code);
+        EXPECT_EQ(e.layout_index, static_cast<int>(i));
+        EXPECT_EQ(e.code >= 500, i < 18) << e.code;
+    }
+    EXPECT_EQ(held, expected);
+    EXPECT_EQ(map.find(518), nullptr);
+}
+
+TEST(LayoutDeath, MissingEntriesStop) {
+    EXPECT_DEATH(KB_108K_SuperKeyCodeMap().at(231), "key code 231");
+    EXPECT_DEATH(KB_108K_SuperKeyNameMap().at("hyper"), "hyper");
     EXPECT_DEATH(KB_108K_Y_Pos().at(9), "KB_108K_Y_Pos");
     EXPECT_DEATH(KB_108K_Key_Width().at("numpadEnter"), "numpadEnter");
 }

@@ -1,8 +1,14 @@
-// Light-mode and system-function transactions: the two one-report payloads.
+// Light-mode and system-function transactions, the two one-report payloads; every transaction
+// without a keyboard.
 #include <gtest/gtest.h>
 
+#include <functional>
+
+#include "protocol/key_mapping.h"
 #include "protocol/light_mode.h"
+#include "protocol/macro_download.h"
 #include "protocol/system_function.h"
+#include "protocol/user_light.h"
 #include "support/wire_fixture.h"
 
 namespace qx9::test {
@@ -17,92 +23,92 @@ LightRecord defaultRecord(int mode) {
     return {0, 0xCA, 0x51, 0, 0, 0, 0, 0, 1, 0x0F, 0x0C, static_cast<std::uint8_t>(mode == 10 ? 3 : 0)};
 }
 
-struct LightCase {
-    const char* name;
-    std::int64_t mode;
-    std::optional<LightRecord> record;
-    const char* data;  // the raw data report as it must appear on the wire
-};
-
-void PrintTo(const LightCase& c, std::ostream* os) { *os << c.name; }
-
-class LightModeTransaction : public WireFixture, public ::testing::WithParamInterface<LightCase> {};
-
-TEST_P(LightModeTransaction, WireSequence) {
-    const LightCase& c = GetParam();
-    SendLightModeData(comm_.get(), c.mode, c.record);
-    EXPECT_TRUE(wireMatches(recorder_->events, {
-                                                   Step::command("04 18"),
-                                                   Step::command("04 13 00 00 00 00 00 00 01"),
-                                                   Step::raw(report(c.data)),
-                                                   Step::command("04 02"),
-                                                   Step::command("04 F0"),
-                                               }));
-    const auto stored = decodeLightMode(keyboard_->memory());
-    ASSERT_TRUE(stored);
-    EXPECT_EQ(stored->mode, c.mode);
+TEST_F(WireFixture, LightModeTransaction) {
+    struct Case {
+        std::int64_t mode;
+        std::optional<LightRecord> record;
+        const char* data;  // the raw data report as it must appear on the wire
+    };
+    const Case cases[] = {
+        {0, defaultRecord(0), "00 CA 51 00 00 00 00 00 01 0F 0C 00 00 00 AA 55"},
+        {10, defaultRecord(10), "0A CA 51 00 00 00 00 00 01 0F 0C 03 00 00 AA 55"},  // its own direction
+        {4, LightRecord{0, 1, 2, 3, 0, 0, 0, 0, 0, 0x3F, 0xFF, 1},
+         "04 01 02 03 00 00 00 00 00 3F FF 01 00 00 AA 55"},
+        // record bytes 0 and 4–7 are not sent
+        {12, LightRecord{0x99, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11},
+         "0C 01 02 03 00 00 00 00 08 09 0A 0B 00 00 AA 55"},
+        {20, std::nullopt, "14 00 00 00 00 00 00 00 00 00 00 00 00 00 AA 55"},
+        {255, std::nullopt, "FF 00 00 00 00 00 00 00 00 00 00 00 00 00 AA 55"},  // outside the catalogue
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.data);
+        clearWire();
+        SendLightModeData(comm_.get(), c.mode, c.record);
+        EXPECT_TRUE(wireMatches(recorder_->events,
+                                {Step::command("04 18"), Step::command("04 13 00 00 00 00 00 00 01"),
+                                 Step::raw(report(c.data)), Step::command("04 02"), Step::command("04 F0")}));
+        const auto stored = decodeLightMode(keyboard_->memory());
+        ASSERT_TRUE(stored);
+        EXPECT_EQ(stored->mode, c.mode);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Records, LightModeTransaction,
-    ::testing::Values(
-        LightCase{"CloseBacklightDefault", 0, defaultRecord(0), "00 CA 51 00 00 00 00 00 01 0F 0C 00 00 00 AA 55"},
-        LightCase{"Mode10DefaultDirection", 10, defaultRecord(10), "0A CA 51 00 00 00 00 00 01 0F 0C 03 00 00 AA 55"},
-        LightCase{"BrightnessSentWhole", 4, LightRecord{0, 1, 2, 3, 0, 0, 0, 0, 0, 0x3F, 0xFF, 1},
-                  "04 01 02 03 00 00 00 00 00 3F FF 01 00 00 AA 55"},
-        LightCase{"RecordBytes0And4To7NotSent", 12, LightRecord{0x99, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11},
-                  "0C 01 02 03 00 00 00 00 08 09 0A 0B 00 00 AA 55"},
-        LightCase{"NoRecord", 20, std::nullopt, "14 00 00 00 00 00 00 00 00 00 00 00 00 00 AA 55"},
-        LightCase{"ModeOutsideCatalogueButInAByte", 255, std::nullopt, "FF 00 00 00 00 00 00 00 00 00 00 00 00 00 AA 55"}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST_F(WireFixture, LightModeWithoutTransportOrKeyboardSendsNothing) {
-    SendLightModeData(nullptr, 3, defaultRecord(3));
-    comm_->setDeviceStatus(0);
-    SendLightModeData(comm_.get(), 3, defaultRecord(3));
-    EXPECT_TRUE(recorder_->events.empty());
+// Without a transport (no keyboard since start), or with the keyboard gone, nothing reaches the
+// keyboard; the light mode does not even pause.
+TEST_F(WireFixture, TransactionsWithoutAKeyboardSendNothing) {
+    const protocol::SystemStoredValues stored{"0", "0"};
+    const protocol::MacroDownloadInput macros;
+    const std::pair<const char*, std::function<void(DeviceComm*)>> transactions[] = {
+        {"light mode", [](DeviceComm* c) { SendLightModeData(c, 3, defaultRecord(3)); }},
+        {"key mapping", [](DeviceComm* c) { protocol::SendKeyMacroData(c, 0, {}); }},
+        {"macros", [&](DeviceComm* c) { protocol::SaveMacroToKeyboard(c, &macros); }},
+        {"system functions", [&](DeviceComm* c) { SendSystemFunctionData(c, {}, &stored); }},
+        {"key colours", [](DeviceComm* c) { protocol::SendUserLightLedData(c, {}); }},
+    };
+    for (const auto& [name, send] : transactions) {
+        SCOPED_TRACE(name);
+        send(nullptr);
+        comm_->setDeviceStatus(0);
+        send(comm_.get());
+        comm_->setDeviceStatus(1);
+        EXPECT_TRUE(calls().empty());
+        if (name == std::string("light mode")) {
+            EXPECT_TRUE(recorder_->events.empty());
+        }
+        clearWire();
+    }
 }
 
-struct SystemCase {
-    const char* name;
-    protocol::SystemSwitches switches;
-    protocol::SystemStoredValues stored;
-    const char* data;  // bytes 0–6 of the record; 62–63 always AA 55
-};
-
-void PrintTo(const SystemCase& c, std::ostream* os) { *os << c.name; }
-
-class SystemFunctionTransaction : public WireFixture,
-                                  public ::testing::WithParamInterface<SystemCase> {};
-
-TEST_P(SystemFunctionTransaction, WireSequence) {
-    const SystemCase& c = GetParam();
-    SendSystemFunctionData(comm_.get(), c.switches, &c.stored);
-    Bytes record = report(c.data);
-    record[62] = 0xAA;
-    record[63] = 0x55;
-    // The end report still carries byte 2 = 1 from the header; no close report follows.
-    EXPECT_TRUE(wireMatches(recorder_->events, {
-                                                   Step::command("04 18"),
-                                                   Step::command("04 17 01 00 00 00 00 00 01"),
-                                                   Step::raw(record),
-                                                   Step::command("04 02 01"),
-                                               }));
-    const auto stored = decodeSystemFunctions(keyboard_->memory());
-    ASSERT_TRUE(stored);
-    EXPECT_EQ(stored->gameMode, c.switches.gameMode ? 1 : 0);
+TEST_F(WireFixture, SystemFunctionTransaction) {
+    struct Case {
+        protocol::SystemSwitches switches;
+        protocol::SystemStoredValues stored;
+        const char* data;  // bytes 0–6 of the record; 62–63 always AA 55
+    };
+    const Case cases[] = {
+        {{}, {"0", "0"}, "00 00 00 00 00 00 00"},
+        {{true, true, true, true}, {"1", "3"}, "00 01 01 01 01 01 03"},
+        {{true, false, true, false}, {"0", "2"}, "00 01 00 01 00 00 02"},
+        {{false, false, false, false}, {"1", "1"}, "00 00 00 00 00 01 01"},  // blocks shown off
+        {{true, false, false, true}, {"", ""}, "00 01 00 00 01 00 00"},      // empty texts count as 0
+        {{}, {"255", "+7"}, "00 00 00 00 00 FF 07"},                         // values sent whole
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.data);
+        clearWire();
+        SendSystemFunctionData(comm_.get(), c.switches, &c.stored);
+        Bytes record = report(c.data);
+        record[62] = 0xAA;
+        record[63] = 0x55;
+        // The end report still carries byte 2 = 1 from the header; no close report follows.
+        EXPECT_TRUE(wireMatches(recorder_->events,
+                                {Step::command("04 18"), Step::command("04 17 01 00 00 00 00 00 01"),
+                                 Step::raw(record), Step::command("04 02 01")}));
+        const auto stored = decodeSystemFunctions(keyboard_->memory());
+        ASSERT_TRUE(stored);
+        EXPECT_EQ(stored->gameMode, c.switches.gameMode ? 1 : 0);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Settings, SystemFunctionTransaction,
-    ::testing::Values(
-        SystemCase{"Defaults", {}, {"0", "0"}, "00 00 00 00 00 00 00"},
-        SystemCase{"GameModeWithAllBlocks", {true, true, true, true}, {"1", "3"}, "00 01 01 01 01 01 03"},
-        SystemCase{"GameModeAltF4Only", {true, false, true, false}, {"0", "2"}, "00 01 00 01 00 00 02"},
-        SystemCase{"GameModeOffBlocksShownOff", {false, false, false, false}, {"1", "1"}, "00 00 00 00 00 01 01"},
-        SystemCase{"EmptyTextsCountAsZero", {true, false, false, true}, {"", ""}, "00 01 00 00 01 00 00"},
-        SystemCase{"ValuesSentWhole", {}, {"255", "+7"}, "00 00 00 00 00 FF 07"}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 using TransactionDeath = WireFixture;
 

@@ -10,12 +10,7 @@ namespace {
 
 using protocol::buildKeyColourBlock;
 
-UserLightLEDData led(std::int64_t key, std::int64_t rgb) {
-    UserLightLEDData d;
-    d.key_value = key;
-    d.key_rgbvalue = rgb;
-    return d;
-}
+UserLightLEDData led(std::int64_t key, std::int64_t rgb) { return {.key_value = key, .key_rgbvalue = rgb}; }
 
 // Slots 0–122 prefilled [i 0 0 0], trailer at 574–575.
 Bytes darkBlock(std::size_t size) {
@@ -26,34 +21,25 @@ Bytes darkBlock(std::size_t size) {
     return b;
 }
 
-const char* const kPerKeyModeRecord = "80 FF 00 00 00 00 00 00 01 0F 0F 0F 00 00 AA 55";
+// The per-key light mode: mode 0x80, colour FF 00 00, random on, brightness, speed and direction 0F.
+std::vector<Step> perKeyMode() {
+    return {Step::command("04 18"), Step::command("04 13 00 00 00 00 00 00 01"),
+            Step::raw(report("80 FF 00 00 00 00 00 00 01 0F 0F 0F 00 00 AA 55")), Step::command("04 02"),
+            Step::command("04 F0")};
+}
 
 TEST_F(WireFixture, PerKeyModeSwitch) {
     protocol::SendUserLightModeData(comm_.get());
-    EXPECT_TRUE(wireMatches(recorder_->events, {
-                                                   Step::command("04 18"),
-                                                   Step::command("04 13 00 00 00 00 00 00 01"),
-                                                   Step::raw(report(kPerKeyModeRecord)),
-                                                   Step::command("04 02"),
-                                                   Step::command("04 F0"),
-                                               }));
+    EXPECT_TRUE(wireMatches(recorder_->events, perKeyMode()));
     EXPECT_EQ(decodeLightMode(keyboard_->memory())->mode, 0x80);
-}
 
-TEST_F(WireFixture, EmptySetDarkensEveryKeyThenSwitchesToPerKeyMode) {
+    // An empty set darkens every key, then switches to the per-key mode.
+    clearWire();
     protocol::SendUserLightLedData(comm_.get(), {});
-    EXPECT_TRUE(wireMatches(recorder_->events, {
-                                                   Step::command("04 18"),
-                                                   Step::command("04 23 00 00 00 00 00 00 09"),
-                                                   Step::block(darkBlock(576)),
-                                                   Step::command("04 02"),
-                                                   Step::command("04 F0"),
-                                                   Step::command("04 18"),
-                                                   Step::command("04 13 00 00 00 00 00 00 01"),
-                                                   Step::raw(report(kPerKeyModeRecord)),
-                                                   Step::command("04 02"),
-                                                   Step::command("04 F0"),
-                                               }));
+    std::vector<Step> steps = {Step::command("04 18"), Step::command("04 23 00 00 00 00 00 00 09"),
+                               Step::block(darkBlock(576)), Step::command("04 02"), Step::command("04 F0")};
+    for (const Step& step : perKeyMode()) steps.push_back(step);
+    EXPECT_TRUE(wireMatches(recorder_->events, steps));
 }
 
 TEST_F(WireFixture, KeyColoursReachTheirLights) {
@@ -85,9 +71,7 @@ TEST(KeyColourBlock, SlotsAndOverwrites) {
         SCOPED_TRACE(c.name);
         const auto block = buildKeyColourBlock(c.leds);
         Bytes expected = darkBlock(780);
-        Bytes b;
-        ASSERT_TRUE(parseHexBytes(c.bytes, b));
-        std::copy(b.begin(), b.end(), expected.begin() + static_cast<std::ptrdiff_t>(c.offset));
+        put(expected, c.offset, c.bytes);
         EXPECT_EQ(Bytes(block.begin(), block.end()), expected);
     }
 }

@@ -1,5 +1,7 @@
 #include "support/wire_fixture.h"
 
+#include <algorithm>
+
 #include "common/console.h"
 #include "layout/key_maps.h"
 
@@ -14,9 +16,14 @@ void WireRecorder::record(WireDirection direction, std::span<const std::uint8_t>
                       Bytes(bytes.begin(), bytes.end()), ok, 0});
 }
 
+Bytes hexBytes(std::string_view hex) {
+    Bytes out;
+    EXPECT_TRUE(parseHexBytes(hex, out)) << hex;
+    return out;
+}
+
 Bytes report(const std::string& hexPrefix) {
-    Bytes prefix;
-    EXPECT_TRUE(parseHexBytes(hexPrefix, prefix)) << hexPrefix;
+    Bytes prefix = hexBytes(hexPrefix);
     prefix.resize(64, 0);
     return prefix;
 }
@@ -25,6 +32,26 @@ Bytes sparse(std::initializer_list<std::pair<int, int>> bytes, std::size_t size)
     Bytes out(size, 0);
     for (auto [index, value] : bytes) out.at(static_cast<std::size_t>(index)) = static_cast<std::uint8_t>(value);
     return out;
+}
+
+void put(Bytes& block, std::size_t offset, std::string_view hex) {
+    const Bytes b = hexBytes(hex);
+    ASSERT_LE(offset + b.size(), block.size()) << hex;
+    std::copy(b.begin(), b.end(), block.begin() + static_cast<std::ptrdiff_t>(offset));
+}
+
+std::vector<Bytes> setsOf(const std::vector<WireEvent>& events) {
+    std::vector<Bytes> out;
+    for (const auto& e : events) {
+        if (e.kind == WireEvent::Set) out.push_back(e.bytes);
+    }
+    return out;
+}
+
+ProfileKey profileKey(std::int64_t key, std::int64_t type, std::int64_t value, std::int64_t value2,
+                      std::int64_t value3) {
+    return {.keyValue = key, .macroType = type, .macroValue = value, .macro2Value = value2,
+            .macro3Value = value3, .macroDesc = {}};
 }
 
 WireFixture::WireFixture()
@@ -36,13 +63,7 @@ WireFixture::WireFixture()
 
 WireFixture::~WireFixture() { setConsoleStream(previousConsole_); }
 
-std::vector<Bytes> WireFixture::sets() const {
-    std::vector<Bytes> out;
-    for (const auto& e : recorder_->events) {
-        if (e.kind == WireEvent::Set) out.push_back(e.bytes);
-    }
-    return out;
-}
+std::vector<Bytes> WireFixture::sets() const { return setsOf(recorder_->events); }
 
 std::vector<WireEvent> WireFixture::calls() const {
     std::vector<WireEvent> out;

@@ -8,12 +8,14 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "common/bytes.h"
 #include "hid/device_comm.h"
 #include "hid/virtual_qx9.h"
+#include "store/records.h"
 
 namespace qx9::test {
 
@@ -33,10 +35,20 @@ public:
     std::vector<WireEvent> events;
 };
 
+// Whitespace-separated hex bytes ("04 18 0A"); a malformed text fails the test.
+Bytes hexBytes(std::string_view hex);
 // A 64-byte report: the given bytes at the start, zero after them ("04 18").
 Bytes report(const std::string& hexPrefix);
 // A 64-byte report, zero except for (index, value) pairs.
 Bytes sparse(std::initializer_list<std::pair<int, int>> bytes, std::size_t size = 64);
+// Writes hex bytes into `block` from `offset` on.
+void put(Bytes& block, std::size_t offset, std::string_view hex);
+// The reports of the SET events, in order.
+std::vector<Bytes> setsOf(const std::vector<WireEvent>& events);
+
+// A key assignment as the store holds it.
+ProfileKey profileKey(std::int64_t key, std::int64_t type, std::int64_t value, std::int64_t value2 = 0,
+                      std::int64_t value3 = 0);
 
 // A virtual QX9 behind a transport whose pauses and calls are recorded and whose diagnostic
 // console is captured. The key maps are installed.

@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <condition_variable>
 #include <future>
 #include <thread>
 
@@ -20,6 +19,8 @@
 #include "layout/key_maps.h"
 #include "protocol/key_mapping.h"
 #include "protocol/light_mode.h"
+#include "support/descriptors.h"
+#include "support/notification_recorder.h"
 #include "support/wire_fixture.h"
 #include "uhid/uhid_device.h"
 
@@ -28,73 +29,18 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The QX9 shows three interfaces under one vendor and product; only the configuration interface
-// has the 64-byte feature report 4.
-const char* const kKeyboardInterface =
-    "05 01 09 06 A1 01 05 07 19 E0 29 E7 15 00 25 01 75 01 95 08 81 02 95 01 75 08 81 01"
-    " 95 05 75 01 05 08 19 01 29 05 91 02 95 01 75 03 91 01 95 06 75 08 15 00 25 65"
-    " 05 07 19 00 29 65 81 00 C0";
-const char* const kConsumerInterface =
-    "05 0C 09 01 A1 01 85 03 15 00 26 FF 03 19 00 2A FF 03 75 10 95 01 81 00 C0";
-const char* const kConfigurationInterface =
-    "06 0A FF 09 01 A1 01 85 04 15 00 26 FF 00 75 08 95 3F 09 01 B1 02 C0";
-
-Bytes hex(const char* text) {
-    Bytes b;
-    parseHexBytes(text, b);
-    return b;
-}
-
-// Collects the device notifications.
-class Observer {
-public:
-    Observer() {
-        for (const char* name : {kHIDDeviceConnected, kHIDDeviceDisconnected}) {
-            tokens_.push_back(NotificationCenter::defaultCenter().addObserver(name, [this](const Notification& n) {
-                const auto& dict = std::any_cast<const HIDDeviceDictionary&>(n.object);
-                std::lock_guard lock(mutex_);
-                events_.push_back({n.name, dict.at(kDeviceKey)});
-                changed_.notify_all();
-            }));
-        }
-    }
-    ~Observer() {
-        for (auto t : tokens_) NotificationCenter::defaultCenter().removeObserver(t);
-    }
-    // Waits until `count` notifications named `name` have arrived; returns them.
-    std::vector<HIDDevice> waitFor(const std::string& name, std::size_t count,
-                                   std::chrono::milliseconds timeout = 15s) {
-        std::unique_lock lock(mutex_);
-        changed_.wait_for(lock, timeout, [&] { return matching(name).size() >= count; });
-        return matching(name);
-    }
-
-private:
-    std::vector<HIDDevice> matching(const std::string& name) const {
-        std::vector<HIDDevice> out;
-        for (const auto& [n, d] : events_) {
-            if (n == name) out.push_back(d);
-        }
-        return out;
-    }
-    std::vector<NotificationCenter::Token> tokens_;
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<std::pair<std::string, HIDDevice>> events_;
-};
-
 class KernelPath : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
         installKB108KMaps();
         static std::ostringstream quiet;
         setConsoleStream(&quiet);
-        observer_ = new Observer;
+        observer_ = new NotificationRecorder({kHIDDeviceConnected, kHIDDeviceDisconnected});
         monitor_ = new HIDDeviceMonitor({{0x05AC, 0x024F}}, 64);
         monitorThread_ = std::thread([] { monitor_->start(); });
-        keyboard_ = new UhidDevice("HALVORN QX9 Keyboard", hex(kKeyboardInterface), false);
-        consumer_ = new UhidDevice("HALVORN QX9 Consumer", hex(kConsumerInterface), false);
-        config_ = new UhidDevice("HALVORN QX9", hex(kConfigurationInterface), true);
+        keyboard_ = new UhidDevice("HALVORN QX9 Keyboard", hexBytes(kKeyboardInterface), false);
+        consumer_ = new UhidDevice("HALVORN QX9 Consumer", hexBytes(kConsumerInterface), false);
+        config_ = new UhidDevice("HALVORN QX9", hexBytes(kConfigurationInterface), true);
     }
     static void TearDownTestSuite() {
         delete config_;
@@ -109,18 +55,28 @@ protected:
     // Runs `send` against an in-process virtual QX9 to learn the SETs the wire must carry.
     template <typename Send>
     static std::vector<Bytes> expectedSets(Send send) {
-        auto reference = std::make_shared<VirtualQX9>();
         WireRecorder recorder;
-        DeviceComm comm(reference, &recorder, std::shared_ptr<WireSink>(&recorder, [](WireSink*) {}));
+        const std::shared_ptr<WireSink> sink(&recorder, [](WireSink*) {});
+        DeviceComm comm(std::make_shared<VirtualQX9>(), &recorder, sink);
         send(&comm);
-        std::vector<Bytes> out;
-        for (const auto& e : recorder.events) {
-            if (e.kind == WireEvent::Set) out.push_back(e.bytes);
+        return setsOf(recorder.events);
+    }
+    // Waits until `count` notifications named `name` have arrived; returns their devices.
+    static std::vector<HIDDevice> waitFor(const std::string& name, std::size_t count) {
+        std::vector<HIDDevice> out;
+        for (const auto& d : observer_->waitFor<HIDDeviceDictionary>(name, count, 15s)) {
+            out.push_back(d.at(kDeviceKey));
         }
         return out;
     }
 
-    static inline Observer* observer_ = nullptr;
+    // The configuration interface the monitor announced first (null when none came).
+    static HidDeviceRef announced() {
+        const auto connected = waitFor(kHIDDeviceConnected, 1);
+        return connected.empty() ? nullptr : connected[0].device;
+    }
+
+    static inline NotificationRecorder* observer_ = nullptr;
     static inline HIDDeviceMonitor* monitor_ = nullptr;
     static inline std::thread monitorThread_;
     static inline UhidDevice* keyboard_ = nullptr;
@@ -131,10 +87,10 @@ protected:
 TEST_F(KernelPath, A_ExactlyTheConfigurationInterfaceIsAnnounced) {
     ASSERT_TRUE(config_->created()) << config_->error();
     ASSERT_TRUE(keyboard_->created()) << keyboard_->error();
-    const auto connected = observer_->waitFor(kHIDDeviceConnected, 1);
+    const auto connected = waitFor(kHIDDeviceConnected, 1);
     ASSERT_EQ(connected.size(), 1u);
     std::this_thread::sleep_for(1s);  // nothing else may follow
-    ASSERT_EQ(observer_->waitFor(kHIDDeviceConnected, 1).size(), 1u);
+    ASSERT_EQ(waitFor(kHIDDeviceConnected, 1).size(), 1u);
     const HIDDevice& d = connected[0];
     EXPECT_EQ(d.vendorId, 0x05AC);
     EXPECT_EQ(d.productId, 0x024F);
@@ -168,16 +124,12 @@ TEST_F(KernelPath, A_ExactlyTheConfigurationInterfaceIsAnnounced) {
 }
 
 TEST_F(KernelPath, B_TransactionsArriveByteForByte) {
-    const auto connected = observer_->waitFor(kHIDDeviceConnected, 1);
-    ASSERT_EQ(connected.size(), 1u);
-    DeviceComm comm(connected[0].device);
+    const HidDeviceRef device = announced();
+    ASSERT_TRUE(device);
+    DeviceComm comm(device);
 
     const LightRecord record{0, 0xCA, 0x51, 0, 0, 0, 0, 0, 1, 15, 12, 0};
-    ProfileKey remap;
-    remap.keyValue = 4;
-    remap.macroType = kMacroTypeKey;
-    remap.macroValue = 5;
-    const protocol::KeyMappingInput keys{{remap}, {}};
+    const protocol::KeyMappingInput keys{{profileKey(4, kMacroTypeKey, 5)}, {}};
     const auto send = [&](DeviceComm* c) {
         protocol::SendLightModeData(c, 0, record);  // its data report starts with 0
         protocol::SendKeyMacroData(c, 0, keys);     // so do its nine data reports
@@ -192,9 +144,9 @@ TEST_F(KernelPath, B_TransactionsArriveByteForByte) {
 }
 
 TEST_F(KernelPath, C_BusyAnswerIsSentAgainOnce) {
-    const auto connected = observer_->waitFor(kHIDDeviceConnected, 1);
-    ASSERT_EQ(connected.size(), 1u);
-    DeviceComm comm(connected[0].device);
+    const HidDeviceRef device = announced();
+    ASSERT_TRUE(device);
+    DeviceComm comm(device);
     const std::size_t before = config_->sets().size();
     {
         std::lock_guard lock(config_->keyboardMutex());
@@ -208,9 +160,9 @@ TEST_F(KernelPath, C_BusyAnswerIsSentAgainOnce) {
 }
 
 TEST_F(KernelPath, D_RemovalMidTransactionNeitherCrashesNorHangs) {
-    const auto connected = observer_->waitFor(kHIDDeviceConnected, 1);
-    ASSERT_EQ(connected.size(), 1u);
-    DeviceComm comm(connected[0].device);
+    const HidDeviceRef device = announced();
+    ASSERT_TRUE(device);
+    DeviceComm comm(device);
     config_->stallReads(true);
     auto transaction = std::async(std::launch::async, [&] {
         protocol::SendKeyMacroData(&comm, 0, {});
@@ -220,20 +172,20 @@ TEST_F(KernelPath, D_RemovalMidTransactionNeitherCrashesNorHangs) {
     config_->destroy();
     ASSERT_EQ(transaction.wait_for(20s), std::future_status::ready) << "the transaction hangs";
     EXPECT_FALSE(transaction.get());
-    const auto gone = observer_->waitFor(kHIDDeviceDisconnected, 1);
+    const auto gone = waitFor(kHIDDeviceDisconnected, 1);
     ASSERT_EQ(gone.size(), 1u);
-    EXPECT_TRUE(sameDevice(gone[0].device, connected[0].device));
-    EXPECT_FALSE(connected[0].device->lastError().empty());
+    EXPECT_TRUE(sameDevice(gone[0].device, device));
+    EXPECT_FALSE(device->lastError().empty());
 }
 
 TEST_F(KernelPath, E_RecreatedKeyboardIsANewDevice) {
-    const auto first = observer_->waitFor(kHIDDeviceConnected, 1);
-    ASSERT_EQ(first.size(), 1u);
+    const HidDeviceRef first = announced();
+    ASSERT_TRUE(first);
     delete config_;
-    config_ = new UhidDevice("HALVORN QX9", hex(kConfigurationInterface), true);
-    const auto connected = observer_->waitFor(kHIDDeviceConnected, 2);
+    config_ = new UhidDevice("HALVORN QX9", hexBytes(kConfigurationInterface), true);
+    const auto connected = waitFor(kHIDDeviceConnected, 2);
     ASSERT_EQ(connected.size(), 2u);
-    EXPECT_FALSE(sameDevice(connected[1].device, first[0].device));
+    EXPECT_FALSE(sameDevice(connected[1].device, first));
     DeviceComm comm(connected[1].device);
     EXPECT_TRUE(comm.sendDeviceData(report("04 18")));
 }

@@ -7,10 +7,8 @@
 
 #include <csignal>
 #include <cstdio>
-#include <memory>
-
 #include "layout/key_maps.h"
-#include "notification_recorder.h"
+#include "view_harness.h"
 #include "widgets/keyboard_view.h"
 
 namespace qx9 {
@@ -27,22 +25,14 @@ bool isDark(const QColor& c) {
 
 }  // namespace
 
-class KeyboardViewTest : public QObject {
+class KeyboardViewTest : public QObject, ViewHarness<KeyboardView> {
     Q_OBJECT
-
-    std::unique_ptr<QWidget> window_;
-    KeyboardView* view_ = nullptr;
-    std::unique_ptr<NotificationRecorder> rec_;
 
     int key(const char* name) const {
         for (const KeyData& k : view_->keys()) {
             if (k.keyname == name) return static_cast<int>(k.index);
         }
         qFatal("%s is not on the keyboard", name);
-    }
-    QPoint at(int k, double fx = 0.5, double fy = 0.5) const {
-        const QRect r = view_->keyRect(k);
-        return r.topLeft() + QPoint(int(fx * (r.width() - 1)), int(fy * (r.height() - 1)));
     }
     // Between key k and the next key of its row; checked to be over no key.
     QPoint gapAfter(int k) const {
@@ -61,121 +51,110 @@ class KeyboardViewTest : public QObject {
     std::vector<KeyboardToolTip> tips() const {
         return rec_->objects<KeyboardToolTip>(kShowKeyboardToolTipWnd);
     }
+    // "show NAME" for a key's tooltip, "hide" for the hidden one.
+    QStringList tipLog() const {
+        QStringList out;
+        for (const KeyboardToolTip& t : tips()) {
+            const QString name = QString::fromStdString(t.keyDesc);
+            out << (t == KeyboardToolTip::hidden() ? QString("hide") : (t.show ? "show " : "odd ") + name);
+        }
+        return out;
+    }
     std::vector<std::string> actions() const {
         return rec_->objects<std::string>(kKeyboardKeyAction);
     }
 
 private slots:
     void init() {
-        window_ = std::make_unique<QWidget>();
-        window_->resize(760, 320);
-        view_ = new KeyboardView(window_.get());
-        view_->move(kViewOrigin);
+        createView({760, 320}, kViewOrigin);
         view_->initKeyboard(1, QString(), buildKeyboardLayout());
         view_->resetKeyMacro();
-        view_->resize(view_->sizeHint());
-        window_->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
-        rec_ = std::make_unique<NotificationRecorder>(
-            std::initializer_list<std::string>{kShowKeyboardToolTipWnd, kKeyboardKeyAction});
+        QVERIFY(expose({kShowKeyboardToolTipWnd, kKeyboardKeyAction}));
         QTest::mouseMove(window_.get(), kOutsideView);
         move(kViewCorner);
         rec_->clear();
     }
-    void cleanup() {
-        rec_.reset();
-        window_.reset();
-    }
+    void cleanup() { closeView(); }
 
-    void sizeAndKeyRects_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QRect>("rect");
-        // Layout rectangles (origin bottom left) of the 234-point-high keyboard, top-down.
-        QTest::newRow("escape (23, 187, 33, 36)") << "escape" << QRect(23, 234 - 223, 33, 36);
-        QTest::newRow("enter (521, 107, 83, 36)") << "enter" << QRect(521, 234 - 143, 83, 36);
-        QTest::newRow("space (173, 23, 236, 36)") << "space" << QRect(173, 234 - 59, 236, 36);
-    }
     void sizeAndKeyRects() {
-        QFETCH(QString, name);
-        QFETCH(QRect, rect);
+        // Layout rectangles have their origin at the bottom left of the 234-point-high keyboard.
         QCOMPARE(view_->sizeHint(), QSize(644 + 1 + 21, 223 + 1 + 10));  // key cells + margins
-        QCOMPARE(view_->keyRect(key(qPrintable(name))), rect);
+        QCOMPARE(view_->keyRect(key("escape")), QRect(23, 234 - 223, 33, 36));  // (23, 187, 33, 36)
+        QCOMPARE(view_->keyRect(key("space")), QRect(173, 234 - 59, 236, 36));  // (173, 23, 236, 36)
     }
 
-    void moveWithinKeyPostsNoSecondTooltip_data() {
-        QTest::addColumn<QString>("name");
-        for (const char* name : {"escape", "space", "rightArrow"}) QTest::newRow(name) << name;
+    // Moves over the keyboard and the tooltips they post: one show when the pointer comes onto a
+    // key, one hide when it leaves it for a gap, another key or the window.
+    void movesPostTooltips_data() {
+        QTest::addColumn<QStringList>("path");
+        QTest::addColumn<QStringList>("tips");
+        QTest::newRow("within a key, then its first pixel off")
+            << QStringList{"escape", "escape@0,0", "escape@1,1", "escape@0,1", "escape+1"}
+            << QStringList{"show escape", "hide"};
+        QTest::newRow("space, rightArrow likewise")
+            << QStringList{"space", "space@0,1", "space+1", "rightArrow", "rightArrow@1,1", "rightArrow+1"}
+            << QStringList{"show space", "hide", "show rightArrow", "hide"};
+        QTest::newRow("key to key") << QStringList{"escape", "backspace"}
+                                    << QStringList{"show escape", "hide", "show backspace"};
+        QTest::newRow("over gaps, then onto a key") << QStringList{"escape", "gap0", "gap1", "gap2", "i3"}
+                                                     << QStringList{"show escape", "hide", "show i3"};
     }
-    void moveWithinKeyPostsNoSecondTooltip() {
-        QFETCH(QString, name);
-        const int k = key(qPrintable(name));
-        for (const QPoint& p : {at(k), at(k, 0, 0), at(k, 1, 1), at(k, 0, 1)}) move(p);
-        QCOMPARE(tips().size(), 1u);
-        QCOMPARE(tips()[0].show, 1);
-        QCOMPARE(view_->hoverKeyItem(), k);
-        QVERIFY(view_->isKeyHighlighted(k));
-        move(QPoint(view_->keyRect(k).right() + 1, at(k).y()));  // first pixel off the key
-        QCOMPARE(tips().size(), 2u);
-        QCOMPARE(tips()[1].show, 0);
+    void movesPostTooltips() {
+        QFETCH(QStringList, path);
+        QFETCH(QStringList, tips);
+        for (const QString& step : path) {
+            int hovered = -1;
+            if (step == "outside") {
+                QTest::mouseMove(window_.get(), kOutsideView);
+            } else if (step.startsWith("gap")) {
+                move(gapAfter(step.mid(3).toInt()));
+            } else if (step.endsWith("+1")) {  // the first pixel right of the key
+                const int k = key(qPrintable(step.chopped(2)));
+                move(QPoint(view_->keyRect(k).right() + 1, at(k).y()));
+            } else {
+                const QStringList parts = step.split(QRegularExpression("[@,]"));
+                hovered = key(qPrintable(parts[0]));
+                move(parts.size() == 3 ? at(hovered, parts[1].toDouble(), parts[2].toDouble()) : at(hovered));
+            }
+            QCOMPARE(view_->hoverKeyItem(), hovered);
+            for (int i = 0; i < view_->keyCount(); ++i) QCOMPARE(view_->isKeyHighlighted(i), i == hovered);
+        }
+        QCOMPARE(tipLog(), tips);
     }
 
-    void moveFromKeyToKeyHidesThenShows() {
-        const int escape = key("escape"), backspace = key("backspace");
-        move(at(escape));
-        rec_->clear();
+    void shownTooltipDescribesTheKeyBelowIt() {
+        const int backspace = key("backspace");
         QSignalSpy spy(view_, &KeyboardView::tooltipChanged);
         move(at(backspace));
-        QCOMPARE(tips().size(), 2u);
-        QVERIFY(tips()[0] == KeyboardToolTip::hidden());
-        const KeyboardToolTip show = tips()[1];
-        QCOMPARE(show.show, 1);
-        QCOMPARE(show.keyDesc, std::string("backspace"));
+        QCOMPARE(tips().size(), 1u);
+        const KeyboardToolTip show = tips()[0];
         QCOMPARE(show.keyMacro, std::string("<-"));
         const QRect r = view_->keyRect(backspace);  // middle of its bottom edge, in the parent
         QCOMPARE(show.x, kViewOrigin.x() + r.x() + r.width() / 2.0);
         QCOMPARE(show.y, double(kViewOrigin.y() + r.y() + r.height()));
-        QCOMPARE(spy.count(), 2);
-        QVERIFY(spy.at(1).at(0).value<KeyboardToolTip>() == show);
-        QVERIFY(!view_->isKeyHighlighted(escape));
+        QCOMPARE(spy.count(), 1);
+        QVERIFY(spy.at(0).at(0).value<KeyboardToolTip>() == show);
     }
 
-    void moveOverGapHidesOnce() {
-        move(at(0));
-        rec_->clear();
-        for (int k : {0, 1, 2}) move(gapAfter(k));
-        QCOMPARE(tips().size(), 1u);
-        QVERIFY(tips()[0] == KeyboardToolTip::hidden());
-        QCOMPARE(view_->hoverKeyItem(), -1);
-        QVERIFY(!view_->isKeyHighlighted(0));
-        move(at(3));  // from a gap onto a key: a show, no second hide
-        QCOMPARE(tips().size(), 2u);
-        QCOMPARE(tips()[1].keyDesc, view_->keys()[3].keyname);
-    }
-
-    void enterAndLeave_data() {
+    void leavingUnchecksOnlyTheHoveredKeyOutsideCustomMode_data() {
         QTest::addColumn<bool>("customMode");
         QTest::newRow("assignment page") << false;
         QTest::newRow("custom mode") << true;
     }
-    void enterAndLeave() {
+    void leavingUnchecksOnlyTheHoveredKeyOutsideCustomMode() {
         QFETCH(bool, customMode);
         const int escape = key("escape"), tab = key("tab");
         view_->setCustomMode(customMode);
         view_->setKeyCheck(escape, true);
         view_->setKeyCheck(tab, true);
         move(at(escape));
-        rec_->clear();
         QTest::mouseMove(window_.get(), kOutsideView);
-        QCOMPARE(tips().size(), 1u);
-        QVERIFY(tips()[0] == KeyboardToolTip::hidden());
         QCOMPARE(view_->hoverKeyItem(), -1);
         QVERIFY(!view_->isKeyHighlighted(escape));
-        QCOMPARE(view_->keyCheck(escape), customMode);  // only the hovered key loses its mark
+        QCOMPARE(view_->keyCheck(escape), customMode);
         QVERIFY(view_->keyCheck(tab));
         move(at(escape, 0.3, 0.6));  // entering hides, then the key shows again
-        QCOMPARE(tips().size(), 3u);
-        QCOMPARE(tips()[1].show, 0);
-        QCOMPARE(tips()[2].keyDesc, std::string("escape"));
+        QCOMPARE(tipLog(), (QStringList{"show escape", "hide", "hide", "show escape"}));
     }
 
     void pressOnOneKeyReleaseOnAnotherPostsNothing() {
