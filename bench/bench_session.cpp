@@ -1,5 +1,6 @@
-// Host time of whole user actions on a session of realistic size: a macro save with 50 macros
-// of 40 events, and an export and an import of that database. The keyboard is the virtual QX9
+// Host time of whole user actions on a database of realistic size: a macro save with 50 macros
+// of 40 events, one event inserted into a 40-event macro, a key assignment, and an export and an
+// import of that database. The keyboard is the virtual QX9
 // and the transport's pacer does not pause, so the keyboard's mandated 5 ms pauses are left
 // out and only the host's own work is measured. The database lives in a fresh directory under
 // $QX9_BENCH_DIR (default: the temporary directory), so the figures include that file
@@ -18,7 +19,10 @@
 #include "hid/pacer.h"
 #include "hid/virtual_qx9.h"
 #include "layout/key_maps.h"
-#include "session/config_export.h"
+#include "hid/device_access.h"
+#include "ops/configuration.h"
+#include "ops/key_assignment.h"
+#include "ops/macros.h"
 #include "session/keyboard_session.h"
 
 namespace {
@@ -97,13 +101,8 @@ void openSession(const std::filesystem::path& file) {
     config.pacer = &g_noPause;
     g_session = std::make_unique<qx9::KeyboardSession>(config);
     g_keyboard = std::make_shared<qx9::VirtualQX9>();
-    qx9::HIDDevice record;
-    record.vendorId = qx9::kQX9VendorId;
-    record.productId = qx9::kQX9ProductId;
-    record.featureSize = qx9::kQX9FeatureSize;
-    record.device = g_keyboard;
-    g_session->device.deviceConnected(
-        qx9::Notification{qx9::kHIDDeviceConnected, qx9::HIDDeviceDictionary{{qx9::kDeviceKey, record}}});
+    g_session->device.deviceConnected(qx9::Notification{
+        qx9::kHIDDeviceConnected, qx9::HIDDeviceDictionary{{qx9::kDeviceKey, qx9::virtualQX9Record(g_keyboard)}}});
 }
 
 // The Save button of the macro page on a macro of 40 events: its events and header stored
@@ -116,12 +115,35 @@ void BM_MacroSave(benchmark::State& state) {
 }
 BENCHMARK(BM_MacroSave)->Unit(benchmark::kMillisecond);
 
+// One event inserted into a macro of 40 events (qx9ctl macro insert): the list stored in one
+// transaction, then the download of all macros.
+void BM_InsertEvent(benchmark::State& state) {
+    const qx9::ops::Target target = *g_session->core.target();
+    const std::int64_t macro = 8;
+    const std::vector<qx9::ops::RecordRow> events = qx9::ops::storedEvents(target.db, macro);
+    for (auto _ : state) {
+        std::vector<qx9::ops::RecordRow> longer = events;
+        qx9::ops::insertEvents(longer, 0, false, qx9::ops::delayEvents(10));
+        if (!qx9::ops::storeAndSendEvents(target, macro, longer, target.db.countMacros())) state.SkipWithError("not stored");
+    }
+}
+BENCHMARK(BM_InsertEvent)->Unit(benchmark::kMillisecond);
+
+// A key assignment (qx9ctl key set 1 0 a key:5): stored, then profile 1's key map sent.
+void BM_AssignKey(benchmark::State& state) {
+    const qx9::ops::Target target = *g_session->core.target();
+    for (auto _ : state) {
+        if (!qx9::ops::assignKey(target, 1, 0, 4, *qx9::ops::paletteFunction(5))) state.SkipWithError("not stored");
+    }
+}
+BENCHMARK(BM_AssignKey)->Unit(benchmark::kMillisecond);
+
 // Export: every row read in one snapshot and written as the document.
 void BM_Export(benchmark::State& state) {
     std::string error;
     std::size_t size = 0;
     for (auto _ : state) {
-        const auto doc = qx9::exportConfiguration(*g_session, error);
+        const auto doc = qx9::ops::exportConfiguration(*g_session->core.db(), error);
         if (!doc) state.SkipWithError(error.c_str());
         size = doc ? doc->size() : 0;
     }
@@ -129,26 +151,27 @@ void BM_Export(benchmark::State& state) {
 }
 BENCHMARK(BM_Export)->Unit(benchmark::kMillisecond);
 
-// Import of that document: the whole check, the replacement in one transaction, the session's
-// reload and what a first connection sends (per-key colours, system functions, key map).
+// Import of that document: the whole check, the replacement in one transaction and what a
+// first connection sends (per-key colours, system functions, key map).
 void BM_Import(benchmark::State& state) {
     std::string error;
-    const auto doc = qx9::exportConfiguration(*g_session, error);
+    const auto doc = qx9::ops::exportConfiguration(*g_session->core.db(), error);
     if (!doc) {
         state.SkipWithError(error.c_str());
         return;
     }
     for (auto _ : state) {
-        if (!qx9::importConfiguration(*g_session, *doc, error)) state.SkipWithError(error.c_str());
+        if (!qx9::ops::importConfiguration(*g_session->core.target(), *doc)) state.SkipWithError("not imported");
     }
+    state.counters["bytes"] = static_cast<double>(doc->size());
 }
 BENCHMARK(BM_Import)->Unit(benchmark::kMillisecond);
 
 // The check of the document alone.
 void BM_ImportCheckOnly(benchmark::State& state) {
     std::string error;
-    const auto doc = qx9::exportConfiguration(*g_session, error);
-    for (auto _ : state) benchmark::DoNotOptimize(qx9::parseConfigurationDocument(doc.value_or(""), error));
+    const auto doc = qx9::ops::exportConfiguration(*g_session->core.db(), error);
+    for (auto _ : state) benchmark::DoNotOptimize(qx9::ops::parseConfigurationDocument(doc.value_or(""), error));
 }
 BENCHMARK(BM_ImportCheckOnly)->Unit(benchmark::kMillisecond);
 

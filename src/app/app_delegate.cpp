@@ -17,7 +17,8 @@ AppDelegate::~AppDelegate() { delete quickButton; }
 
 void AppDelegate::applicationDidFinishLaunching(CaptureState& capture) {
     startPrivilegeMonitor();
-    KeystrokeCapture::instance().start(capture);
+    keystrokeCapture_ = std::make_unique<KeystrokeCapture>();
+    keystrokeCapture_->start(capture);
     createButtonStatusBar();
 }
 

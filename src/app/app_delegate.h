@@ -14,6 +14,7 @@ class PrivilegeMonitor;
 // The process-level work at launch: the permission monitor, keystroke capture and the tray
 // item whose menu quits the application.
 struct CaptureState;
+class KeystrokeCapture;
 
 class AppDelegate : public QObject {
     Q_OBJECT
@@ -32,6 +33,7 @@ private:
     QMenu* quickButton = nullptr;
     QTimer* privilegeTimer_ = nullptr;
     std::unique_ptr<PrivilegeMonitor> privilegeMonitor_;
+    std::unique_ptr<KeystrokeCapture> keystrokeCapture_;
 };
 
 }  // namespace qx9

@@ -8,11 +8,7 @@
 
 namespace qx9 {
 
-KeystrokeCapture& KeystrokeCapture::instance() {
-    static KeystrokeCapture* capture = new KeystrokeCapture;  // lives as long as the process
-    return *capture;
-}
-
+KeystrokeCapture::KeystrokeCapture() = default;
 KeystrokeCapture::~KeystrokeCapture() = default;
 
 void KeystrokeCapture::start(CaptureState& state) {

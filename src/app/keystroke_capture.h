@@ -18,7 +18,8 @@ struct CaptureState;
 class KeystrokeCapture : public QObject {
     Q_OBJECT
 public:
-    static KeystrokeCapture& instance();
+    KeystrokeCapture();
+    ~KeystrokeCapture() override;
 
     // Starts feeding `state`, which must outlive the capture.
     void start(CaptureState& state);
@@ -28,8 +29,6 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    KeystrokeCapture() = default;
-    ~KeystrokeCapture() override;
     void watch(int fd, bool added);
 
     std::unique_ptr<Keylogger> keylogger_;

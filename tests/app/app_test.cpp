@@ -55,6 +55,7 @@ private:
     QTemporaryDir dir_;
     QMainWindow* window_ = nullptr;
     KeyboardViewController* controller_ = nullptr;
+    std::unique_ptr<KeystrokeCapture> capture_;
 };
 
 void AppTest::init() {
@@ -67,13 +68,15 @@ void AppTest::init() {
     controller_ = new KeyboardViewController(options, window_);
     window_->setCentralWidget(controller_);
     window_->show();
-    KeystrokeCapture::instance().start();
+    capture_ = std::make_unique<KeystrokeCapture>();
+    capture_->start(controller_->session().core.capture);
     QVERIFY(QTest::qWaitForWindowExposed(window_));
     QTRY_VERIFY(controller_->session().device.keyboardConnected());
     QTRY_VERIFY(controller_->session().core.initFinish);
 }
 
 void AppTest::cleanup() {
+    capture_.reset();
     delete window_;
     window_ = nullptr;
     curLanguage = kLanguageSimplifiedChinese;
