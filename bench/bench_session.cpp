@@ -95,9 +95,7 @@ std::filesystem::path buildDatabase() {
 // A session connected to a virtual QX9 as at the window's first connection.
 void openSession(const std::filesystem::path& file) {
     qx9::SessionConfig config;
-    config.openDatabase = [file](const std::string&) {
-        return std::make_unique<qx9::DeviceSQLite>(qx9::DeviceSQLite::atPath(file));
-    };
+    config.databaseFile = file;
     config.pacer = &g_noPause;
     g_session = std::make_unique<qx9::KeyboardSession>(config);
     g_keyboard = std::make_shared<qx9::VirtualQX9>();

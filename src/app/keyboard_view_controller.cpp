@@ -66,12 +66,7 @@ KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidge
     initAppResources();
     setObjectName("KeyboardViewController");
     SessionConfig config;
-    if (!options.database.empty()) {
-        const std::string path = options.database;
-        config.openDatabase = [path](const std::string&) {
-            return std::make_unique<DeviceSQLite>(DeviceSQLite::atPath(path));
-        };
-    }
+    config.databaseFile = options.database;
     // Work from the monitor's thread reaches the window through the event loop.
     config.postToMain = [this](std::function<void()> work) {
         QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);

@@ -147,8 +147,7 @@ void check(const ops::Outcome& outcome) {
 
 DeviceSQLite& Context::database() {
     if (db_) return *db_;
-    db_ = options.db.empty() ? std::make_unique<DeviceSQLite>(kDeviceDatabaseFileName)
-                             : std::make_unique<DeviceSQLite>(DeviceSQLite::atPath(options.db));
+    db_ = DeviceSQLite::openFile(options.db);
     std::vector<ProfileData> profiles;
     if (!db_->isConnected() || !db_->queryProfileList(profiles)) {
         throw UsageError{"cannot open the database " + (options.db.empty() ? std::string(kDeviceDatabaseFileName) : options.db)};

@@ -81,8 +81,7 @@ void DeviceSession::initSQLite() {
         core.deviceComm = std::move(comm);
     }
     core.deviceDBfile = kDeviceDatabaseFileName;
-    core.deviceDB = core.config.openDatabase ? core.config.openDatabase(core.deviceDBfile)
-                                             : std::make_unique<DeviceSQLite>(core.deviceDBfile);
+    core.deviceDB = DeviceSQLite::openFile(core.config.databaseFile);
 }
 
 void DeviceSession::ConnectDevice() {

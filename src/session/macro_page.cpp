@@ -102,7 +102,7 @@ void MacroPage::initMacroList() {
     records_.clear();
     std::vector<MacroInfo> stored;
     if (DeviceSQLite* db = s_.core.db()) db->queryAllMacroData(stored);
-    for (const MacroInfo& m : stored) macros_.push_back({"icon", m.macroName, m.macroId});
+    for (const MacroInfo& m : stored) macros_.push_back({m.macroName, m.macroId});
     macroSelectIndex_ = -1;
     recordSelectIndex_ = -1;
     if (!macros_.empty()) {
@@ -179,7 +179,7 @@ void MacroPage::addMacroData() {
         if (!added.title.empty()) s_.core.warn(added.title, added.text);
         return;
     }
-    macros_.push_back({"icon", name, id});
+    macros_.push_back({name, id});
     macroTableSelectionChanged(static_cast<int>(macros_.size()) - 1);
 }
 

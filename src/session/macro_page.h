@@ -13,7 +13,6 @@ namespace qx9 {
 class KeyboardSession;
 
 struct MacroRow {
-    std::string icon = "icon";
     std::string text;
     std::int64_t macroid = 0;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <filesystem>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -48,9 +49,8 @@ public:
 
 // How a session reaches the outside world.
 struct SessionConfig {
-    // Opens the database file by name (the application's data directory by default; tests and
-    // qx9ctl open an explicit path).
-    std::function<std::unique_ptr<DeviceSQLite>(const std::string& fileName)> openDatabase;
+    // The database file; empty: the application's own in its data directory.
+    std::filesystem::path databaseFile;
     // Pacing of the transport, and the wire log (optional).
     Pacer* pacer = nullptr;
     std::shared_ptr<WireSink> wire;

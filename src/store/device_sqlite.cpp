@@ -24,6 +24,11 @@ DeviceSQLite::Transaction DeviceSQLite::beginTransaction() {
     return db_ ? Transaction(db_->begin()) : Transaction();
 }
 
+std::unique_ptr<DeviceSQLite> DeviceSQLite::openFile(const std::filesystem::path& file) {
+    if (file.empty()) return std::make_unique<DeviceSQLite>(kDeviceDatabaseFileName);
+    return std::make_unique<DeviceSQLite>(atPath(file));
+}
+
 void DeviceSQLite::open(const std::filesystem::path& directory, const std::filesystem::path& file) {
     db_.reset();
     if (!directory.empty()) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -67,6 +68,8 @@ public:
 
     // The same for a file at an explicit path (tests, qx9ctl).
     static DeviceSQLite atPath(const std::filesystem::path& file);
+    // `file`, or the application's own file in its data directory when `file` is empty.
+    static std::unique_ptr<DeviceSQLite> openFile(const std::filesystem::path& file);
 
     DeviceSQLite(DeviceSQLite&&) noexcept = default;
     DeviceSQLite& operator=(DeviceSQLite&&) noexcept = default;

@@ -51,9 +51,7 @@ struct OtherSession {
     explicit OtherSession(const std::filesystem::path& file)
         : keyboard(std::make_shared<VirtualQX9>()), recorder(std::make_shared<WireRecorder>()) {
         SessionConfig config;
-        config.openDatabase = [file](const std::string&) {
-            return std::make_unique<DeviceSQLite>(DeviceSQLite::atPath(file));
-        };
+        config.databaseFile = file;
         config.pacer = recorder.get();
         config.wire = recorder;
         session = std::make_unique<KeyboardSession>(config, &events);

@@ -22,10 +22,7 @@ SessionTest::SessionTest()
     previousConsole_ = setConsoleStream(&console_);
     curLanguage = kLanguageSimplifiedChinese;
     SessionConfig config;
-    const auto path = dbPath_;
-    config.openDatabase = [path](const std::string&) {
-        return std::make_unique<DeviceSQLite>(DeviceSQLite::atPath(path));
-    };
+    config.databaseFile = dbPath_;
     config.pacer = recorder_.get();
     config.wire = recorder_;
     session_ = std::make_unique<KeyboardSession>(config, &events_);
