@@ -1,0 +1,160 @@
+// The operations on a database file and a virtual QX9: what each stores, refuses and sends.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <unistd.h>
+
+#include "hid/virtual_qx9_memory.h"
+#include "i18n/language.h"
+#include "layout/key_maps.h"
+#include "ops/key_assignment.h"
+#include "ops/macros.h"
+#include "ops/settings.h"
+#include "ops/user_lights.h"
+#include "support/sql_value.h"
+#include "support/wire_fixture.h"
+
+namespace qx9::test {
+namespace {
+
+class OpsTest : public WireFixture {
+protected:
+    OpsTest()
+        : file_(std::filesystem::temp_directory_path() /
+                ("qx9-ops-" + std::to_string(::getpid()) + "-" +
+                 ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".sqlite3")),
+          db_(DeviceSQLite::atPath(file_)) {
+        curLanguage = kLanguageEnglish;
+        comm_->setDevice(keyboard_);
+    }
+    ~OpsTest() override {
+        for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(file_.string() + suffix);
+    }
+    ops::Target target() { return {db_, comm_.get()}; }
+    std::string sql(const std::string& query) const { return sqlValue(file_.string(), query); }
+    // Runs statements on the file with a connection of its own.
+    void exec(const std::string& statements) const {
+        sqlite3* db = nullptr;
+        sqlite3_open(file_.c_str(), &db);
+        EXPECT_EQ(sqlite3_exec(db, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+        sqlite3_close(db);
+    }
+    // Command codes (byte 1) of the command reports sent.
+    std::vector<int> commands() const {
+        std::vector<int> codes;
+        for (const Bytes& b : sets()) {
+            if (b[0] == 0x04) codes.push_back(b[1]);
+        }
+        return codes;
+    }
+
+    std::filesystem::path file_;
+    DeviceSQLite db_;
+};
+
+const std::vector<int> kKeyMap = {0x18, 0x11, 0x02};
+
+TEST_F(OpsTest, AKeyGetsItsFunctionStoredAndOneKeyMapSent) {
+    // Shift + 1, as the custom key dialog captures it: one transaction, whatever the kind.
+    ASSERT_TRUE(ops::assignKey(target(), 1, 0, 41, *ops::capturedKeysFunction({225, 30})));
+    EXPECT_EQ(commands(), kKeyMap);
+    EXPECT_EQ(sql("SELECT macroType || ' ' || macroValue || ' ' || macro2Value || ' ' || macroDesc FROM t_keyprofile"),
+              "3 30 225 Left Shift + 1");
+    EXPECT_EQ(keyRecord(keyboard_->memory(), 0, 1), (std::array<std::uint8_t, 4>{2, 2, 0x1E, 0}));
+    // A key made Fn is Fn on both layers; the default function takes the row away.
+    ASSERT_TRUE(ops::assignKey(target(), 1, 1, 5, *ops::paletteFunction(kFnKeyCode)));
+    EXPECT_EQ(sql("SELECT group_concat(fnlayerId) FROM (SELECT fnlayerId FROM t_keyprofile WHERE keyvalue = 5 ORDER BY fnlayerId)"), "0,1");
+    ASSERT_TRUE(ops::assignKey(target(), 1, 0, 41, ops::defaultFunction()));
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_keyprofile WHERE keyvalue = 41"), "0");
+}
+
+TEST_F(OpsTest, RefusedAssignmentsStoreAndSendNothing) {
+    MacroInfo missing;
+    missing.macroId = 7;
+    const struct {
+        std::int64_t profile, layer, key;
+        ProfileKey function;
+        const char* message;
+    } cases[] = {
+        {1, 2, 4, ops::disabledFunction(), "the layer is 0 (base) or 1 (Fn)"},
+        {1, 0, 9999, ops::disabledFunction(), "no key 9999 on the QX9"},
+        {5, 0, 4, ops::disabledFunction(), "no profile 5"},
+        {1, 0, 4, ops::macroFunction(missing, ops::kPlayOnce, 1), "no macro 7"},
+    };
+    for (const auto& c : cases) {
+        const ops::Outcome o = ops::assignKey(target(), c.profile, c.layer, c.key, c.function);
+        EXPECT_EQ(o.status, ops::Outcome::kRefused);
+        EXPECT_EQ(o.message, c.message);
+    }
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_keyprofile"), "0");
+    EXPECT_TRUE(sets().empty());
+}
+
+TEST_F(OpsTest, NoMoreMacrosThanTheKeyboardAddresses) {
+    for (int i = 0; i < ops::kMaxMacros; ++i) {
+        std::int64_t id = 0;
+        ASSERT_TRUE(ops::addMacro(target(), ops::newMacroName(static_cast<std::size_t>(i)), id));
+    }
+    for (int language : {kLanguageEnglish, kLanguageSimplifiedChinese, kLanguageTraditionalChinese}) {
+        curLanguage = language;
+        std::int64_t id = 0;
+        const ops::Outcome o = ops::addMacro(target(), "one more", id);
+        EXPECT_EQ(o.status, ops::Outcome::kRefused);
+        EXPECT_EQ(id, 0);
+        EXPECT_NE(o.text.find("100"), std::string::npos);  // said in every language
+        EXPECT_FALSE(o.title.empty());
+    }
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_macro_data"), "100");
+    // A key bound to the last one still reaches the keyboard, at directory slot 99.
+    ASSERT_TRUE(ops::assignKey(target(), 1, 0, 4, ops::macroFunction({100, 0, 0, 0, "Macro100"}, ops::kPlayOnce, 1)));
+    EXPECT_EQ(keyRecord(keyboard_->memory(), 0, 56)[1], 99);
+}
+
+TEST_F(OpsTest, EventsAreStoredAllOrNothing) {
+    std::int64_t macro = 0;
+    ASSERT_TRUE(ops::addMacro(target(), "Macro1", macro));
+    ASSERT_TRUE(ops::storeAndSendEvents(target(), macro, *ops::keyPressEvents(4), 1));
+    EXPECT_EQ(commands(), (std::vector<int>{0x19, 0x15, 0x02}));
+    clearWire();
+    // The third row is refused: the two stored before it go back, nothing is sent.
+    exec("CREATE TRIGGER refuse BEFORE INSERT ON t_macrorecord WHEN NEW.record_index = 2 "
+         "BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    std::vector<ops::RecordRow> events = ops::storedEvents(db_, macro);
+    ops::insertEvents(events, std::nullopt, false, ops::delayEvents(10));
+    EXPECT_EQ(ops::storeAndSendEvents(target(), macro, events, 1).status, ops::Outcome::kNotStored);
+    EXPECT_EQ(sql("SELECT group_concat(record_type || ':' || record_value) FROM t_macrorecord"), "2:4,3:4");
+    EXPECT_TRUE(sets().empty());
+}
+
+TEST_F(OpsTest, ALanguageChosenAfterResettingProfileOneIsStored) {
+    std::int64_t lightMode = 0;
+    ASSERT_TRUE(ops::resetKeys(target(), 1, lightMode));
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_configdata WHERE key = 'language'"), "0");
+    // The next start finds no language: it uses Simplified Chinese and writes it back.
+    ops::LanguageChoice choice;
+    ASSERT_TRUE(ops::applyStoredLanguage(db_, choice));
+    EXPECT_EQ(choice.language, kLanguageSimplifiedChinese);
+    EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE profId = 1 AND key = 'language'"), "2052");
+    exec("DELETE FROM t_configdata WHERE key = 'language'");
+    ASSERT_TRUE(ops::setLanguage({db_}, kLanguageEnglish));
+    EXPECT_EQ(sql("SELECT group_concat(value) FROM t_configdata WHERE profId = 1 AND key = 'language'"), "1033");
+}
+
+TEST_F(OpsTest, PaintingTakesTheKeysOutOfOtherSets) {
+    std::int64_t first = 0, second = 0;
+    ASSERT_TRUE(ops::addUserLight(target(), "one", first));
+    ASSERT_TRUE(ops::addUserLight(target(), "two", second));
+    ASSERT_TRUE(ops::paintKeys(target(), second, {26}, 0x00FF00));  // w
+    clearWire();
+    ASSERT_TRUE(ops::paintKeys(target(), first, {26, 4, 22, 7}, 0xFF4000));  // w a s d
+    EXPECT_EQ(sql("SELECT group_concat(keyvalue) FROM (SELECT keyvalue FROM t_userlight_leddata WHERE light_id = " +
+                  std::to_string(first) + " AND rgbvalue = 16728064 ORDER BY keyvalue)"),
+              "4,7,22,26");
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata WHERE light_id = " + std::to_string(second)), "0");
+    EXPECT_EQ(commands(), (std::vector<int>{0x18, 0x23, 0x02, 0xF0, 0x18, 0x13, 0x02, 0xF0}));
+    EXPECT_EQ(keyColour(keyboard_->memory(), G_KB_SuperKeyCodeMap.at(26).light_index), 0xFF4000u);
+    EXPECT_EQ(ops::paintKeys(target(), first, {61}, 0xFF0000).status, ops::Outcome::kRefused);  // f4: Fn layer only
+}
+
+}  // namespace
+}  // namespace qx9::test
