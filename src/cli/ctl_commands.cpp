@@ -8,7 +8,7 @@
 #include "hid/udev_hid.h"
 #include "hid/virtual_qx9_memory.h"
 #include "i18n/language.h"
-#include "ops/keyboard_writes.h"
+#include "ops/configuration.h"
 #include "ops/lighting.h"
 #include "ops/profiles.h"
 #include "ops/settings.h"

@@ -5,7 +5,6 @@
 #include "cli/ctl_context.h"
 #include "cli/ctl_output.h"
 #include "i18n/language.h"
-#include "ops/keyboard_writes.h"
 #include "ops/lighting.h"
 #include "ops/settings.h"
 #include "session/backlight_parameters.h"

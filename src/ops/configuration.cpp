@@ -13,7 +13,9 @@
 #include <unordered_set>
 
 #include "layout/key_maps.h"
-#include "ops/keyboard_writes.h"
+#include "ops/key_assignment.h"
+#include "ops/settings.h"
+#include "ops/user_lights.h"
 #include "ops/macros.h"
 
 namespace qx9::ops {
@@ -331,6 +333,14 @@ Outcome importConfiguration(const Target& target, std::string_view document) {
     if (!target.db.replaceConfiguration(*c, error)) return Outcome::notStored(error + "; the database is unchanged");
     sendWholeConfiguration(target);
     return Outcome::done();
+}
+
+void sendWholeConfiguration(const Target& target) {
+    std::vector<UserLightData> sets;
+    target.db.getUserLightData(kSettingsProfile, sets);
+    if (!sets.empty()) sendUserLightColours(target, sets.front().userlight_id);
+    sendSystemFunctions(target, storedSwitches(target.db));
+    sendKeyMap(target, kSettingsProfile, 0);
 }
 
 }  // namespace qx9::ops

@@ -6,7 +6,7 @@
 #include "i18n/text_ids.h"
 #include "layout/custom_key_func.h"
 #include "layout/key_maps.h"
-#include "ops/keyboard_writes.h"
+#include "protocol/key_mapping.h"
 #include "ops/profiles.h"
 
 namespace qx9::ops {
@@ -125,6 +125,13 @@ Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer
     }
     sendKeyMap(target, profile, 0);
     return Outcome::done();
+}
+
+void sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer) {
+    protocol::KeyMappingInput input;
+    target.db.queryKeysProfile(profile, layer, input.keys);
+    target.db.queryAllMacroData(input.macros);
+    protocol::SendKeyMacroData(target.keyboard, layer, input);
 }
 
 }  // namespace qx9::ops

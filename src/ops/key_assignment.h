@@ -42,4 +42,7 @@ std::optional<ProfileKey> listFunction(std::int64_t macroType, std::size_t index
 Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer, std::int64_t key,
                   ProfileKey function);
 
+// Sends the key-mapping table of (profile, layer), with the macros' positions.
+void sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer);
+
 }  // namespace qx9::ops

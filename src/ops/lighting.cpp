@@ -1,7 +1,7 @@
 #include "ops/lighting.h"
 
 #include "i18n/text_ids.h"
-#include "ops/keyboard_writes.h"
+#include "protocol/light_mode.h"
 #include "ops/settings.h"
 
 namespace qx9::ops {
@@ -104,6 +104,13 @@ Outcome setDirection(const Target& target, std::int64_t profile, std::int64_t ef
     if (Outcome o = byteValue(direction, "the direction"); !o) return o;
     return changeLightRecord(target, profile, effect,
                              [&](LightRecord& r) { r[kLightDirection] = static_cast<std::uint8_t>(direction); });
+}
+
+void sendLightMode(const Target& target, std::int64_t profile, std::int64_t mode) {
+    std::optional<LightRecord> record;
+    lightData data;
+    if (target.db.queryLightInfo(profile, mode, data)) record = data.data;
+    protocol::SendLightModeData(target.keyboard, mode, record);
 }
 
 }  // namespace qx9::ops

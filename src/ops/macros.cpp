@@ -4,7 +4,7 @@
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
 #include "layout/key_maps.h"
-#include "ops/keyboard_writes.h"
+#include "protocol/macro_download.h"
 
 namespace qx9::ops {
 
@@ -148,5 +148,20 @@ Outcome storeAndSendEvents(const Target& target, std::int64_t macro, const std::
     sendMacros(target, listedMacroCount);
     return Outcome::done();
 }
+
+void sendMacros(const Target& target, std::int64_t listedMacroCount) {
+    protocol::MacroDownloadInput input;
+    input.storedEventCount = target.db.getRecordCount();
+    input.listedMacroCount = listedMacroCount;
+    std::vector<MacroInfo> macros;
+    target.db.queryAllMacroData(macros);
+    for (const MacroInfo& m : macros) {
+        protocol::MacroWithEvents entry{m, {}};
+        target.db.queryMacroRecord(m.macroId, entry.events);
+        input.macros.push_back(std::move(entry));
+    }
+    protocol::SaveMacroToKeyboard(target.keyboard, &input);
+}
+void sendMacros(const Target& target) { sendMacros(target, target.db.countMacros()); }
 
 }  // namespace qx9::ops

@@ -66,4 +66,9 @@ Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<Re
 Outcome storeAndSendEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
                            std::int64_t listedMacroCount);
 
+// Sends every stored macro. `listedMacroCount` is the number of macros the capacity check
+// counts (the macro page's rows; the store's count elsewhere).
+void sendMacros(const Target& target, std::int64_t listedMacroCount);
+void sendMacros(const Target& target);
+
 }  // namespace qx9::ops

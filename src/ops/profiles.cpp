@@ -2,7 +2,7 @@
 
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
-#include "ops/keyboard_writes.h"
+#include "ops/key_assignment.h"
 
 namespace qx9::ops {
 

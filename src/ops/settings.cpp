@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "i18n/language.h"
-#include "ops/keyboard_writes.h"
+#include "ops/configuration.h"
 #include "ops/profiles.h"
 
 namespace qx9::ops {
@@ -107,6 +107,22 @@ Outcome resetAll(const Target& target) {
     target.db.writeLightProfile(kSettingsProfile);
     sendWholeConfiguration(target);
     return Outcome::done();
+}
+
+void sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches) {
+    // One set of system functions for the keyboard: Fn mode and sleep time live under profile 1.
+    const protocol::SystemStoredValues stored{target.db.getConfigData(kSettingsProfile, kFnFunction),
+                                              target.db.getConfigData(kSettingsProfile, kSleepLight)};
+    protocol::SendSystemFunctionData(target.keyboard, switches, &stored);
+}
+protocol::SystemSwitches storedSwitches(const DeviceSQLite& db) {
+    if (db.getConfigData(kSettingsProfile, kGameMode) != "1") return {};
+    return gameModeSwitches(db);
+}
+protocol::SystemSwitches gameModeSwitches(const DeviceSQLite& db) {
+    return {true, db.getConfigData(kSettingsProfile, kBlockAltTab) == "1",
+            db.getConfigData(kSettingsProfile, kBlockAltF4) == "1",
+            db.getConfigData(kSettingsProfile, kBlockWin) == "1"};
 }
 
 }  // namespace qx9::ops

@@ -62,4 +62,11 @@ Outcome resetKeys(const Target& target, std::int64_t profile, std::int64_t& ligh
 // connection.
 Outcome resetAll(const Target& target);
 
+// Sends the switches as given, and the Fn mode and sleep time stored under profile 1.
+void sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches);
+// The switches as the settings page shows them after loading: all off unless game mode is on.
+protocol::SystemSwitches storedSwitches(const DeviceSQLite& db);
+// Game mode on with the three blocks as stored.
+protocol::SystemSwitches gameModeSwitches(const DeviceSQLite& db);
+
 }  // namespace qx9::ops

@@ -3,7 +3,7 @@
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
 #include "layout/key_maps.h"
-#include "ops/keyboard_writes.h"
+#include "protocol/user_light.h"
 #include "ops/settings.h"
 
 namespace qx9::ops {
@@ -109,6 +109,13 @@ Outcome paintKeys(const Target& target, std::int64_t set, const std::vector<std:
         colours[*position] = rgb;
     }
     return applyUserLight(target, set, colours);
+}
+
+void sendUserLightMode(const Target& target) { protocol::SendUserLightModeData(target.keyboard); }
+void sendUserLightColours(const Target& target, std::int64_t setId) {
+    std::vector<UserLightLEDData> colours;
+    target.db.getUserLightLEDData(setId, colours);
+    protocol::SendUserLightLedData(target.keyboard, colours);
 }
 
 }  // namespace qx9::ops

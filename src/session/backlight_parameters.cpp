@@ -9,7 +9,6 @@
 #include "layout/key_maps.h"
 #include "session/keyboard_session.h"
 #include "session/lighting_page.h"
-#include "ops/keyboard_writes.h"
 #include "ops/settings.h"
 
 namespace qx9 {

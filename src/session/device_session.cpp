@@ -1,7 +1,8 @@
 #include "session/device_session.h"
 
 #include "common/fatal.h"
-#include "ops/keyboard_writes.h"
+#include "ops/lighting.h"
+#include "ops/user_lights.h"
 #include "layout/key_maps.h"
 #include "session/keyboard_session.h"
 

@@ -5,7 +5,6 @@
 #include "i18n/text_ids.h"
 #include "layout/key_maps.h"
 #include "ops/key_assignment.h"
-#include "ops/keyboard_writes.h"
 #include "ops/settings.h"
 #include "session/keyboard_session.h"
 

@@ -2,7 +2,6 @@
 
 #include "common/fatal.h"
 #include "i18n/language.h"
-#include "ops/keyboard_writes.h"
 #include "session/keyboard_session.h"
 
 namespace qx9 {

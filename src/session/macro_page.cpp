@@ -3,7 +3,6 @@
 #include <cctype>
 
 #include "common/text_number.h"
-#include "ops/keyboard_writes.h"
 #include "i18n/language.h"
 #include "layout/key_maps.h"
 #include "session/keyboard_session.h"

@@ -3,7 +3,6 @@
 #include "common/fatal.h"
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
-#include "ops/keyboard_writes.h"
 #include "ops/settings.h"
 #include "session/keyboard_session.h"
 
