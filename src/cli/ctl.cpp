@@ -41,7 +41,8 @@ const char* const kUsage =
     "        delay-mode ID record|none|default:MS\n"
     "  light list | select ROW | color R G B | preset 1-14 | random on|off | brightness V |\n"
     "        speed V | direction up|down|left|right | sleep 0-3 | show\n"
-    "  userlight list | add | delete ID | paint ID KEY... --color RRGGBB | apply ID | reset ID | show ID\n"
+    "  userlight list | add | rename ID NAME | delete ID | paint ID KEY... --color RRGGBB | apply ID | reset ID |\n"
+    "            show ID\n"
     "  export FILE|-\n"
     "  import FILE\n";
 

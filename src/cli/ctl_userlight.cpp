@@ -12,7 +12,7 @@ namespace qx9::ctl {
 namespace {
 
 const char* const kUsage =
-    "usage: qx9ctl userlight list | add | delete ID | paint ID KEY... --color RRGGBB | apply ID | reset ID | show ID";
+    "usage: qx9ctl userlight list | add | rename ID NAME | delete ID | paint ID KEY... --color RRGGBB | apply ID | reset ID | show ID";
 
 std::string hexColour(std::uint32_t v) {
     char buf[8];
@@ -91,6 +91,9 @@ void cmdUserLight(Context& c, const std::vector<std::string>& args) {
         check(ops::addUserLight(target, name, id));
         check(ops::showUserLight(target, id));
         printRecord(c, id, name);
+    } else if (verb == "rename") {
+        expect(3);
+        check(ops::renameUserLight({c.database()}, parseSet(c, args[1]), args[2]));
     } else if (verb == "delete") {
         expect(2);
         const std::vector<UserLightData> before = sets(c);

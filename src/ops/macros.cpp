@@ -80,10 +80,6 @@ std::string newMacroName(std::size_t listedMacros) {
     return localizedText(textid::kMacro) + std::to_string(listedMacros + 1);
 }
 
-std::int64_t macroMemoryUsed(const DeviceSQLite& db) {
-    return protocol::macroMemoryBytes(db.getRecordCount(), db.countMacros());
-}
-
 std::vector<RecordRow> storedEvents(const DeviceSQLite& db, std::int64_t macro) {
     std::vector<RecordInfo> stored;
     db.queryMacroRecord(macro, stored);

@@ -45,8 +45,6 @@ void deleteEventWithPartner(std::vector<RecordRow>& events, std::size_t index);
 
 // The name of a new macro: "Macro" and the number of macros listed plus one.
 std::string newMacroName(std::size_t listedMacros);
-// Bytes of the keyboard's macro memory the stored macros use (4 an event, 8 a macro).
-std::int64_t macroMemoryUsed(const DeviceSQLite& db);
 
 std::vector<RecordRow> storedEvents(const DeviceSQLite& db, std::int64_t macro);
 bool macroExists(const DeviceSQLite& db, std::int64_t macro);

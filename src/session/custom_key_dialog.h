@@ -40,8 +40,6 @@ public:
     void setPlayCountText(const std::string& text) { playCountText_ = text; }
 
     // What the window shows.
-    std::int64_t key_functiontypevalue() const { return key_functiontypevalue_; }
-    std::int64_t key_functionvalue() const { return key_functionvalue_; }
     int functionTypeIndex() const { return typeIndex_; }
     int functionIndex() const { return functionIndex_; }
     int macroPlayTypeIndex() const { return macroPlayTypeIndex_; }

@@ -34,7 +34,6 @@ public:
 
     // The palette and its selection (`isSelect` of each palette key).
     const std::vector<keyFunc>& palette() const { return palette_; }
-    bool paletteSelected(std::size_t index) const { return paletteSelect_.at(index); }
     std::optional<std::size_t> selectedPaletteKey() const;
 
     // Actions.

@@ -82,13 +82,6 @@ void LightingPage::setBacklightMode(std::int64_t index) {
     showModeControls(mode, record);
 }
 
-bool LightingPage::showCurrentModeControls() {
-    LightRecord record{};
-    if (!readRecord(s_.core.currentLightMode, record)) return false;
-    showModeControls(s_.core.currentLightMode, record);
-    return true;
-}
-
 void LightingPage::showModeControls(std::int64_t mode, const LightRecord& record) {
     const ops::EffectControls c = ops::effectControls(mode, record);
     brightness_.value = record[ops::kLightBrightness] & kSliderMaximum;

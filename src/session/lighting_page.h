@@ -74,9 +74,6 @@ public:
     // Stores the row's effect as the selection (under profile 1), shows its record of the current
     // profile in the controls and the preview, and sends it.
     void setBacklightMode(std::int64_t index);
-    // The controls and the preview as setBacklightMode shows them for the current effect, without
-    // storing or sending (qx9ctl shows the page this way). False when the record cannot be read.
-    bool showCurrentModeControls();
 
     // Controls, under their field names.
     const std::string& light_edit_color_r() const { return editColor_[0]; }

@@ -95,11 +95,4 @@ void UserLightPage::resetUserLightKeyColor() {
     applyUserLightKeyColor();
 }
 
-void UserLightPage::unloadUserLight() {
-    rows_.clear();
-    selectedRow_ = -1;
-    userlight_id_ = 0;
-    resetKeyColor();
-}
-
 }  // namespace qx9

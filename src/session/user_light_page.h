@@ -59,8 +59,6 @@ public:
     void loadUserLightInfo(int index);
     void resetUserLightKeyColor();             // userlight_button_resetcolor
     void applyUserLightKeyColor();             // userlight_button_applycolor
-    // After the database was replaced: no set loaded, every key black, nothing selected.
-    void unloadUserLight();
 
     // The on-screen keyboard.
     void resetKeyColor();  // every key black, no key selected
