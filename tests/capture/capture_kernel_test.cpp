@@ -3,81 +3,26 @@
 // virtual machine (tests/uhid/run_in_vm.sh).
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <linux/input.h>
-#include <linux/uhid.h>
 #include <poll.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstring>
-#include <sstream>
 #include <string>
 #include <thread>
 
-#include "common/console.h"
-#include "common/unique_fd.h"
-#include "hid/capture_state.h"
+#include "capture_fixture.h"
 #include "hid/keylogger.h"
-#include "layout/key_maps.h"
+#include "support/descriptors.h"
+#include "support/wire_fixture.h"
+#include "uhid/uhid_device.h"
 
 namespace qx9 {
 namespace {
 
-// The capture state the tests feed and read.
-CaptureState cs;
-
-
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-// A boot keyboard: 8 modifier bits, a reserved byte, six key usages.
-constexpr std::uint8_t kBootKeyboard[] = {
-    0x05, 0x01, 0x09, 0x06, 0xA1, 0x01, 0x05, 0x07, 0x19, 0xE0, 0x29, 0xE7, 0x15, 0x00, 0x25, 0x01,
-    0x75, 0x01, 0x95, 0x08, 0x81, 0x02, 0x95, 0x01, 0x75, 0x08, 0x81, 0x01, 0x95, 0x06, 0x75, 0x08,
-    0x15, 0x00, 0x25, 0x65, 0x05, 0x07, 0x19, 0x00, 0x29, 0x65, 0x81, 0x00, 0xC0};
-
-class UhidKeyboard {
-public:
-    UhidKeyboard() : fd_(::open("/dev/uhid", O_RDWR | O_CLOEXEC)) {
-        if (!fd_) return;
-        uhid_event ev{};
-        ev.type = UHID_CREATE2;
-        std::strcpy(reinterpret_cast<char*>(ev.u.create2.name), "capture test keyboard");
-        std::memcpy(ev.u.create2.rd_data, kBootKeyboard, sizeof kBootKeyboard);
-        ev.u.create2.rd_size = sizeof kBootKeyboard;
-        ev.u.create2.bus = BUS_USB;
-        ev.u.create2.vendor = 0x1209;  // generic test ids: hid-generic takes it
-        ev.u.create2.product = 0x0001;
-        if (!send(ev)) fd_.reset();
-    }
-    ~UhidKeyboard() { destroy(); }
-    bool created() const { return fd_.valid(); }
-
-    // One input report: modifier bits and up to six keys.
-    bool report(std::uint8_t modifiers, std::array<std::uint8_t, 6> keys = {}) {
-        uhid_event ev{};
-        ev.type = UHID_INPUT2;
-        ev.u.input2.size = 8;
-        ev.u.input2.data[0] = modifiers;
-        std::copy(keys.begin(), keys.end(), ev.u.input2.data + 2);
-        return send(ev);
-    }
-    void destroy() {
-        if (!fd_) return;
-        uhid_event ev{};
-        ev.type = UHID_DESTROY;
-        send(ev);
-        fd_.reset();
-    }
-
-private:
-    bool send(const uhid_event& ev) { return ::write(fd_.get(), &ev, sizeof ev) == static_cast<ssize_t>(sizeof ev); }
-    UniqueFd fd_;
-};
 
 // Runs the capture's part of the main loop until `done` or the time is up.
 template <typename Done>
@@ -98,24 +43,12 @@ bool runUntil(Keylogger& k, Done done, std::chrono::milliseconds limit = 10s) {
     return true;
 }
 
-class KernelCapture : public ::testing::Test {
+class KernelCapture : public CaptureTest {
 protected:
     void SetUp() override {
         if (::access("/dev/uhid", W_OK) != 0) GTEST_SKIP() << "no /dev/uhid here";
-        previous_ = setConsoleStream(&console_);
-        cs.reset();
-        cs.G_KB_NormalKeys.clear();
-        cs.G_KB_FlagKeys.clear();
-        for (const KeyNameEntry& e : KB_108K_SuperKeyNameMap().entries()) {
-            (e.key_type ? cs.G_KB_FlagKeys : cs.G_KB_NormalKeys).push_back(e.key_code);
-        }
+        CaptureTest::SetUp();
     }
-    void TearDown() override {
-        if (previous_) setConsoleStream(previous_);
-        cs.reset();
-    }
-    std::ostringstream console_;
-    std::ostream* previous_ = nullptr;
 };
 
 TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
@@ -126,8 +59,12 @@ TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
     std::vector<std::pair<int, bool>> watched;
     k.setWatchCallback([&](int fd, bool added) { watched.emplace_back(fd, added); });
 
-    UhidKeyboard kb;
-    ASSERT_TRUE(kb.created());
+    test::UhidDevice kb("capture test keyboard", test::hexBytes(test::kKeyboardInterface), false);
+    ASSERT_TRUE(kb.created()) << kb.error();
+    // Sends one input report (modifier bits, a reserved byte, a key) and reads until `until`.
+    const auto report = [&](std::uint8_t modifiers, std::uint8_t key, auto until) {
+        return kb.input({modifiers, 0, key, 0, 0, 0, 0, 0}) && runUntil(k, until);
+    };
     ASSERT_TRUE(runUntil(k, [&] { return k.fds().size() == before.size() + 1; })) << "the node never came";
     ASSERT_EQ(watched.size(), 1u);
     const int fd = watched[0].first;
@@ -142,9 +79,7 @@ TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
     }
 
     // Shift+A, then A alone, then nothing
-    ASSERT_TRUE(kb.report(0x02));
-    ASSERT_TRUE(kb.report(0x02, {0x04}));
-    ASSERT_TRUE(runUntil(k, [&] { return cs.GLOBAL_LAST_PRESS_KEY_SCANCODE == 4; }));
+    ASSERT_TRUE(report(0x02, 0x04, [&] { return cs.GLOBAL_LAST_PRESS_KEY_SCANCODE == 4; }));
     EXPECT_EQ(cs.lastKeyOperate, "down");
     EXPECT_THAT(cs.pressedFlags, ElementsAre(225));
     EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4));
@@ -153,13 +88,11 @@ TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
                          std::chrono::system_clock::now().time_since_epoch()).count();
     EXPECT_NEAR(static_cast<double>(cs.lastMovedTime), static_cast<double>(now), 60'000.0);
 
-    ASSERT_TRUE(kb.report(0x00, {0x04}));
-    ASSERT_TRUE(runUntil(k, [&] { return cs.shiftKeyStatus == 0; }));
+    ASSERT_TRUE(report(0x00, 0x04, [&] { return cs.shiftKeyStatus == 0; }));
     EXPECT_THAT(cs.pressedFlags, IsEmpty());
     EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4));
 
-    ASSERT_TRUE(kb.report(0x00));
-    ASSERT_TRUE(runUntil(k, [&] { return cs.pressedNormalKey.empty(); }));
+    ASSERT_TRUE(report(0x00, 0, [&] { return cs.pressedNormalKey.empty(); }));
     EXPECT_EQ(cs.lastKeyOperate, "up");
     EXPECT_EQ(cs.GLOBAL_LAST_PRESS_KEY_SCANCODE, 4);
 
@@ -169,8 +102,7 @@ TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
     ASSERT_GT(::readlink(("/proc/self/fd/" + std::to_string(fd)).c_str(), path, sizeof path - 1), 0);
     UniqueFd witness(::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     ASSERT_TRUE(witness) << path;
-    ASSERT_TRUE(kb.report(0x00, {0x05}));
-    ASSERT_TRUE(runUntil(k, [&] { return !cs.pressedNormalKey.empty(); }));
+    ASSERT_TRUE(report(0x00, 0x05, [&] { return !cs.pressedNormalKey.empty(); }));
     const std::int64_t pressedAt = cs.lastMovedTime;
     std::this_thread::sleep_for(800ms);
     k.drain();
@@ -182,8 +114,7 @@ TEST_F(KernelCapture, AKeyboardPluggedInIsReadUntilItGoes) {
         if (ev.type == EV_KEY && ev.code == KEY_B && ev.value == 2) ++repeats;
     }
     EXPECT_GT(repeats, 0);
-    ASSERT_TRUE(kb.report(0x00));
-    ASSERT_TRUE(runUntil(k, [&] { return cs.pressedNormalKey.empty(); }));
+    ASSERT_TRUE(report(0x00, 0, [&] { return cs.pressedNormalKey.empty(); }));
     EXPECT_EQ(cs.lastKeyOperate, "up");
     EXPECT_EQ(cs.GLOBAL_LAST_PRESS_KEY_SCANCODE, 5);
     witness.reset();

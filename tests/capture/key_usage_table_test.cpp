@@ -42,37 +42,31 @@ TEST(KeyUsageTable, EveryKeyOfTheCodeMapComesBackWithItsCode) {
     }
 }
 
-// Fn has no usage on the Keyboard page: no key an event node reports may turn into its mark, 175.
-TEST(KeyUsageTable, NothingBecomesTheFnCode) {
-    for (int code = 0; code <= KEY_MAX; ++code) EXPECT_NE(hidUsageFromLinuxKey(code), kFnKeyCode) << code;
-}
-
+// Keys outside the map, the same as the window system's native scan codes (the kernel's + 8).
 TEST(KeyUsageTable, KeysOutsideTheMap) {
     const std::pair<int, int> cases[] = {
         {KEY_RIGHTMETA, 231}, {KEY_SYSRQ, 70}, {KEY_KPENTER, 88}, {KEY_KP0, 98}, {KEY_102ND, 100},
         {KEY_COMPOSE, 101}, {KEY_F13, 104}, {KEY_F24, 115}, {KEY_RO, 135}, {KEY_HANGEUL, 144},
         {KEY_KPLEFTPAREN, 182}, {KEY_FN, 0}, {BTN_LEFT, 0}, {KEY_PLAYPAUSE, 0}, {KEY_CNT, 0}, {-1, 0}};
-    for (auto [key, usage] : cases) EXPECT_EQ(hidUsageFromLinuxKey(key), usage) << key;
+    for (auto [key, usage] : cases) {
+        EXPECT_EQ(hidUsageFromLinuxKey(key), usage) << key;
+        EXPECT_EQ(hidUsageFromNativeScanCode(static_cast<std::uint32_t>(key) + 8), usage) << key;
+    }
+    for (std::uint32_t scan : {0u, 8u, 0xFFFFFFFFu}) EXPECT_EQ(hidUsageFromNativeScanCode(scan), 0) << scan;
 }
 
+// Fn has no usage on the Keyboard page: no key an event node reports may turn into its mark, 175.
 TEST(KeyUsageTable, EachUsageComesFromOneKeyAndTheMainBlockIsComplete) {
     std::map<int, int> keyOfUsage;
     for (int code = 0; code <= KEY_MAX; ++code) {
         const int u = hidUsageFromLinuxKey(code);
         if (u == 0) continue;
-        EXPECT_TRUE(u >= 4 && u <= 231) << code;
+        EXPECT_TRUE(u >= 4 && u <= 231 && u != kFnKeyCode) << code;
         EXPECT_TRUE(keyOfUsage.emplace(u, code).second) << "usage " << u << " twice";
     }
     // A (4) to Application (101) are keys of their own, except the non-US # (50), which the kernel
     // reports as the backslash key.
     for (int u = 4; u <= 101; ++u) EXPECT_EQ(keyOfUsage.count(u), u == 50 ? 0u : 1u) << u;
-}
-
-TEST(KeyUsageTable, NativeScanCodesAre8AboveTheKernels) {
-    // X11 key codes: 9 Escape, 38 a, 50 Shift_L, 65 space, 133 Super_L
-    const std::pair<std::uint32_t, int> cases[] = {{9, 41}, {38, 4}, {50, 225}, {65, 44}, {133, 227},
-                                                   {0, 0}, {8, 0}, {0xFFFFFFFFu, 0}};
-    for (auto [scan, usage] : cases) EXPECT_EQ(hidUsageFromNativeScanCode(scan), usage) << scan;
 }
 
 }  // namespace

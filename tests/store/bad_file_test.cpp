@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <functional>
 #include <iostream>
 
 #include "store_support.h"
@@ -14,125 +15,122 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Runs every store operation once and lists the results ("name=result"). Every list starts
-// with one element of the caller's, so a size or count of 1 means it came back unchanged.
-Rows everyResult(DeviceSQLite& db) {
-    Rows r;
-    auto put = [&r](const char* name, auto value) {
-        std::ostringstream text;
-        text << std::boolalpha << name << '=' << value;
-        r.push_back(text.str());
-    };
-    std::vector<ProfileData> profiles(1);
-    std::vector<ProfileKey> keys(1);
-    std::vector<MacroInfo> macros(1);
-    std::vector<RecordInfo> events(1);
-    std::vector<UserLightData> sets(1);
-    std::vector<UserLightLEDData> colours(1);
-    ProfileKey key;
-    MacroInfo macro;
-    lightData light;
-    put("addProfile", db.addProfile("P"));
-    put("deleteProfile", db.deleteProfile(1));
-    put("updateProfileName", db.updateProfileName(1, "Q"));
-    put("queryProfileList", db.queryProfileList(profiles));
-    put("profiles", profiles.size());
-    put("writeConfigData", db.writeConfigData(1, "k", "v"));
-    put("updateConfigData", db.updateConfigData(1, "language", "2052"));
-    put("getConfigData", "'" + db.getConfigData(1, "language") + "'");
-    put("addKeyProfile", db.addKeyProfile({0, 0, 1, 4, kMacroTypeKey, 5, 0, 0, "B"}));
-    put("queryKeysProfile", db.queryKeysProfile(1, 0, keys));
-    put("keys", keys.size());
-    put("queryKeyProfile", db.queryKeyProfile(1, 0, 4, key));
-    put("addMacroProfile", db.addMacroProfile("M"));
-    put("updateMacroProfileName", db.updateMacroProfileName(1, "N"));
-    put("modifyMacroInfo", db.modifyMacroInfo({1, 2, 0, 0, "N"}));
-    put("queryMacroInfo", db.queryMacroInfo(1, macro));
-    put("queryAllMacroData", db.queryAllMacroData(macros));
-    put("deleteMacroProfile", db.deleteMacroProfile(1));
-    put("addMacroRecord", db.addMacroRecord({0, 1, kRecordDelay, 0, 10, "10 ms"}));
-    put("deleteMacroRecord", db.deleteMacroRecord(1));
-    put("queryMacroRecord", db.queryMacroRecord(1, events));
-    put("getRecordCount", db.getRecordCount());
-    put("writeLightProfile", db.writeLightProfile(1));
-    put("modifyLightData", db.modifyLightData(1, 2, LightRecord{}));
-    put("selectLightMode", db.selectLightMode(1, 2));
-    put("getLightModeSelectIndex", db.getLightModeSelectIndex(1));
-    put("queryLightInfo", db.queryLightInfo(1, 2, light));
-    put("addUserLight", db.addUserLight(1, "S"));
-    put("deleteUserLight", db.deleteUserLight(1));
-    put("getUserLightData", db.getUserLightData(1, sets));
-    put("addUserLightLEDData", db.addUserLightLEDData({0, 1, 30, 0xFF0000}));
-    put("addUserLightLEDData(0)", db.addUserLightLEDData({0, 1, 30, 0}));
-    put("getUserLightLEDData", db.getUserLightLEDData(1, colours));
-    put("replaceMacroRecords", db.replaceMacroRecords(1, events));
-    put("saveMacro", db.saveMacro(macro, events));
-    put("countMacros", db.countMacros());
-    std::string error;
-    put("readConfiguration", db.readConfiguration(error) ? "read" : error);
-    put("replaceConfiguration", db.replaceConfiguration({}, error) ? "replaced" : error);
-    put("commit", db.beginTransaction().commit());
-    return r;
+// A result as text; with a list the store may fill, "/" and its size after (each list starts
+// with one element of the caller's, so "/1" means it came back unchanged).
+template <typename T>
+std::string text(const T& value) {
+    std::ostringstream out;
+    out << std::boolalpha << value;
+    return out.str();
+}
+template <typename R, typename T>
+std::string text(const R& result, const std::vector<T>& list) {
+    return text(result) + "/" + std::to_string(list.size());
 }
 
+std::string readAll(DeviceSQLite& db) {
+    std::string error;
+    const std::optional<Configuration> read = db.readConfiguration(error);
+    return read ? text(read->lighting.size()) : error;
+}
+
+std::string replaceAll(DeviceSQLite& db) {
+    std::string error;
+    return db.replaceConfiguration({}, error) ? "replaced" : error;
+}
+
+// A store operation and its result without a connection (the writers report success), when every
+// statement is refused (a file that is not a database) and on a read-only file that holds the
+// first-start data and the modes of profile 1 (nullptr: not checked).
+struct Op {
+    const char* call;
+    std::function<std::string(DeviceSQLite&)> run;
+    const char* noConnection;
+    const char* notADatabase;
+    const char* readOnly;
+};
 // clang-format off
-// Without a connection: nothing happens, the writers report success.
-const Rows kNoConnection = {
-    "addProfile=0", "deleteProfile=true", "updateProfileName=true", "queryProfileList=true",
-    "profiles=1", "writeConfigData=true", "updateConfigData=true", "getConfigData=''",
-    "addKeyProfile=0", "queryKeysProfile=true", "keys=1", "queryKeyProfile=false",
-    "addMacroProfile=0", "updateMacroProfileName=true", "modifyMacroInfo=true",
-    "queryMacroInfo=false", "queryAllMacroData=1", "deleteMacroProfile=true", "addMacroRecord=0",
-    "deleteMacroRecord=true", "queryMacroRecord=1", "getRecordCount=0", "writeLightProfile=true",
-    "modifyLightData=true", "selectLightMode=true", "getLightModeSelectIndex=0",
-    "queryLightInfo=false", "addUserLight=0", "deleteUserLight=true", "getUserLightData=1",
-    "addUserLightLEDData=0", "addUserLightLEDData(0)=-1", "getUserLightLEDData=1",
-    "replaceMacroRecords=true", "saveMacro=true", "countMacros=0",
-    "readConfiguration=no database is open", "replaceConfiguration=no database is open",
-    "commit=false",
+#define OP(call) #call, [](DeviceSQLite& db) { return text(db.call); }
+#define OUT(T, call) #call, [](DeviceSQLite& db) { T out; return text(db.call); }
+#define LIST(T, call) \
+    #call, [](DeviceSQLite& db) { std::vector<T> list(1); return text(db.call, list); }
+
+const Op kOps[] = {
+    {OP(addProfile("P")), "0", "0", "0"},
+    {OP(deleteProfile(1)), "true", "false", "false"},
+    {OP(updateProfileName(1, "Q")), "true", "false", "false"},
+    {LIST(ProfileData, queryProfileList(list)), "true/1", "false/1", "true/2"},
+    {OP(writeConfigData(1, "k", "v")), "true", "false", "false"},
+    {OP(updateConfigData(1, "language", "2052")), "true", "false", "false"},
+    {OP(getConfigData(1, "language")), "", "", "1033"},
+    {OP(hasConfigData(1, "language")), "false", "false", "true"},
+    {OP(addKeyProfile({0, 0, 1, 4, kMacroTypeKey, 5, 0, 0, "B"})), "0", "0", "0"},
+    {LIST(ProfileKey, queryKeysProfile(1, 0, list)), "true/1", "false/1", "true/1"},
+    {OUT(ProfileKey, queryKeyProfile(1, 0, 4, out)), "false", "false", "false"},
+    {OP(addMacroProfile("M")), "0", "0", "0"},
+    {OP(updateMacroProfileName(1, "N")), "true", "false", "false"},
+    {OP(modifyMacroInfo({1, 2, 0, 0, "N"})), "true", "false", "false"},
+    {OUT(MacroInfo, queryMacroInfo(1, out)), "false", "false", "false"},
+    {LIST(MacroInfo, queryAllMacroData(list)), "1/1", "1/1", "1/1"},
+    {OP(deleteMacroProfile(1)), "true", "false", "false"},
+    {OP(addMacroRecord({0, 1, kRecordDelay, 0, 10, "10 ms"})), "0", "0", "0"},
+    {OP(deleteMacroRecord(1)), "true", "false", "false"},
+    {LIST(RecordInfo, queryMacroRecord(1, list)), "1/1", "1/1", "1/1"},
+    {OP(getRecordCount()), "0", "0", "0"},
+    {LIST(RecordInfo, replaceMacroRecords(1, list)), "true/1", "false/1", "false/1"},
+    {OP(saveMacro({1, 2, 0, 0, "N"}, {})), "true", "false", "false"},
+    {OP(countMacros()), "0", "0", "0"},
+    {OP(writeLightProfile(2)), "true", "false", "false"},
+    {OP(modifyLightData(1, 2, LightRecord{})), "true", "false", "false"},
+    {OP(selectLightMode(1, 2)), "true", "false", "false"},
+    {OP(getLightModeSelectIndex(1)), "0", "0", "11"},
+    {OUT(lightData, queryLightInfo(1, 2, out)), "false", "false", "true"},
+    {OP(addUserLight(1, "S")), "0", "0", "0"},
+    {OP(updateUserLightName(1, "T")), "true", "false", "false"},
+    {OP(deleteUserLight(1)), "true", "false", "false"},
+    {LIST(UserLightData, getUserLightData(1, list)), "1/1", "1/1", "1/1"},
+    {OP(addUserLightLEDData({0, 1, 30, 0xFF0000})), "0", "-1", "-1"},
+    {OP(addUserLightLEDData({0, 1, 30, 0})), "-1", "-1", "-1"},
+    {LIST(UserLightLEDData, getUserLightLEDData(1, list)), "1/1", "1/1", "1/1"},
+    // On a read-only file an empty transaction commits, though the store's header says it
+    // cannot begin there.
+    {OP(beginTransaction().commit()), "false", "false", nullptr},
+    {"readConfiguration", readAll, "no database is open",
+     "cannot read the database: file is not a database", "21"},
+    {"replaceConfiguration", replaceAll, "no database is open",
+     "cannot write the database: file is not a database",
+     "cannot write the database: attempt to write a readonly database"},
 };
 // clang-format on
 
-// clang-format off
-// With a connection that refuses every statement: every "nothing" result.
-const Rows kRefused = {
-    "addProfile=0", "deleteProfile=false", "updateProfileName=false", "queryProfileList=false",
-    "profiles=1", "writeConfigData=false", "updateConfigData=false", "getConfigData=''",
-    "addKeyProfile=0", "queryKeysProfile=false", "keys=1", "queryKeyProfile=false",
-    "addMacroProfile=0", "updateMacroProfileName=false", "modifyMacroInfo=false",
-    "queryMacroInfo=false", "queryAllMacroData=1", "deleteMacroProfile=false", "addMacroRecord=0",
-    "deleteMacroRecord=false", "queryMacroRecord=1", "getRecordCount=0", "writeLightProfile=false",
-    "modifyLightData=false", "selectLightMode=false", "getLightModeSelectIndex=0",
-    "queryLightInfo=false", "addUserLight=0", "deleteUserLight=false", "getUserLightData=1",
-    "addUserLightLEDData=-1", "addUserLightLEDData(0)=-1", "getUserLightLEDData=1",
-    "replaceMacroRecords=false", "saveMacro=false", "countMacros=0",
-    "readConfiguration=cannot read the database: file is not a database",
-    "replaceConfiguration=cannot write the database: file is not a database", "commit=false",
-};
-// clang-format on
+// The operations that have a result in `column`, in the order of the table, as "call=result":
+// what they give on `db`, or without one what they should give.
+Rows results(DeviceSQLite* db, const char* Op::*column) {
+    Rows r;
+    for (const Op& op : kOps) {
+        if (op.*column) r.push_back(std::string(op.call) + "=" + (db ? op.run(*db) : op.*column));
+    }
+    return r;
+}
 
 void writeFile(const fs::path& file, const std::string& bytes) {
     std::ofstream(file, std::ios::binary) << bytes;
 }
 
-TEST(StoreBadFiles, DirectoryThatCannotBeCreated) {
+TEST(StoreBadFiles, PlaceThatCannotBeOpenedLeavesNoConnection) {
     TempDir dir;
     writeFile(dir / "blocker", "not a directory");
     EnvOverride xdg("XDG_DATA_HOME", (dir / "blocker").string());
     ConsoleCapture console;
-    DeviceSQLite db(kDeviceDatabaseFileName);
+    DeviceSQLite db(kDeviceDatabaseFileName);  // its directory cannot be created
     EXPECT_FALSE(db.isConnected());
     EXPECT_EQ(console.text().rfind("init: connect fail ", 0), 0u) << console.text();
-    EXPECT_EQ(everyResult(db), kNoConnection);
+    EXPECT_EQ(results(&db, &Op::noConnection), results(nullptr, &Op::noConnection));
     EXPECT_TRUE(db.modifyLightData(1, 0, std::vector<std::uint8_t>(3)));  // nothing to check
     EXPECT_EQ(fileBytes(dir / "blocker"), "not a directory");
-}
 
-TEST(StoreBadFiles, PathThatIsADirectory) {
-    TempDir dir;
-    ConsoleCapture console;
-    DeviceSQLite db = DeviceSQLite::atPath(dir.path());
-    EXPECT_FALSE(db.isConnected());
+    console.clear();
+    EXPECT_FALSE(DeviceSQLite::atPath(dir.path()).isConnected());  // a directory
     EXPECT_EQ(console.text(), "init: connect fail unable to open database file\n");
 }
 
@@ -144,7 +142,7 @@ TEST(StoreBadFiles, FileThatIsNotADatabaseIsNeverOverwritten) {
     ConsoleCapture console;
     DeviceSQLite db = DeviceSQLite::atPath(file);
     EXPECT_EQ(console.text(), "createTable fail file is not a database\ninit: connect success\n");
-    EXPECT_EQ(everyResult(db), kRefused);
+    EXPECT_EQ(results(&db, &Op::notADatabase), results(nullptr, &Op::notADatabase));
 
     console.clear();
     db.initDBdata(1);
@@ -155,6 +153,36 @@ TEST(StoreBadFiles, FileThatIsNotADatabaseIsNeverOverwritten) {
               "resetProfile  fail file is not a database\n"
               "dropTable table failed file is not a database\n");
     EXPECT_EQ(fileBytes(file), text);
+}
+
+// Opens the file as an ordinary user (root ignores file modes) and runs every operation; the exit
+// status tells the parent (0: as expected), standard error shows what differed.
+int readOnlySession(const fs::path& file) {
+    if (geteuid() == 0 && (setgroups(0, nullptr) || setgid(65534) || setuid(65534))) return 2;
+    ConsoleCapture console;
+    DeviceSQLite db = DeviceSQLite::atPath(file);
+    Rows got = results(&db, &Op::readOnly);
+    got.push_back(console.text());
+    Rows want = results(nullptr, &Op::readOnly);
+    want.push_back("createTable success\ninit: connect success\n");
+    for (std::size_t i = 0; i < got.size(); ++i) {
+        if (got[i] != want[i]) std::cerr << '[' << got[i] << "] instead of [" << want[i] << "]\n";
+    }
+    return got == want ? 0 : 1;
+}
+
+TEST(StoreBadFiles, ReadOnlyFileIsReadButNeverWritten) {
+    TempDir dir;
+    const fs::path file = dir / "ro.sqlite3";
+    {
+        ConsoleCapture quiet;
+        DeviceSQLite::atPath(file).writeLightProfile(1);
+    }
+    fs::permissions(dir.path(), fs::perms(0755));
+    fs::permissions(file, fs::perms(0444));
+    const std::string before = fileBytes(file);
+    EXPECT_EXIT(std::exit(readOnlySession(file)), ::testing::ExitedWithCode(0), "");
+    EXPECT_EQ(fileBytes(file), before);
 }
 
 TEST(StoreBadFiles, TableThatCannotBeCreatedStopsCreationAndDefaults) {
@@ -187,91 +215,24 @@ TEST(StoreBadFiles, TableThatCannotBeCreatedStopsCreationAndDefaults) {
     EXPECT_EQ(db.addUserLightLEDData({0, 1, 30, 0xFF}), -1);
 }
 
-// Opens the file as an ordinary user and checks what reads and writes give; the exit status
-// tells the parent (0: as expected), standard error shows what differed.
-int readOnlySession(const fs::path& file) {
-    if (geteuid() == 0 &&
-        (setgroups(0, nullptr) != 0 || setgid(65534) != 0 || setuid(65534) != 0)) {
-        return 2;  // root ignores file modes: the check needs an ordinary user
-    }
-    ConsoleCapture console;
-    DeviceSQLite db = DeviceSQLite::atPath(file);
-    std::vector<ProfileData> profiles;
-    const bool listed = db.queryProfileList(profiles);
-    std::string error, replaceError;
-    const std::optional<Configuration> exported = db.readConfiguration(error);
-    db.replaceConfiguration({}, replaceError);
-    const Rows got = {
-        console.text(),
-        db.getConfigData(1, "language"),
-        std::to_string(db.getLightModeSelectIndex(1)),
-        std::to_string(listed) + "/" + std::to_string(profiles.size()),
-        std::to_string(db.addProfile("Two")),
-        std::to_string(db.updateConfigData(1, "language", "2052")),
-        std::to_string(db.selectLightMode(1, 3)),
-        std::to_string(db.writeLightProfile(2)),
-        exported ? std::to_string(exported->lighting.size()) : error,
-        replaceError,
-    };
-    const Rows expected = {"createTable success\ninit: connect success\n",
-                           "1033",
-                           "11",
-                           "1/1",
-                           "0",
-                           "0",
-                           "0",
-                           "0",
-                           "21",
-                           "cannot write the database: attempt to write a readonly database"};
-    if (got == expected) return 0;
-    for (const std::string& g : got) std::cerr << '[' << g << "] ";
-    return 1;
-}
-
-TEST(StoreBadFiles, ReadOnlyFileIsReadButNeverWritten) {
-    TempDir dir;
-    const fs::path file = dir / "ro.sqlite3";
-    {
-        ConsoleCapture quiet;
-        DeviceSQLite db = DeviceSQLite::atPath(file);
-        db.writeLightProfile(1);
-    }
-    fs::permissions(dir.path(), fs::perms(0755));
-    fs::permissions(file, fs::perms(0444));
-    const std::string before = fileBytes(file);
-    EXPECT_EXIT(std::exit(readOnlySession(file)), ::testing::ExitedWithCode(0), "");
-    EXPECT_EQ(fileBytes(file), before);
-}
-
 using StoreDeathTest = StoreTest;
 
-TEST_F(StoreDeathTest, NamelessProfileOrSetStopsTheProgram) {
+TEST_F(StoreDeathTest, BrokenInvariantsStopTheProgram) {
+    db_.writeLightProfile(1);
     sql_.exec(
         "INSERT INTO t_profile (name) VALUES (NULL);"
-        "INSERT INTO t_userlight_data (profile, name, speed, brightness) "
-        "VALUES (1, NULL, 15, 15)");
+        "INSERT INTO t_userlight_data (profile, name, speed, brightness) VALUES (1, NULL, 15, 15);"
+        "UPDATE t_lightdata SET byte5 = 256 WHERE mode = 4;"
+        "UPDATE t_lightdata SET byte11 = -1 WHERE mode = 6;"
+        "UPDATE t_lightdata SET mode = 300 WHERE mode = 8");
     std::vector<ProfileData> profiles;
     EXPECT_DEATH(db_.queryProfileList(profiles), "profile 2 has no name");
     std::vector<UserLightData> sets;
     EXPECT_DEATH(db_.getUserLightData(1, sets), "user-light set 1 has no name");
-}
-
-TEST_F(StoreDeathTest, StoredValueOutsideAByteStopsTheProgram) {
-    db_.writeLightProfile(1);
-    const std::pair<const char*, int> cases[] = {
-        {"UPDATE t_lightdata SET byte5 = 256 WHERE mode = 4", 4},
-        {"UPDATE t_lightdata SET byte11 = -1 WHERE mode = 6", 6},
-        {"UPDATE t_lightdata SET mode = 300 WHERE mode = 8", 300},
-    };
-    for (const auto& [update, mode] : cases) {
-        sql_.exec(update);
+    for (int mode : {4, 6, 300}) {
         lightData light;
-        EXPECT_DEATH(db_.queryLightInfo(1, mode, light), "not a byte") << update;
+        EXPECT_DEATH(db_.queryLightInfo(1, mode, light), "not a byte") << mode;
     }
-}
-
-TEST_F(StoreDeathTest, ShortLightRecordStopsTheProgram) {
-    db_.writeLightProfile(1);
     EXPECT_DEATH(db_.modifyLightData(1, 2, std::vector<std::uint8_t>(11)), "11 bytes");
 }
 

@@ -49,11 +49,6 @@ TempDir::TempDir() {
     path_ = pattern;
 }
 
-TempDir::~TempDir() {
-    std::error_code ec;
-    std::filesystem::remove_all(path_, ec);
-}
-
 SqlFile::SqlFile(const std::filesystem::path& file) {
     if (sqlite3_open_v2(file.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) !=
         SQLITE_OK) {
@@ -75,8 +70,8 @@ Rows SqlFile::rows(const std::string& sql) const {
     while (sqlite3_step(stmt) == SQLITE_ROW) {
         std::string row;
         for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
-            if (i) row += '|';
             const auto* text = sqlite3_column_text(stmt, i);
+            if (i) row += '|';
             row += text ? reinterpret_cast<const char*>(text) : "NULL";
         }
         result.push_back(row);
@@ -85,21 +80,12 @@ Rows SqlFile::rows(const std::string& sql) const {
     return result;
 }
 
-std::string SqlFile::value(const std::string& sql) const {
-    const Rows all = rows(sql);
-    return all.empty() ? std::string() : all.front();
-}
-
 void SqlFile::exec(const std::string& sql) const {
     char* error = nullptr;
     if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
         ADD_FAILURE() << sql << ": " << (error ? error : "");
     }
     sqlite3_free(error);
-}
-
-Rows SqlFile::tables() const {
-    return rows("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY rowid");
 }
 
 Rows SqlFile::dump() const {
@@ -127,21 +113,13 @@ ConsoleCapture::~ConsoleCapture() {
     setConsoleStream(previous_);
 }
 
-EnvOverride::EnvOverride(const char* name, std::optional<std::string> value) : name_(name) {
+EnvOverride::EnvOverride(const char* name, const std::optional<std::string>& value) : name_(name) {
     if (const char* old = std::getenv(name)) previous_ = old;
-    if (value) {
-        setenv(name, value->c_str(), 1);
-    } else {
-        unsetenv(name);
-    }
+    set(value);
 }
 
-EnvOverride::~EnvOverride() {
-    if (previous_) {
-        setenv(name_.c_str(), previous_->c_str(), 1);
-    } else {
-        unsetenv(name_.c_str());
-    }
+void EnvOverride::set(const std::optional<std::string>& value) {
+    value ? setenv(name_.c_str(), value->c_str(), 1) : unsetenv(name_.c_str());
 }
 
 std::string fileBytes(const std::filesystem::path& file) {

@@ -22,26 +22,25 @@ std::string str(const MacroInfo& m);
 std::string str(const RecordInfo& r);
 std::string str(const UserLightData& s);
 std::string str(const UserLightLEDData& l);
-inline RecordInfo event(std::int64_t macro, std::int64_t type, std::int64_t index,
-                        std::int64_t value) {
-    return {0, macro, type, index, value, "e" + std::to_string(index)};
-}
-
 template <typename T>
 Rows strs(const std::vector<T>& records) {
     Rows rows;
     for (const T& r : records) rows.push_back(str(r));
     return rows;
 }
+inline RecordInfo event(std::int64_t macro, std::int64_t type, std::int64_t index,
+                        std::int64_t value) {
+    return {0, macro, type, index, value, "e" + std::to_string(index)};
+}
 
 // A fresh directory under the temporary directory, removed with its contents.
 class TempDir {
 public:
     TempDir();
-    ~TempDir();
-    TempDir(const TempDir&) = delete;
-    TempDir& operator=(const TempDir&) = delete;
-
+    ~TempDir() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
     const std::filesystem::path& path() const { return path_; }
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
@@ -59,12 +58,17 @@ public:
 
     // Every row of a query, its columns as text joined by '|' (NULL reads "NULL").
     Rows rows(const std::string& sql) const;
-    // The first column of the first row, or "" when there is no row.
-    std::string value(const std::string& sql) const;
+    // The first row, or "" when there is none.
+    std::string value(const std::string& sql) const {
+        const Rows all = rows(sql);
+        return all.empty() ? std::string() : all.front();
+    }
     // Runs statements that must succeed (set-up of a test).
     void exec(const std::string& sql) const;
     // Names of the tables in their order of creation.
-    Rows tables() const;
+    Rows tables() const {
+        return rows("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY rowid");
+    }
     // Every row of every table, each as "table|columns…".
     Rows dump() const;
     // A trigger that refuses the statements `when` describes ("BEFORE INSERT ON t WHEN …"),
@@ -93,10 +97,11 @@ private:
 // Sets (or with nullopt unsets) an environment variable for the life of the object.
 class EnvOverride {
 public:
-    EnvOverride(const char* name, std::optional<std::string> value);
-    ~EnvOverride();
+    EnvOverride(const char* name, const std::optional<std::string>& value);
+    ~EnvOverride() { set(previous_); }
 
 private:
+    void set(const std::optional<std::string>& value);
     std::string name_;
     std::optional<std::string> previous_;
 };

@@ -5,6 +5,7 @@
 #include <linux/uhid.h>
 #include <poll.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -56,6 +57,14 @@ void UhidDevice::destroy() {
         writeEvent(fd_.get(), ev);
         fd_.reset();
     }
+}
+
+bool UhidDevice::input(const Bytes& report) {
+    uhid_event ev{};
+    ev.type = UHID_INPUT2;
+    ev.u.input2.size = static_cast<std::uint16_t>(report.size());
+    std::copy(report.begin(), report.end(), ev.u.input2.data);
+    return writeEvent(fd_.get(), ev);
 }
 
 std::vector<Bytes> UhidDevice::sets() {

@@ -30,6 +30,8 @@ public:
     VirtualQX9& keyboard() { return *keyboard_; }
     std::mutex& keyboardMutex() { return mutex_; }
 
+    // Sends one input report to the host.
+    bool input(const Bytes& report);
     // Stop answering GET requests (the host's read then waits on the device).
     void stallReads(bool stall) { stall_ = stall; }
     // Removes the device from the kernel.

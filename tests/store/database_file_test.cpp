@@ -1,0 +1,183 @@
+// The file itself: where it lives, first-start contents, the defaults written later, the profile
+// reset, re-opening and dropping.
+#include <gtest/gtest.h>
+
+#include "store_support.h"
+
+namespace qx9::test {
+namespace {
+
+Rows configOf(const SqlFile& sql, int profile) {
+    return sql.rows("SELECT key, value FROM t_configdata WHERE profId = " +
+                    std::to_string(profile) + " ORDER BY keyId");
+}
+
+TEST(StoreLocation, FileLivesInTheDataDirectoryOfTheApplication) {
+    // XDG_DATA_HOME as set ("xdg" stands for an absolute path), and the two ways it falls back.
+    const std::pair<std::optional<std::string>, std::string> cases[] = {
+        {"xdg", "xdg/"}, {std::nullopt, "home/.local/share/"}, {"rel", "home/.local/share/"}};
+    for (const auto& [xdg, expected] : cases) {
+        TempDir dir;
+        EnvOverride home("HOME", (dir / "home").string());
+        EnvOverride data("XDG_DATA_HOME", xdg == "xdg" ? (dir / "xdg").string() : xdg);
+        ConsoleCapture console;
+        DeviceSQLite db(kDeviceDatabaseFileName);
+        EXPECT_TRUE(db.isConnected()) << expected;
+        EXPECT_TRUE(std::filesystem::is_regular_file(
+            dir / (expected + "org.qx9config.Qx9/db/device_keyboard_81k_v2.sqlite3")))
+            << expected;
+    }
+}
+
+TEST(StoreLocation, WithoutApplicationIdNothingIsCreated) {
+    TempDir dir;
+    EnvOverride xdg("XDG_DATA_HOME", dir.path().string());
+    ConsoleCapture console;
+    DeviceSQLite db(kDeviceDatabaseFileName, "");
+    EXPECT_FALSE(db.isConnected());
+    EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
+    EXPECT_EQ(console.text(), "");
+    EXPECT_EQ(db.addProfile("Two"), 0);
+}
+
+TEST_F(StoreTest, FirstStartHoldsOneProfileAndTheGlobalSettings) {
+    EXPECT_EQ(console_.text(), "createTable success\ninit: connect success\n");
+    EXPECT_EQ(sql_.rows("SELECT * FROM t_profile"), Rows{"1|Configuration File 1"});
+    // The global settings: thirteen keys, each once, all under profile 1.
+    EXPECT_EQ(sql_.value("SELECT count(DISTINCT key) || '/' || count(*) || '/' || "
+                         "group_concat(DISTINCT profId) FROM t_configdata"),
+              "13/13/1");
+    for (const char* empty : {"t_lightdata", "t_keyrgb", "t_userlight_data", "t_userlight_leddata",
+                              "t_triggerkey", "t_keyprofile", "t_macro_data", "t_macrorecord"}) {
+        EXPECT_EQ(sql_.value(std::string("SELECT count(*) FROM ") + empty), "0") << empty;
+    }
+}
+
+TEST_F(StoreTest, FirstSelectionWritesTheModesAndLegacyValues) {
+    ASSERT_EQ(db_.addProfile("Two"), 2);
+    EXPECT_TRUE(db_.writeLightProfile(2));
+    // Modes 0 to 20, mode 11 selected.
+    EXPECT_EQ(sql_.value("SELECT count(DISTINCT mode) || '/' || min(mode) || '/' || max(mode) || "
+                         "'/' || group_concat(mode) FILTER (WHERE status = 1) FROM t_lightdata "
+                         "WHERE profId = 2"),
+              "21/0/20/11");
+    // The legacy values, each once; the global settings stay with profile 1.
+    EXPECT_EQ(sql_.value("SELECT count(DISTINCT key) || '/' || count(*) FROM t_configdata "
+                         "WHERE profId = 2"),
+              "15/15");
+    EXPECT_EQ(db_.getConfigData(2, "gamemode"), "");
+    EXPECT_EQ(console_.text(), "createTable success\ninit: connect success\n");
+
+    // Any light row means the profile is set up; the legacy values alone are added again.
+    sql_.exec("DELETE FROM t_lightdata WHERE mode <> 4");
+    EXPECT_TRUE(db_.writeLightProfile(2));
+    db_.writeConfigInfo(2);
+    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_lightdata"), "1");
+    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_configdata WHERE profId = 2"), "30");
+
+    // A refused row stops the modes after the legacy values.
+    sql_.refuse("BEFORE INSERT ON t_lightdata WHEN NEW.mode = 5");
+    EXPECT_FALSE(db_.writeLightProfile(3));
+    EXPECT_EQ(sql_.value("SELECT group_concat(mode) FROM t_lightdata WHERE profId = 3"),
+              "0,1,2,3,4");
+    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_configdata WHERE profId = 3"), "15");
+}
+
+TEST_F(StoreTest, GlobalSettingsOnlyIntoAnEmptyTable) {
+    // Into an empty table: the first row follows the argument, the other twelve go to profile 1.
+    sql_.exec("DELETE FROM t_configdata");
+    db_.initDBdata(7);
+    EXPECT_EQ(sql_.rows("SELECT profId, count(*) FROM t_configdata GROUP BY profId"),
+              (Rows{"1|12", "7|1"}));
+    EXPECT_EQ(sql_.value("SELECT key FROM t_configdata WHERE profId = 7"), "keyboardLayout");
+    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_profile"), "1");
+
+    // Any row at all, even of another profile, keeps them out.
+    sql_.exec(
+        "DELETE FROM t_configdata; DELETE FROM t_profile;"
+        "INSERT INTO t_configdata (key, profId, value) VALUES ('x', 9, 'y')");
+    db_.initDBdata(1);
+    EXPECT_EQ(sql_.rows("SELECT * FROM t_profile"), Rows{"1|Configuration File 1"});
+    EXPECT_EQ(sql_.rows("SELECT key FROM t_configdata"), Rows{"x"});
+
+    // A refused row keeps the rows before it.
+    sql_.exec("DELETE FROM t_configdata");
+    sql_.refuse("BEFORE INSERT ON t_configdata WHEN NEW.key = 'gamemode'");
+    console_.clear();
+    db_.initDBdata(1);
+    EXPECT_EQ(console_.text(), "insertRow  fail refused\n");
+    EXPECT_EQ(sql_.rows("SELECT key FROM t_configdata"), (Rows{"keyboardLayout", "language"}));
+}
+
+TEST_F(StoreTest, ResetOfProfileOneDropsGlobalSettingsAndKeepsModeParameters) {
+    db_.writeLightProfile(1);
+    db_.addProfile("Two");
+    for (std::int64_t profile : {1, 2}) {
+        for (std::int64_t layer : {0, 1}) {
+            db_.addKeyProfile({0, layer, profile, 4, kMacroTypeKey, 5, 0, 0, "B"});
+        }
+    }
+    const LightRecord saved = {3, 10, 20, 30, 0, 0, 0, 0, 0, 9, 2, 1};
+    db_.modifyLightData(1, 3, saved);
+    db_.selectLightMode(1, 7);
+
+    db_.resetProfile(1);
+    EXPECT_EQ(sql_.rows("SELECT profId, fnlayerId FROM t_keyprofile"), (Rows{"2|0", "2|1"}));
+    db_.writeConfigInfo(9);
+    EXPECT_EQ(configOf(sql_, 1), configOf(sql_, 9));  // the legacy values alone
+    EXPECT_TRUE(db_.updateConfigData(1, "gamemode", "1"));
+    EXPECT_EQ(db_.getConfigData(1, "gamemode"), "");
+    EXPECT_EQ(sql_.value("SELECT group_concat(mode) FROM t_lightdata WHERE status = 1"), "3");
+    lightData light;
+    ASSERT_TRUE(db_.queryLightInfo(1, 3, light));
+    EXPECT_EQ(light.data, saved);
+    EXPECT_EQ(console_.text(), "createTable success\ninit: connect success\n");
+}
+
+TEST_F(StoreTest, RefusedResetStopsAfterTheKeys) {
+    db_.writeLightProfile(1);
+    db_.addKeyProfile({0, 0, 1, 4, kMacroTypeKey, 5, 0, 0, "B"});
+    sql_.refuse("BEFORE DELETE ON t_configdata");
+    console_.clear();
+    db_.resetProfile(1);
+    EXPECT_EQ(console_.text(), "resetProfile  fail refused\n");
+    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_keyprofile"), "0");
+    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_configdata"), "28");
+    EXPECT_EQ(db_.getLightModeSelectIndex(1), 11);
+}
+
+TEST_F(StoreTest, ReopeningLeavesTheFileAsItWas) {
+    db_.writeLightProfile(1);
+    db_.addProfile("Two");
+    db_.addKeyProfile({0, 0, 1, 4, kMacroTypeKey, 5, 0, 0, "B"});
+    const std::string before = fileBytes(file_);
+
+    DeviceSQLite again = DeviceSQLite::atPath(file_);
+    again.createTable();
+    EXPECT_EQ(fileBytes(file_), before);
+}
+
+TEST_F(StoreTest, DropKeepsTriggerKeysAndReopeningStartsAfresh) {
+    const Rows firstStart = sql_.rows("SELECT * FROM t_configdata");
+    sql_.exec("INSERT INTO t_triggerkey (profId, layer, keyvalue, keydesc) VALUES (1, 0, 4, 'A')");
+    db_.addProfile("Two");
+    db_.dropTable();
+    EXPECT_EQ(sql_.tables(), Rows{"t_triggerkey"});
+    EXPECT_EQ(console_.text(), "createTable success\ninit: connect success\ndropTable  success\n");
+
+    DeviceSQLite fresh = DeviceSQLite::atPath(file_);
+    EXPECT_EQ(sql_.rows("SELECT * FROM t_profile"), Rows{"1|Configuration File 1"});
+    EXPECT_EQ(sql_.rows("SELECT * FROM t_configdata"), firstStart);
+    EXPECT_EQ(sql_.rows("SELECT * FROM t_triggerkey"), Rows{"1|1|0|4|A"});
+
+    // Dropping stops at the first table that is missing.
+    sql_.exec("DROP TABLE t_keyrgb");
+    console_.clear();
+    fresh.dropTable();
+    EXPECT_EQ(console_.text(), "dropTable table failed no such table: t_keyrgb\n");
+    EXPECT_EQ(sql_.tables(), (Rows{"t_triggerkey", "t_userlight_data", "t_userlight_leddata",
+                                   "t_keyprofile", "t_macro_data", "t_macrorecord"}));
+}
+
+}  // namespace
+}  // namespace qx9::test
