@@ -1,31 +1,78 @@
-// qx9ctl as a user types it: output, exit status, the database and the virtual keyboard after.
+// qx9ctl as a user types it: its arguments and messages, output formats, exit statuses, the
+// virtual keyboard's state file, and one run of each command family that reaches the database
+// and the keyboard. What the operations store and send is checked in the session tests.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <unistd.h>
 
 #include "cli/ctl.h"
-#include "cli/ctl_fixture.h"
 #include "common/bytes.h"
+#include "common/console.h"
 #include "hid/virtual_qx9.h"
-#include "i18n/language.h"
+#include "hid/virtual_qx9_memory.h"
+#include "support/sql_value.h"
 
 namespace qx9::test {
 namespace {
 
-class Qx9ctl : public CtlTest {
+// qx9ctl run in-process on databases and virtual keyboard files in a directory of its own.
+class Qx9ctl : public ::testing::Test {
 protected:
-    // Runs qx9ctl on the test's database and virtual keyboard file.
+    Qx9ctl()
+        : dir_(std::filesystem::temp_directory_path() /
+               ("qx9ctl-" + std::to_string(::getpid()) + "-" +
+                ::testing::UnitTest::GetInstance()->current_test_info()->name())) {
+        std::filesystem::create_directories(dir_);
+        previousConsole_ = setConsoleStream(&console_);  // the tests open the database too
+    }
+    ~Qx9ctl() override {
+        setConsoleStream(previousConsole_);
+        std::filesystem::remove_all(dir_);
+    }
+
+    std::string path(const std::string& name) const { return (dir_ / name).string(); }
+    // qx9ctl --db DIR/DB --device virtual:DIR/DB.kb.json ARGS…
+    int run(const std::vector<std::string>& args, const std::string& db = "db.sqlite3") {
+        std::vector<std::string> full = {"--db", path(db), "--device", "virtual:" + path(db + ".kb.json")};
+        full.insert(full.end(), args.begin(), args.end());
+        return runRaw(full);
+    }
+    int runRaw(const std::vector<std::string>& args) {
+        out_.str("");
+        err_.str("");
+        return ctl::run(args, out_, err_);
+    }
+    // A run that must succeed and print nothing on standard error; its standard output.
+    std::string ok(const std::vector<std::string>& args, const std::string& db = "db.sqlite3") {
+        EXPECT_EQ(run(args, db), 0) << err_.str();
+        EXPECT_EQ(err_.str(), "");
+        return out_.str();
+    }
+    // What the virtual keyboard of a database holds, read from its state file.
+    VirtualQX9Memory keyboard(const std::string& db = "db.sqlite3") {
+        VirtualQX9 kb;
+        std::string error;
+        kb.loadState(path(db + ".kb.json"), error);
+        return kb.memory();
+    }
+    std::string sql(const std::string& query) { return sqlValue(path("db.sqlite3"), query); }
+
+    std::filesystem::path dir_;
+    std::ostringstream out_, err_;
+
+private:
+    std::ostringstream console_;
+    std::ostream* previousConsole_ = nullptr;
 };
 
-TEST_F(Qx9ctl, ConnectWithTheWireLogPrintsTheFirstConnection) {
-    std::ostringstream out, err;
-    const std::string db = (dir_ / "fresh.sqlite3").string();
-    ASSERT_EQ(ctl::run({"--db", db, "--device", "virtual", "--wire", "-", "connect"}, out, err), 0) << err.str();
+TEST_F(Qx9ctl, TheWireLogPrintsEveryReportOfTheFirstConnection) {
     std::vector<std::string> lines;
-    std::istringstream in(out.str());
+    std::istringstream in(ok({"--wire", "-", "connect"}));
     for (std::string line; std::getline(in, line);) lines.push_back(line);
     ASSERT_EQ(lines.size(), 4u * 2 - 1 + 2 * 3 + 9);  // system functions, then the key map
     EXPECT_EQ(lines[0].substr(0, 9), "SET 04 18");
@@ -36,97 +83,275 @@ TEST_F(Qx9ctl, ConnectWithTheWireLogPrintsTheFirstConnection) {
     for (const std::string& l : lines) EXPECT_EQ(l.size(), 3 + 64 * 3u) << l;
 }
 
-TEST_F(Qx9ctl, ProfilesAndKeysLikeTheWindow) {
-    ASSERT_EQ(run({"profile", "add"}), 0) << err_.str();
-    EXPECT_EQ(out_.str(), "2\tConfiguration File 1\n");
-    ASSERT_EQ(run({"profile", "rename", "2", "Games"}), 0) << err_.str();
-    ASSERT_EQ(run({"profile", "list"}), 0);
-    EXPECT_EQ(out_.str(), "1\tConfiguration File 1\n2\tGames\n");
-    ASSERT_EQ(run({"--json", "profile", "list"}), 0);
-    EXPECT_NE(out_.str().find("\"name\": \"Games\""), std::string::npos);
+TEST_F(Qx9ctl, WithoutAKeyboardItStoresAndSaysSo) {
+    // "auto" finds no QX9 on this machine.
+    ASSERT_EQ(runRaw({"--db", path("db.sqlite3"), "key", "set", "1", "0", "a", "disable"}), 0) << err_.str();
+    EXPECT_EQ(err_.str(), "qx9ctl: no keyboard attached: stored only, nothing was sent\n");
+    ASSERT_EQ(runRaw({"--db", path("db.sqlite3"), "key", "list", "1", "0"}), 0);
+    EXPECT_EQ(out_.str(), "a\t4\t2\t1\t0\t0\tDisable Keys\n");
+}
 
-    ASSERT_EQ(run({"key", "set", "1", "0", "a", "key:5"}), 0) << err_.str();
-    ASSERT_EQ(run({"key", "set", "1", "0", "escape", "combo:225+30"}), 0) << err_.str();
-    ASSERT_EQ(run({"key", "set", "1", "0", "f4", "mouse:6"}), 0) << err_.str();
-    ASSERT_EQ(run({"key", "set", "1", "1", "57", "disable"}), 0) << err_.str();
-    ASSERT_EQ(run({"key", "list", "1", "0"}), 0);
-    EXPECT_EQ(out_.str(), "a\t4\t3\t5\t0\t0\tB\nescape\t41\t3\t30\t225\t0\tLeft Shift + 1\nf4\t61\t6\t6\t0\t0\tScroll Down\n");
-    const auto memory = keyboard();
+TEST_F(Qx9ctl, UnreadableDatabaseIsAnErrorAndStaysAsItWas) {
+    const std::string text = "this is not a database, and must stay as it is\n";
+    std::ofstream(path("text.sqlite3")) << text;
+    EXPECT_EQ(run({"profile", "list"}, "text.sqlite3"), 1);
+    EXPECT_EQ(err_.str(), "qx9ctl: cannot open the database " + path("text.sqlite3") + "\n");
+    std::ifstream in(path("text.sqlite3"));
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), text);
+}
+
+TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
+    ok({"settings", "language", "en"});
+    ok({"macro", "add"});
+    ok({"macro", "insert", "1", "delay:5"});
+    ok({"userlight", "add"});
+    ok({"userlight", "paint", "1", "a", "--color", "00FF00"});
+    ok({"export", path("good.json")});
+    std::ofstream(path("foreign.json")) << R"({"theme": "dark"})";
+    struct Case {
+        std::vector<std::string> before;  // run first: the effect the command is refused for
+        std::vector<std::string> args;
+        std::string message;
+    };
+    const std::string usageInsert =
+        "usage: qx9ctl macro insert ID key:NAME|mouse:left|middle|right|delay:MS [--before N|--after N]";
+    const Case cases[] = {
+        {{}, {"frobnicate"}, "unknown command frobnicate"},
+        {{}, {"key", "set", "1", "0", "printScreen", "disable"},
+         "no key \"printScreen\" on the QX9 (a key name such as a, escape, leftWin, or a key code)"},
+        {{}, {"key", "set", "7", "0", "a", "disable"}, "no profile 7 (see: qx9ctl profile list)"},
+        {{}, {"key", "set", "1", "2", "a", "disable"}, "the layer is 0 (base) or 1 (Fn), not 2"},
+        {{}, {"key", "set", "1", "0", "a", "mouse:9"}, "mouse is 1-8, not 9"},
+        {{}, {"key", "set", "1", "0", "a", "macro:3"}, "no macro 3"},
+        {{}, {"key", "set", "1", "0", "a", "key:9999"}, "no function 9999 in the key palette"},
+        {{}, {"key", "set", "1", "0", "a", "combo:4+x"}, "a combination key must be a number: \"x\""},
+        {{}, {"key", "set", "1", "0", "a", "teleport"},
+         "unknown function \"teleport\"; FUNCTION is default | disable | key:CODE | combo:CODE[+CODE…] | "
+         "macro:ID[:once|:repeat:N|:toggle] | mouse:1-8 | media:1-7 | mac:1-6"},
+        {{}, {"profile", "delete", "1"},
+         "Delete configuration scheme: The last configuration scheme cannot be deleted"},
+        {{}, {"profile", "rename", "1", ""}, "a profile name cannot be empty"},
+        {{}, {"settings", "gamemode", "maybe"}, "gamemode takes on or off, not \"maybe\""},
+        {{}, {"light", "select", "20"}, "the row is 0-19, not 20"},
+        {{}, {"light", "color", "256", "0", "0"}, "red is 0-255, not 256"},
+        {{}, {"light", "color", "1", "2"}, "usage: qx9ctl light color R G B"},
+        {{}, {"light", "preset", "15"}, "the preset is 1-14, not 15"},
+        {{}, {"light", "brightness", "16"}, "the brightness is 0-15, not 16"},
+        {{}, {"light", "direction", "north"}, "direction takes up, down, left or right, not \"north\""},
+        {{}, {"light", "sleep", "4"}, "the sleep time is 0-3, not 4"},
+        {{}, {"light", "dim"}, "unknown light command dim"},
+        {{}, {"light"},
+         "usage: qx9ctl light list | select ROW | color R G B | preset 1-14 | random on|off | brightness 0-15 | "
+         "speed 0-15 | direction up|down|left|right | sleep 0-3 | show"},
+        {{"light", "select", "9"}, {"light", "color", "1", "2", "3"},
+         "the colour is off while random colour is on (qx9ctl light random off)"},
+        {{}, {"light", "direction", "left"}, "\"Scrolling\" takes up or down"},
+        {{"light", "select", "0"}, {"light", "speed", "3"}, "\"Static\" has no speed"},
+        {{}, {"light", "direction", "up"}, "\"Static\" has no direction"},
+        {{"light", "select", "19"}, {"light", "random", "off"}, "\"Close Backlight\" has no random colour"},
+        {{}, {"light", "preset", "1"}, "\"Close Backlight\" has no colour of its own"},
+        {{}, {"macro", "rename", "9", "X"}, "no macro 9 (see: qx9ctl macro list)"},
+        {{}, {"macro", "rename", "1", ""}, "a macro name cannot be empty"},
+        {{}, {"macro", "insert", "1", "key:keypad1"},
+         "no key \"keypad1\" on the QX9 (a key name such as a, escape, leftShift, or a key code)"},
+        {{}, {"macro", "insert", "1", "key:89"},
+         "no key \"89\" on the QX9 (a key name such as a, escape, leftShift, or a key code)"},
+        {{}, {"macro", "insert", "1", "mouse:side"}, "mouse takes left, middle or right, not \"side\""},
+        {{}, {"macro", "insert", "1", "delay:70000"}, "the delay is 0-60000 ms, not 70000"},
+        {{}, {"macro", "insert", "1", "wait:5"},
+         "unknown event \"wait:5\" (key:NAME, mouse:left|middle|right or delay:MS)"},
+        {{}, {"macro", "insert", "1", "delay:5", "--after", "1"}, "no event 1 in this macro (it has 1 event)"},
+        {{}, {"macro", "insert", "1", "delay:5", "--at", "0"}, usageInsert},
+        {{}, {"macro", "delete-event", "1", "-1"}, "no event -1 in this macro (it has 1 event)"},
+        {{}, {"macro", "delay-mode", "1", "slow"}, "delay-mode takes record, none or default:MS, not \"slow\""},
+        {{}, {"macro", "delay-mode", "1", "default:-1"}, "the delay is 0-60000 ms, not -1"},
+        {{}, {"macro", "save"}, "usage: qx9ctl macro save ID"},
+        {{}, {"userlight", "paint", "7", "a", "--color", "FF0000"}, "no user light 7 (see: qx9ctl userlight list)"},
+        {{}, {"userlight", "paint", "1", "a", "--color", "red"}, "the colour is RRGGBB in hex (FF8000), not \"red\""},
+        {{}, {"userlight", "paint", "1", "a", "nokey", "--color", "FF0000"},
+         "no key \"nokey\" on the QX9 (a key name such as a, escape, leftWin, or a key code)"},
+        {{}, {"userlight", "paint", "1", "f4", "--color", "FF0000"},  // f4 is the Fn layer's
+         "the key \"f4\" is not on the on-screen keyboard"},
+        {{}, {"userlight", "paint", "1", "a"}, "usage: qx9ctl userlight paint ID KEY... --color RRGGBB"},
+        {{}, {"userlight", "apply", "x"}, "the user light must be a number: \"x\""},
+        {{}, {"userlight", "reset", "2"}, "no user light 2 (see: qx9ctl userlight list)"},
+        {{}, {"userlight", "delete"},
+         "usage: qx9ctl userlight list | add | delete ID | paint ID KEY... --color RRGGBB | apply ID | reset ID | show ID"},
+        {{}, {"export"}, "usage: qx9ctl export FILE (- for standard output)"},
+        {{}, {"import", path("missing.json")}, "cannot read " + path("missing.json")},
+        {{}, {"import", path("foreign.json")}, path("foreign.json") + " was not imported: not a valid QX9 configuration: it is not a QX9 "
+                    "configuration (no \"format\": \"halvorn-qx9-configuration\")"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.message);
+        if (!c.before.empty()) ok(c.before);
+        const auto database = dumpDatabase(path("db.sqlite3"));
+        const VirtualQX9Memory memory = keyboard();
+        EXPECT_EQ(run(c.args), 1);
+        EXPECT_EQ(err_.str(), "qx9ctl: " + c.message + "\n");
+        EXPECT_EQ(dumpDatabase(path("db.sqlite3")), database);
+        EXPECT_EQ(keyboard(), memory);
+    }
+    // A refused file does not even create a database that did not exist.
+    EXPECT_EQ(run({"import", path("foreign.json")}, "new.sqlite3"), 1);
+    EXPECT_FALSE(std::filesystem::exists(path("new.sqlite3")));
+    // No command at all, or --help: the usage, exit status 2.
+    EXPECT_EQ(run({}), 2);
+    EXPECT_EQ(err_.str().rfind("usage: qx9ctl [--db FILE]", 0), 0u) << err_.str();
+}
+
+TEST_F(Qx9ctl, ProfilesAndKeys) {
+    EXPECT_EQ(ok({"profile", "add"}), "2\tConfiguration File 1\n");
+    ok({"profile", "rename", "2", "Games"});
+    EXPECT_EQ(ok({"profile", "list"}), "1\tConfiguration File 1\n2\tGames\n");
+    EXPECT_EQ(ok({"--json", "profile", "list"}),
+              "[\n  {\n    \"id\": \"1\",\n    \"name\": \"Configuration File 1\"\n  },\n"
+              "  {\n    \"id\": \"2\",\n    \"name\": \"Games\"\n  }\n]\n");
+
+    ok({"key", "set", "1", "0", "a", "key:5"});
+    ok({"key", "set", "1", "1", "escape", "combo:225+30"});  // the dialog's functions go to the base layer
+    ok({"key", "set", "1", "0", "f4", "mouse:6"});
+    ok({"key", "set", "1", "1", "57", "disable"});  // a key code; the Fn layer
+    EXPECT_EQ(ok({"key", "list", "1", "0"}),
+              "a\t4\t3\t5\t0\t0\tB\nescape\t41\t3\t30\t225\t0\tLeft Shift + 1\nf4\t61\t6\t6\t0\t0\tScroll Down\n");
+    EXPECT_EQ(ok({"key", "list", "1", "1"}), "capsLock\t57\t2\t1\t0\t0\tDisable Keys\n");
+    const VirtualQX9Memory memory = keyboard();
     EXPECT_EQ(keyRecord(memory, 0, 56), (std::array<std::uint8_t, 4>{2, 0, 5, 0}));
     EXPECT_EQ(keyRecord(memory, 0, 1), (std::array<std::uint8_t, 4>{2, 2, 0x1E, 0}));
     EXPECT_EQ(keyRecord(memory, 0, 5), (std::array<std::uint8_t, 4>{1, 3, 0xFF, 0}));
 }
 
-TEST_F(Qx9ctl, SettingsReachTheKeyboard) {
-    ASSERT_EQ(run({"settings", "gamemode", "on"}), 0) << err_.str();
-    ASSERT_EQ(run({"settings", "block", "win", "on"}), 0) << err_.str();
-    ASSERT_EQ(run({"fn-mode", "fn"}), 0) << err_.str();
-    ASSERT_EQ(run({"settings", "language", "zh-TW"}), 0) << err_.str();
-    ASSERT_EQ(run({"settings", "show"}), 0);
-    EXPECT_NE(out_.str().find("language\t1028\n"), std::string::npos);
-    EXPECT_NE(out_.str().find("gamemode\t1\n"), std::string::npos);
-    EXPECT_NE(out_.str().find("disable_win\t1\n"), std::string::npos);
+TEST_F(Qx9ctl, Settings) {
+    ok({"settings", "gamemode", "on"});
+    ok({"settings", "block", "win", "on"});
+    ok({"fn-mode", "fn"});
+    ok({"settings", "language", "zh-TW"});
+    EXPECT_EQ(ok({"settings", "show"}),
+              "language\t1028\ngamemode\t1\ndisable_alttab\t0\ndisable_altf4\t0\ndisable_win\t1\n"
+              "fnfunction\t1\nsleeplight\t0\n");
     const auto system = decodeSystemFunctions(keyboard());
     ASSERT_TRUE(system);
     EXPECT_EQ(system->gameMode, 1);
     EXPECT_EQ(system->lockWin, 1);
     EXPECT_EQ(system->fnFunction, 1);
-    ASSERT_EQ(run({"settings", "reset-all"}), 0) << err_.str();
-    ASSERT_EQ(run({"settings", "show"}), 0);
-    EXPECT_NE(out_.str().find("gamemode\t0\n"), std::string::npos);
 }
 
-TEST_F(Qx9ctl, BadInputIsRefusedAndChangesNothing) {
-    struct Case {
-        std::vector<std::string> args;
-        const char* message;
-    };
-    const Case cases[] = {
-        {{"key", "set", "1", "0", "printScreen", "disable"}, "no key \"printScreen\""},
-        {{"key", "set", "7", "0", "a", "disable"}, "no profile 7"},
-        {{"key", "set", "1", "2", "a", "disable"}, "the layer is 0 (base) or 1 (Fn)"},
-        {{"key", "set", "1", "0", "a", "mouse:9"}, "mouse is 1-8"},
-        {{"key", "set", "1", "0", "a", "macro:3"}, "no macro 3"},
-        {{"key", "set", "1", "0", "a", "key:9999"}, "no function 9999"},
-        {{"key", "set", "1", "0", "a", "combo:4+x"}, "must be a number"},
-        {{"key", "set", "1", "0", "a", "teleport"}, "unknown function"},
-        {{"profile", "delete", "1"}, "The last configuration scheme cannot be deleted"},
-        {{"profile", "rename", "1", ""}, "cannot be empty"},
-        {{"settings", "gamemode", "maybe"}, "on or off"},
-        {{"frobnicate"}, "unknown command"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.message);
-        curLanguage = kLanguageEnglish;
-        EXPECT_EQ(run(c.args), 1);
-        EXPECT_NE(err_.str().find(c.message), std::string::npos) << err_.str();
-        EXPECT_EQ(err_.str().find('\n'), err_.str().size() - 1) << "one line";
+TEST_F(Qx9ctl, Lighting) {
+    ok({"settings", "language", "en"});
+    const std::string list = ok({"light", "list"});
+    EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 20);
+    EXPECT_EQ(list.substr(0, 14), "0\t1\tStatic\t\n1\t");
+    EXPECT_NE(list.find("\n10\t11\tRolling\t*\n"), std::string::npos);
+    EXPECT_NE(list.find("\n19\t0\tClose Backlight\t\n"), std::string::npos);
+    EXPECT_FALSE(decodeLightMode(keyboard()));  // listing sends nothing
+
+    ok({"light", "select", "9"});
+    EXPECT_EQ(decodeLightMode(keyboard())->mode, 10);
+    // Scrolling's default direction 3 shows on the up button, as in the window.
+    EXPECT_EQ(ok({"light", "show"}),
+              "profile\t1\nmode\t10\nrow\t9\nname\tScrolling\ncolor\t202 81 0\ncolor_controls\tdisabled\n"
+              "random\ton\nrandom_switch\ton, enabled\nbrightness\t15\nbrightness_slider\t15\nspeed\t12\n"
+              "speed_slider\t12, enabled\ndirection\t3 down\ndirection_buttons\tup (selected), down\n"
+              "preview\tcolourful\nsleeplight\t0\n");
+
+    ok({"light", "select", "10"});  // Rolling
+    ok({"light", "random", "off"});
+    ok({"light", "color", "255", "100", "50"});
+    ok({"light", "brightness", "7"});
+    ok({"light", "speed", "3"});
+    ok({"light", "direction", "right"});
+    ok({"light", "sleep", "2"});
+    EXPECT_EQ(sql("SELECT byte1||' '||byte2||' '||byte3||' '||byte8||' '||byte9||' '||byte10||' '||byte11 "
+                  "FROM t_lightdata WHERE profId = 1 AND mode = 11"),
+              "255 100 50 0 7 3 1");
+    const VirtualLightMode sent = decodeLightMode(keyboard()).value();
+    EXPECT_EQ((std::array{sent.mode, sent.red, sent.green, sent.blue, sent.random, sent.brightness, sent.speed,
+                          sent.direction}),
+              (std::array{11, 255, 100, 50, 0, 7, 3, 1}));
+    EXPECT_EQ(decodeSystemFunctions(keyboard())->sleepTime, 2);
+    const std::string shown = ok({"light", "show"});
+    EXPECT_NE(shown.find("\ndirection_buttons\tright (selected), left\npreview\t#FF0000\nsleeplight\t2\n"),
+              std::string::npos) << shown;
+    ok({"light", "preset", "5"});
+    EXPECT_EQ(decodeLightMode(keyboard())->green, 137);
+
+    ok({"light", "random", "on"});
+    const auto transactions = keyboard().transactions;
+    ok({"light", "random", "on"});  // the switch shows it already: nothing is sent
+    EXPECT_EQ(keyboard().transactions, transactions);
+
+    ok({"light", "select", "19"});  // Close Backlight
+    EXPECT_NE(ok({"light", "show"}).find("\nbrightness\t15\nbrightness_slider\t0\n"), std::string::npos);
+    EXPECT_NE(out_.str().find("\nrandom_switch\toff, disabled\n"), std::string::npos);
+    EXPECT_NE(out_.str().find("\npreview\t#000000\n"), std::string::npos);
+}
+
+TEST_F(Qx9ctl, Macros) {
+    EXPECT_EQ(ok({"macro", "add"}), "1\tMacro1\n");
+    ok({"macro", "add"});
+    ok({"macro", "rename", "1", "Copy"});
+    EXPECT_EQ(ok({"macro", "add"}), "3\tMacro3\n");  // named after the count, not the names
+    ok({"macro", "delete", "2"});
+    ok({"macro", "insert", "1", "key:a"});
+    ok({"macro", "insert", "1", "mouse:right", "--before", "0"});
+    ok({"macro", "insert", "1", "delay:250", "--after", "1"});
+    EXPECT_EQ(ok({"macro", "list"}), "1\tCopy\t5\trecord\n3\tMacro3\t0\trecord\n");
+    EXPECT_NE(ok({"--json", "macro", "list"}).find("\"name\": \"Copy\""), std::string::npos);
+    EXPECT_EQ(ok({"macro", "events", "1"}),
+              "0\t4\t3\t[MOUSE DOWN] Right Button\n1\t5\t3\t[MOUSE UP] Right Button\n2\t1\t250\t[Delay:ms] 250\n"
+              "3\t2\t4\t[KEY DOWN] A\n4\t3\t4\t[KEY UP] A\n");
+    // Deleting an event takes its partner, and the keyboard gets the list without them.
+    ok({"macro", "delete-event", "1", "1"});
+    EXPECT_EQ(ok({"macro", "events", "1"}), "0\t1\t250\t[Delay:ms] 250\n1\t2\t4\t[KEY DOWN] A\n2\t3\t4\t[KEY UP] A\n");
+    const Bytes block = keyboard().macroBlock.value();
+    EXPECT_EQ(hexString(std::span(block).subspan(400, 8 + 16)),
+              "04 00 00 00 00 00 00 00 FA 00 00 50 00 00 04 B0 0A 00 00 50 00 00 04 30");
+    for (const char* mode : {"default:30", "none", "record"}) {
+        ok({"macro", "delay-mode", "1", mode});
+        EXPECT_EQ(ok({"macro", "list"}), std::string("1\tCopy\t3\t") + mode + "\n3\tMacro3\t0\trecord\n");
     }
-    ASSERT_EQ(run({"key", "list", "1", "0"}), 0);
-    EXPECT_EQ(out_.str(), "");
-    EXPECT_FALSE(keyboard().keyTables[0]);  // nothing was sent by the refused commands
+    ok({"macro", "save", "1"});  // sends what is stored, changing nothing
+    EXPECT_EQ(ok({"macro", "list"}), "1\tCopy\t3\trecord\n3\tMacro3\t0\trecord\n");
 }
 
-TEST_F(Qx9ctl, WithoutAKeyboardItStoresAndSaysSo) {
-    std::ostringstream out, err;
-    const std::string db = (dir_ / "db.sqlite3").string();
-    // "auto" finds no QX9 on this machine.
-    ASSERT_EQ(ctl::run({"--db", db, "key", "set", "1", "0", "a", "disable"}, out, err), 0) << err.str();
-    EXPECT_NE(err.str().find("nothing was sent"), std::string::npos);
-    out.str("");
-    ASSERT_EQ(ctl::run({"--db", db, "key", "list", "1", "0"}, out, err), 0);
-    EXPECT_EQ(out.str(), "a\t4\t2\t1\t0\t0\tDisable Keys\n");
+TEST_F(Qx9ctl, UserLights) {
+    EXPECT_EQ(ok({"userlight", "add"}), "1\tUser light1\n");
+    ok({"userlight", "add"});
+    EXPECT_EQ(ok({"userlight", "list"}), "1\tUser light1\n2\tUser light2\n");
+    ok({"userlight", "paint", "1", "a", "escape", "44", "--color", "12ABEF"});
+    // Stored in the on-screen order.
+    EXPECT_EQ(sql("SELECT group_concat(keyvalue || ':' || rgbvalue) FROM t_userlight_leddata WHERE light_id = 1"),
+              "41:1223663,4:1223663,44:1223663");
+    VirtualQX9Memory memory = keyboard();
+    EXPECT_EQ(keyColour(memory, 56), 0x12ABEFu);  // a
+    EXPECT_EQ(keyColour(memory, 1), 0x12ABEFu);   // escape
+    EXPECT_EQ(keyColour(memory, 94), 0x12ABEFu);  // space
+    EXPECT_EQ(keyColour(memory, 57), 0u);         // s
+    EXPECT_EQ(decodeLightMode(memory)->mode, 0x80);
+    EXPECT_EQ(ok({"userlight", "show", "1"}), "escape\t41\t12ABEF\na\t4\t12ABEF\nspace\t44\t12ABEF\n");
+    EXPECT_NE(ok({"--json", "userlight", "show", "1"}).find("\"colour\": \"12ABEF\""), std::string::npos);
+
+    ok({"userlight", "paint", "1", "space", "--color", "#000000"});  // black takes the colour away
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata WHERE light_id = 1"), "2");
+    ok({"userlight", "reset", "1"});
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata WHERE light_id = 1"), "0");
+    EXPECT_EQ(keyColour(keyboard(), 56), 0u);
+    ok({"userlight", "delete", "1"});
+    EXPECT_EQ(ok({"userlight", "list"}), "2\tUser light2\n");
 }
 
-TEST_F(Qx9ctl, UnreadableDatabaseIsAnError) {
-    std::ostringstream out, err;
-    const auto notADatabase = dir_ / "text.sqlite3";
-    { std::ofstream(notADatabase) << "this is not a database, and must stay as it is\n"; }
-    EXPECT_EQ(ctl::run({"--db", notADatabase.string(), "--device", "virtual", "profile", "list"}, out, err), 1);
-    EXPECT_NE(err.str().find("cannot open the database"), std::string::npos);
-    std::ifstream in(notADatabase);
-    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    EXPECT_EQ(text, "this is not a database, and must stay as it is\n");
+TEST_F(Qx9ctl, ExportThenImportElsewhereGivesTheSameConfiguration) {
+    ok({"profile", "add"}, "a.sqlite3");
+    ok({"settings", "gamemode", "on"}, "a.sqlite3");
+    ok({"export", path("config.json")}, "a.sqlite3");
+    EXPECT_FALSE(std::filesystem::exists(path("config.json.part")));
+    const std::string exported = ok({"export", "-"}, "a.sqlite3");
+    EXPECT_NE(exported.find("\"format\": \"halvorn-qx9-configuration\""), std::string::npos);
+
+    ok({"import", path("config.json")}, "b.sqlite3");
+    EXPECT_EQ(ok({"export", "-"}, "b.sqlite3"), exported);
+    EXPECT_EQ(ok({"profile", "list"}, "b.sqlite3"), "1\tConfiguration File 1\n2\tConfiguration File 1\n");
+    EXPECT_EQ(decodeSystemFunctions(keyboard("b.sqlite3"))->gameMode, 1);
 }
 
 }  // namespace

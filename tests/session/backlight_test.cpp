@@ -1,7 +1,5 @@
 // The backlight page: the effect catalogue, every effect's controls and preview, the parameter
 // controls, and what each stores and sends.
-#include <sqlite3.h>
-
 #include "hid/virtual_qx9_memory.h"
 #include "i18n/language.h"
 #include "layout/key_maps.h"
@@ -65,25 +63,20 @@ protected:
         clearWire();
     }
 
-    void store(std::int64_t profile, int mode, const Params& p) {
-        LightRecord r{};
-        r[1] = static_cast<std::uint8_t>(p.red);
-        r[2] = static_cast<std::uint8_t>(p.green);
-        r[3] = static_cast<std::uint8_t>(p.blue);
-        r[8] = static_cast<std::uint8_t>(p.random);
-        r[9] = static_cast<std::uint8_t>(p.brightness);
-        r[10] = static_cast<std::uint8_t>(p.speed);
-        r[11] = static_cast<std::uint8_t>(p.direction);
-        ASSERT_TRUE(session_->core.db()->modifyLightData(profile, mode, r));
+    // Stores the parameters in the records of a profile (`where`: which of them).
+    void store(std::int64_t profile, const Params& p, const std::string& where = "") {
+        ASSERT_TRUE(sqlExec(dbPath_, "UPDATE t_lightdata SET byte1 = " + std::to_string(p.red) + ", byte2 = " +
+                                         std::to_string(p.green) + ", byte3 = " + std::to_string(p.blue) +
+                                         ", byte8 = " + std::to_string(p.random) + ", byte9 = " +
+                                         std::to_string(p.brightness) + ", byte10 = " + std::to_string(p.speed) +
+                                         ", byte11 = " + std::to_string(p.direction) +
+                                         " WHERE profId = " + std::to_string(profile) + where));
     }
 
     // "r g b random brightness speed direction" as stored.
     std::string stored(std::int64_t profile, std::int64_t mode) const {
-        return sql(
-            "SELECT byte1||' '||byte2||' '||byte3||' '||byte8||' '||byte9||' '||byte10||' "
-            "'||byte11 FROM "
-            "t_lightdata WHERE profId = " +
-            std::to_string(profile) + " AND mode = " + std::to_string(mode));
+        return sql("SELECT byte1||' '||byte2||' '||byte3||' '||byte8||' '||byte9||' '||byte10||' '||byte11 FROM "
+                   "t_lightdata WHERE profId = " + std::to_string(profile) + " AND mode = " + std::to_string(mode));
     }
     static std::string text(const Params& p) {
         return std::to_string(p.red) + " " + std::to_string(p.green) + " " +
@@ -92,28 +85,17 @@ protected:
                std::to_string(p.direction);
     }
 
-    void execute(const std::string& statement) {
-        sqlite3* db = nullptr;
-        ASSERT_EQ(sqlite3_open(dbPath_.c_str(), &db), SQLITE_OK);
-        EXPECT_EQ(sqlite3_exec(db, statement.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-        sqlite3_close(db);
-    }
-
     VirtualLightMode sentLightMode() const {
         const auto m = decodeLightMode(keyboard_->memory());
         EXPECT_TRUE(m.has_value());
         return m.value_or(VirtualLightMode{});
     }
+    // The one light-mode transaction, carrying the effect and the parameters.
     void expectSent(int mode, const Params& p) const {
         const VirtualLightMode m = sentLightMode();
-        EXPECT_EQ(m.mode, mode);
-        EXPECT_EQ(m.red, p.red);
-        EXPECT_EQ(m.green, p.green);
-        EXPECT_EQ(m.blue, p.blue);
-        EXPECT_EQ(m.random, p.random);
-        EXPECT_EQ(m.brightness, p.brightness);
-        EXPECT_EQ(m.speed, p.speed);
-        EXPECT_EQ(m.direction, p.direction);
+        EXPECT_EQ(std::to_string(m.mode) + ": " +
+                      text({m.red, m.green, m.blue, m.random, m.brightness, m.speed, m.direction}),
+                  std::to_string(mode) + ": " + text(p));
         EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x13, 0x02, 0xF0}));
     }
 
@@ -184,7 +166,6 @@ protected:
             if (defaults && c.mode == 10) p.direction = 3;  // Scrolling's default direction
             clearWire();
             page().lightModeSelectionChanged(row);
-            EXPECT_EQ(page().selectedRow(), row);
             EXPECT_EQ(session_->core.currentLightMode, c.mode);
             EXPECT_EQ(
                 sql("SELECT group_concat(mode) FROM t_lightdata WHERE profId = 1 AND status = 1"),
@@ -196,19 +177,15 @@ protected:
     }
 };
 
-TEST_F(BacklightTest, FirstBuildCarriesPlaceholders) {
+TEST_F(BacklightTest, CatalogueFromPlaceholdersToEnglishWithTheDefaultHighlight) {
     const auto& rows = page().light_mode_datas();
     ASSERT_EQ(rows.size(), 20u);
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 20; ++i) {  // the first build, before any keyboard
         EXPECT_EQ(rows[i].mode, i + 1);
         EXPECT_EQ(rows[i].textId, i < 19 ? 300 + i : 318);
         EXPECT_EQ(rows[i].text, "CHS");
     }
-}
-
-TEST_F(BacklightTest, CatalogueInEnglishWithTheDefaultHighlight) {
     connectInEnglish();
-    const auto& rows = page().light_mode_datas();
     ASSERT_EQ(rows.size(), 20u);
     for (int i = 0; i < 20; ++i) {
         EXPECT_EQ(rows[i].mode, kCatalogue[i].mode);
@@ -219,16 +196,9 @@ TEST_F(BacklightTest, CatalogueInEnglishWithTheDefaultHighlight) {
     EXPECT_TRUE(sets().empty());          // the highlight sends nothing
 }
 
-TEST_F(BacklightTest, EveryEffectWithTheDefaultRecords) {
+TEST_F(BacklightTest, EveryEffectWithTheDefaultAndWithStoredRecords) {
     connectInEnglish();
-    selectEveryRow(kDefaults, true);
-    // Scrolling shows its default direction 3 as up.
-    page().lightModeSelectionChanged(9);
-    EXPECT_TRUE(page().light_direction_top().on);
-}
-
-TEST_F(BacklightTest, EveryEffectWithStoredRecords) {
-    connectInEnglish();
+    selectEveryRow(kDefaults, true);  // Scrolling shows its default direction 3 as up
     const Params records[] = {
         {255, 128, 255, 0, 0x3A, 0x3B, 1},  // previews magenta; sliders show the low four bits
         {254, 254, 254, 0, 0, 0, 3},        // previews black
@@ -237,19 +207,19 @@ TEST_F(BacklightTest, EveryEffectWithStoredRecords) {
     };
     for (const Params& p : records) {
         SCOPED_TRACE(text(p));
-        for (int mode = 0; mode <= 20; ++mode) store(1, mode, p);
+        store(1, p);
         selectEveryRow(p);
     }
 }
 
-TEST_F(BacklightTest, SelectionUnderProfileOneRecordOfTheCurrentProfile) {
+TEST_F(BacklightTest, SelectionAndSleepTimeUnderProfileOneRecordOfTheCurrentProfile) {
     connectInEnglish();
     session_->profiles.customkey_button_profile(ProfileList::kAdd);
     session_->profiles.tableSelectionChanged(1);
     const std::int64_t second = session_->core.currentProfile;
     ASSERT_NE(second, 1);
     const Params p2{255, 0, 0, 0, 3, 4, 1};
-    store(second, 16, p2);
+    store(second, p2, " AND mode = 16");
     clearWire();
     page().lightModeSelectionChanged(15);  // Flowing
     EXPECT_EQ(sql("SELECT mode FROM t_lightdata WHERE profId = 1 AND status = 1"), "16");
@@ -262,20 +232,31 @@ TEST_F(BacklightTest, SelectionUnderProfileOneRecordOfTheCurrentProfile) {
     page().backlightBrightnessChange(9);
     EXPECT_EQ(stored(second, 16), "255 0 0 0 9 4 1");
     EXPECT_EQ(stored(1, 16), text(kDefaults));
+
+    // The sleep time is stored under profile 1 and sent with the system functions.
+    for (int value : {2, 0, 3, 1}) {
+        SCOPED_TRACE(value);
+        clearWire();
+        page().light_button_lightsleeptime(value);
+        EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'sleeplight' AND profId = 1"),
+                  std::to_string(value));
+        EXPECT_EQ(sql("SELECT COUNT(*) FROM t_configdata WHERE key = 'sleeplight' AND profId != 1"),
+                  "0");
+        EXPECT_EQ(decodeSystemFunctions(keyboard_->memory()).value().sleepTime, value);
+        EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02}));
+    }
+    // Another value changes nothing but still sends the stored value.
+    clearWire();
+    page().light_button_lightsleeptime(4);
+    EXPECT_EQ(page().sleepTimeChoice(), 1);
+    EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'sleeplight' AND profId = 1"), "1");
+    EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02}));
 }
 
-TEST_F(BacklightTest, StoredSelectionWithoutARowHighlightsNothing) {
-    connectInEnglish();
-    execute("UPDATE t_lightdata SET status = (mode = 20) WHERE profId = 1");
-    page().loadLightModeData();
-    EXPECT_EQ(session_->core.currentLightMode, 20);
-    EXPECT_EQ(page().selectedRow(), 20);
-}
-
-TEST_F(BacklightTest, UnreadableRecordStopsAfterStoringTheSelection) {
+TEST_F(BacklightTest, UnreadableRecordStopsAfterStoringTheSelectionAndNoRowHighlightsNothing) {
     connectInEnglish();
     page().lightModeSelectionChanged(0);
-    execute("DELETE FROM t_lightdata WHERE profId = 1 AND mode = 5");
+    ASSERT_TRUE(sqlExec(dbPath_, "DELETE FROM t_lightdata WHERE profId = 1 AND mode = 5"));
     clearWire();
     page().lightModeSelectionChanged(4);
     EXPECT_EQ(session_->core.currentLightMode, 5);
@@ -283,6 +264,12 @@ TEST_F(BacklightTest, UnreadableRecordStopsAfterStoringTheSelection) {
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_lightdata WHERE profId = 1 AND status = 1"), "0");
     EXPECT_TRUE(sets().empty());
     expectControls(kCatalogue[0], kDefaults);  // still Static's
+
+    // A stored selection without a row highlights nothing.
+    ASSERT_TRUE(sqlExec(dbPath_, "UPDATE t_lightdata SET status = (mode = 20) WHERE profId = 1"));
+    page().loadLightModeData();
+    EXPECT_EQ(session_->core.currentLightMode, 20);
+    EXPECT_EQ(page().selectedRow(), 20);
 }
 
 // ---- Colour ----
@@ -297,8 +284,11 @@ protected:
         clearWire();
     }
     std::string colour() const {
-        return sql(
-            "SELECT byte1||' '||byte2||' '||byte3 FROM t_lightdata WHERE profId = 1 AND mode = 1");
+        return sql("SELECT byte1||' '||byte2||' '||byte3 FROM t_lightdata WHERE profId = 1 AND mode = 1");
+    }
+    // The page's colour fields, "r g b".
+    std::string fields() {
+        return page().light_edit_color_r() + " " + page().light_edit_color_g() + " " + page().light_edit_color_b();
     }
 };
 
@@ -353,20 +343,17 @@ TEST_F(BacklightColourTest, PresetsStoreTheirColourAndCrossIntoThePerKeyFields) 
         const std::uint32_t rgb = static_cast<std::uint32_t>(p[0] << 16 | p[1] << 8 | p[2]);
         clearWire();
         page().colorButtonAction(101 + i);
-        EXPECT_EQ(colour(),
-                  std::to_string(p[0]) + " " + std::to_string(p[1]) + " " + std::to_string(p[2]));
+        EXPECT_EQ(colour(), std::to_string(p[0]) + " " + std::to_string(p[1]) + " " + std::to_string(p[2]));
         EXPECT_EQ(page().light_btn_color(), rgb);
         EXPECT_EQ(page().keyColours(), uniform(rgb));
         const VirtualLightMode m = sentLightMode();
         EXPECT_EQ((std::array<int, 3>{m.red, m.green, m.blue}),
                   (std::array<int, 3>{p[0], p[1], p[2]}));
         // The per-key page's fields take it; this page's own fields do not.
-        EXPECT_EQ(session_->userLights.userlight_edit_color_r(), std::to_string(p[0]));
-        EXPECT_EQ(session_->userLights.userlight_edit_color_g(), std::to_string(p[1]));
-        EXPECT_EQ(session_->userLights.userlight_edit_color_b(), std::to_string(p[2]));
-        EXPECT_EQ(page().light_edit_color_r(), "0");
-        EXPECT_EQ(page().light_edit_color_g(), "0");
-        EXPECT_EQ(page().light_edit_color_b(), "0");
+        const UserLightPage& u = session_->userLights;
+        EXPECT_EQ(u.userlight_edit_color_r() + " " + u.userlight_edit_color_g() + " " + u.userlight_edit_color_b(),
+                  colour());
+        EXPECT_EQ(fields(), "0 0 0");
         EXPECT_EQ(getColorValue(i + 1), (LightColor{p[0] / 255.0, p[1] / 255.0, p[2] / 255.0}));
     }
     EXPECT_EQ(getColorValue(0), (LightColor{1.0, 0.0, 0.0}));
@@ -380,9 +367,7 @@ TEST_F(BacklightColourTest, ColourPanelStoresTruncatedComponents) {
     clearWire();
     page().lightColorPanel({0.5, 0.5, 0.5});
     EXPECT_EQ(colour(), "127 127 127");
-    EXPECT_EQ(page().light_edit_color_r(), "127");
-    EXPECT_EQ(page().light_edit_color_g(), "127");
-    EXPECT_EQ(page().light_edit_color_b(), "127");
+    EXPECT_EQ(fields(), "127 127 127");
     EXPECT_EQ(page().light_btn_color(), 0x0089FDu);  // the swatch is not changed
     EXPECT_EQ(sentLightMode().green, 127);
     page().lightColorPanel({200 / 255.0, 100 / 255.0, 1.0});
@@ -436,14 +421,14 @@ TEST_F(BacklightTest, DirectionButtons) {
     struct Case {
         ops::Direction pressed;
         int stored;
-        bool top, right, left, bottom;  // the buttons shown selected
+        std::array<bool, 4> shown;  // top, right, left, bottom selected
     };
     // Each press changes its pair only.
     const Case cases[] = {
-        {ops::kUp, 2, true, false, true, false},
-        {ops::kRight, 1, true, true, false, false},
-        {ops::kDown, 3, false, true, false, true},
-        {ops::kLeft, 0, false, false, true, true},
+        {ops::kUp, 2, {true, false, true, false}},
+        {ops::kRight, 1, {true, true, false, false}},
+        {ops::kDown, 3, {false, true, false, true}},
+        {ops::kLeft, 0, {false, false, true, true}},
     };
     page().lightModeSelectionChanged(10);  // Rolling, direction 0
     for (const Case& c : cases) {
@@ -453,10 +438,9 @@ TEST_F(BacklightTest, DirectionButtons) {
         EXPECT_EQ(sql("SELECT byte11 FROM t_lightdata WHERE profId = 1 AND mode = 11"),
                   std::to_string(c.stored));
         EXPECT_EQ(sentLightMode().direction, c.stored);
-        EXPECT_EQ(page().light_direction_top().on, c.top);
-        EXPECT_EQ(page().light_direction_right().on, c.right);
-        EXPECT_EQ(page().light_direction_left().on, c.left);
-        EXPECT_EQ(page().light_direction_bottom().on, c.bottom);
+        EXPECT_EQ((std::array{page().light_direction_top().on, page().light_direction_right().on,
+                              page().light_direction_left().on, page().light_direction_bottom().on}),
+                  c.shown);
     }
 
     // Scrolling: the down button stores 3, which the selection then shows as up.
@@ -469,30 +453,6 @@ TEST_F(BacklightTest, DirectionButtons) {
     page().lightModeSelectionChanged(9);
     EXPECT_TRUE(page().light_direction_top().on);
     EXPECT_FALSE(page().light_direction_bottom().on);
-}
-
-TEST_F(BacklightTest, SleepTimeIsStoredUnderProfileOneAndSentWithTheSystemFunctions) {
-    connectInEnglish();
-    session_->profiles.customkey_button_profile(ProfileList::kAdd);
-    session_->profiles.tableSelectionChanged(1);
-    for (int value : {2, 0, 3, 1}) {
-        SCOPED_TRACE(value);
-        clearWire();
-        page().light_button_lightsleeptime(value);
-        EXPECT_EQ(page().sleepTimeChoice(), value);
-        EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'sleeplight' AND profId = 1"),
-                  std::to_string(value));
-        EXPECT_EQ(sql("SELECT COUNT(*) FROM t_configdata WHERE key = 'sleeplight' AND profId != 1"),
-                  "0");
-        EXPECT_EQ(decodeSystemFunctions(keyboard_->memory()).value().sleepTime, value);
-        EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02}));
-    }
-    // Another value changes nothing but still sends the stored value.
-    clearWire();
-    page().light_button_lightsleeptime(4);
-    EXPECT_EQ(page().sleepTimeChoice(), 1);
-    EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'sleeplight' AND profId = 1"), "1");
-    EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02}));
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "hid/device_access.h"
 #include "hid/virtual_qx9_memory.h"
 #include "ops/configuration.h"
 
@@ -12,61 +11,13 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr const char* kTables[] = {"t_profile", "t_configdata", "t_lightdata", "t_userlight_data",
-                                   "t_userlight_leddata", "t_keyprofile", "t_macro_data", "t_macrorecord"};
-
-// Every row of a table, every column, in row-id order, read with plain SQL.
-std::string dumpTable(const std::filesystem::path& file, const std::string& table) {
-    sqlite3* db = nullptr;
-    std::string out;
-    if (sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
-        sqlite3_stmt* st = nullptr;
-        const std::string query = "SELECT * FROM " + table + " ORDER BY rowid";
-        if (sqlite3_prepare_v2(db, query.c_str(), -1, &st, nullptr) == SQLITE_OK) {
-            while (sqlite3_step(st) == SQLITE_ROW) {
-                for (int c = 0; c < sqlite3_column_count(st); ++c) {
-                    const unsigned char* t = sqlite3_column_text(st, c);
-                    out += t ? reinterpret_cast<const char*>(t) : "NULL";
-                    out += '|';
-                }
-                out += '\n';
-            }
-        } else {
-            out = "no table";
-        }
-        sqlite3_finalize(st);
-    }
-    sqlite3_close(db);
-    return out;
-}
-
-std::map<std::string, std::string> dumpDatabase(const std::filesystem::path& file) {
-    std::map<std::string, std::string> tables;
-    for (const char* t : kTables) tables[t] = dumpTable(file, t);
-    return tables;
-}
-
 // A second session on a database of its own, with its own keyboard and wire.
 struct OtherSession {
-    explicit OtherSession(const std::filesystem::path& file)
-        : keyboard(std::make_shared<VirtualQX9>()), recorder(std::make_shared<WireRecorder>()) {
-        SessionConfig config;
-        config.databaseFile = file;
-        config.pacer = recorder.get();
-        config.wire = recorder;
-        session = std::make_unique<KeyboardSession>(config, &events);
-        session->device.deviceConnected(
-            Notification{kHIDDeviceConnected, HIDDeviceDictionary{{kDeviceKey, virtualQX9Record(keyboard)}}});
+    explicit OtherSession(const std::filesystem::path& file) : session(openSession(file, recorder, events)) {
+        connectKeyboard(*session, keyboard);
     }
-    std::vector<Bytes> sets() const {
-        std::vector<Bytes> out;
-        for (const auto& e : recorder->events) {
-            if (e.kind == WireEvent::Set) out.push_back(e.bytes);
-        }
-        return out;
-    }
-    std::shared_ptr<VirtualQX9> keyboard;
-    std::shared_ptr<WireRecorder> recorder;
+    std::shared_ptr<VirtualQX9> keyboard = std::make_shared<VirtualQX9>();
+    std::shared_ptr<WireRecorder> recorder = std::make_shared<WireRecorder>();
     RecordingEvents events;
     std::unique_ptr<KeyboardSession> session;
 };
@@ -84,13 +35,10 @@ protected:
         s.profiles.setKeyProfileTableSelect(1);
         s.profiles.keyTableItemViewEdit(1, "Games");
         db.writeLightProfile(2);
-        db.addKeyProfile(keyRecord(4, kMacroTypeKey, 5));  // a → b, profile 1
-        ProfileKey fn = keyRecord(41, kMacroTypeCombination, 30, 225);
-        fn.fnlayerId = 1;
-        db.addKeyProfile(fn);
-        ProfileKey other = keyRecord(44, kMacroTypeDisabled, 1);
-        other.profId = 3;
-        db.addKeyProfile(other);
+        db.addKeyProfile({.profId = 1, .keyValue = 4, .macroType = kMacroTypeKey, .macroValue = 5});  // a → b
+        db.addKeyProfile({.fnlayerId = 1, .profId = 1, .keyValue = 41, .macroType = kMacroTypeCombination,
+                          .macroValue = 30, .macro2Value = 225});
+        db.addKeyProfile({.profId = 3, .keyValue = 44, .macroType = kMacroTypeDisabled, .macroValue = 1});
         db.updateConfigData(1, "gamemode", "1");
         db.modifyLightData(2, 4, std::vector<std::uint8_t>{4, 1, 2, 3, 0, 0, 0, 0, 0, 9, 8, 1});
         const std::int64_t macro = db.addMacroProfile("Macro1");
@@ -98,7 +46,8 @@ protected:
         db.addMacroRecord({0, macro, kRecordDelay, 1, 120, "120"});
         db.addMacroRecord({0, macro, kRecordKeyUp, 2, 4, "A"});
         db.modifyMacroInfo({macro, 3, 2, 15, ""});
-        db.addKeyProfile(keyRecord(5, kMacroTypeMacro, macro, 1, 3));
+        db.addKeyProfile({.profId = 1, .keyValue = 5, .macroType = kMacroTypeMacro, .macroValue = macro,
+                          .macro2Value = 1, .macro3Value = 3});
         s.userLights.addUserLight();
         s.userLights.addUserLight();
         const std::int64_t gone = s.userLights.userlight_id();
@@ -116,9 +65,10 @@ protected:
     }
 };
 
-TEST_F(ExportTest, TheDocumentHoldsEveryPartWithItsVersion) {
+TEST_F(ExportTest, TheDocumentHoldsEveryPartAndImportedReplacesTheDatabase) {
     fill();
-    const Json doc = Json::parse(exported());
+    const std::string text = exported();
+    const Json doc = Json::parse(text);
     EXPECT_EQ(doc["format"], "halvorn-qx9-configuration");
     EXPECT_EQ(doc["version"], 1);
     EXPECT_EQ(doc["profiles"].size(), 2u);
@@ -132,28 +82,48 @@ TEST_F(ExportTest, TheDocumentHoldsEveryPartWithItsVersion) {
     EXPECT_EQ(doc["macros"][0], (Json{{"id", 1}, {"name", "Macro1"}, {"playTimes", 3}, {"delayType", 2}, {"delayTime", 15}}));
     EXPECT_EQ(doc["macroEvents"].size(), 3u);
     EXPECT_EQ(doc["macroEvents"][1]["value"], 120);
+
+    const auto before = dumpDatabase(dbPath_);
+    session_->core.db()->addProfile("later");
+    session_->userLights.addUserLight();
+    session_->core.db()->addMacroRecord({0, 1, kRecordDelay, 3, 10, "10"});
+    ASSERT_TRUE(ops::importConfiguration(*session_->core.target(), text));
+    EXPECT_EQ(dumpDatabase(dbPath_), before);
 }
 
-TEST_F(ExportTest, ImportIntoAnotherDatabaseGivesAnIdenticalOne) {
+TEST_F(ExportTest, ImportIntoAnotherDatabaseGivesTheSameOneAndSendsWhatAFirstConnectionSends) {
     fill();
-    const std::string doc = exported();
-    OtherSession other(dir_ / "other.sqlite3");
-    other.session->core.db()->addMacroProfile("replaced");  // gone after the import
-    ASSERT_TRUE(ops::importConfiguration(*other.session->core.target(), doc));
-    EXPECT_EQ(dumpDatabase(dir_ / "other.sqlite3"), dumpDatabase(dbPath_));
-    std::string error;
-    EXPECT_EQ(ops::exportConfiguration(*other.session->core.db(), error), doc);
-}
-
-TEST_F(ExportTest, AnExportWithoutProfileOneImportsBack) {
-    fill();
-    session_->profiles.setKeyProfileTableSelect(0);
-    session_->profiles.customkey_button_profile(ProfileList::kDelete);
-    ASSERT_EQ(sql("SELECT COUNT(*) FROM t_profile WHERE profId = 1"), "0");
-    const std::string doc = exported();
-    OtherSession other(dir_ / "other.sqlite3");
-    ASSERT_TRUE(ops::importConfiguration(*other.session->core.target(), doc));
-    EXPECT_EQ(dumpDatabase(dir_ / "other.sqlite3"), dumpDatabase(dbPath_));
+    for (const bool withoutProfileOne : {false, true}) {
+        SCOPED_TRACE(withoutProfileOne ? "without profile 1" : "with profile 1");
+        if (withoutProfileOne) {
+            session_->profiles.setKeyProfileTableSelect(0);
+            session_->profiles.customkey_button_profile(ProfileList::kDelete);
+            ASSERT_EQ(sql("SELECT COUNT(*) FROM t_profile WHERE profId = 1"), "0");
+        }
+        const std::string doc = exported();
+        const auto file = dir_ / (withoutProfileOne ? "other2.sqlite3" : "other1.sqlite3");
+        std::vector<Bytes> imported;
+        VirtualQX9Memory memory;
+        {
+            OtherSession other(file);
+            other.session->core.db()->addMacroProfile("replaced");  // gone after the import
+            other.recorder->events.clear();
+            ASSERT_TRUE(ops::importConfiguration(*other.session->core.target(), doc));
+            imported = setsOf(other.recorder->events);
+            memory = other.keyboard->memory();
+            EXPECT_EQ(dumpDatabase(file), dumpDatabase(dbPath_));
+            std::string error;
+            EXPECT_EQ(ops::exportConfiguration(*other.session->core.db(), error), doc);
+        }
+        OtherSession fresh(file);  // a first connection to the imported database
+        EXPECT_EQ(imported, setsOf(fresh.recorder->events));
+        if (withoutProfileOne) continue;
+        // Per-key colours with the per-key mode, the system functions, profile 1's key map.
+        EXPECT_EQ(keyColour(memory, 1), 0x12ABEFu);
+        EXPECT_EQ(decodeLightMode(memory)->mode, 0x80);
+        EXPECT_EQ(decodeSystemFunctions(memory)->gameMode, 1);
+        EXPECT_EQ(keyRecord(memory, 0, 56), (std::array<std::uint8_t, 4>{2, 0, 5, 0}));  // a → b
+    }
 }
 
 TEST_F(ExportTest, MoreMacrosThanTheKeyboardAddressesAreRefused) {
@@ -168,39 +138,6 @@ TEST_F(ExportTest, MoreMacrosThanTheKeyboardAddressesAreRefused) {
     EXPECT_EQ(dumpDatabase(dbPath_), before);
     doc["macros"].erase(doc["macros"].size() - 1);  // exactly as many as it addresses
     EXPECT_TRUE(ops::importConfiguration(*session_->core.target(), doc.dump()));
-}
-
-TEST_F(ExportTest, ImportSendsWhatAFirstConnectionSends) {
-    fill();
-    const std::string doc = exported();
-    const auto file = dir_ / "other.sqlite3";
-    std::vector<Bytes> imported;
-    VirtualQX9Memory memory;
-    {
-        OtherSession other(file);
-        other.recorder->events.clear();
-        ASSERT_TRUE(ops::importConfiguration(*other.session->core.target(), doc));
-        imported = other.sets();
-        memory = other.keyboard->memory();
-    }
-    OtherSession fresh(file);  // a first connection to the imported database
-    EXPECT_EQ(imported, fresh.sets());
-    // Per-key colours with the per-key mode, the system functions, profile 1's key map.
-    EXPECT_EQ(keyColour(memory, 1), 0x12ABEFu);
-    EXPECT_EQ(decodeLightMode(memory)->mode, 0x80);
-    EXPECT_EQ(decodeSystemFunctions(memory)->gameMode, 1);
-    EXPECT_EQ(keyRecord(memory, 0, 56), (std::array<std::uint8_t, 4>{2, 0, 5, 0}));  // a → b
-}
-
-TEST_F(ExportTest, ImportReplacesTheSameDatabase) {
-    fill();
-    const std::string doc = exported();
-    const auto before = dumpDatabase(dbPath_);
-    session_->core.db()->addProfile("later");
-    session_->userLights.addUserLight();
-    session_->core.db()->addMacroRecord({0, 1, kRecordDelay, 3, 10, "10"});
-    ASSERT_TRUE(ops::importConfiguration(*session_->core.target(), doc));
-    EXPECT_EQ(dumpDatabase(dbPath_), before);
 }
 
 TEST_F(ExportTest, DamagedOrForeignDocumentsAreRefusedAndChangeNothing) {
@@ -253,12 +190,7 @@ TEST_F(ExportTest, AWriteThatFailsPartWayLeavesTheDatabaseAsItWas) {
     fill();
     const std::string doc = exported();
     session_->core.db()->addProfile("kept");
-    {
-        sqlite3* db = nullptr;
-        ASSERT_EQ(sqlite3_open(dbPath_.c_str(), &db), SQLITE_OK);
-        sqlite3_exec(db, "DROP TABLE t_macrorecord", nullptr, nullptr, nullptr);  // the last one written
-        sqlite3_close(db);
-    }
+    ASSERT_TRUE(sqlExec(dbPath_, "DROP TABLE t_macrorecord"));  // the last one written
     const auto before = dumpDatabase(dbPath_);
     clearWire();
     const ops::Outcome failed = ops::importConfiguration(*session_->core.target(), doc);

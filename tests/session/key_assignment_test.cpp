@@ -37,15 +37,11 @@ protected:
     }
 };
 
-TEST_F(KeyAssignmentTest, PaletteChoiceWithoutAKeyWarns) {
-    session_->keys.customKeyFuncAction(5);
-    ASSERT_EQ(events_.warnings.size(), 1u);
-    EXPECT_EQ(events_.warnings[0], "Custom Key | Please select a key on the keyboard");
+TEST_F(KeyAssignmentTest, PaletteChoiceStoresShowsMarksAndSends) {
+    session_->keys.customKeyFuncAction(5);  // no key chosen yet
+    EXPECT_EQ(events_.warnings, (std::vector<std::string>{"Custom Key | Please select a key on the keyboard"}));
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_keyprofile"), "0");
     EXPECT_TRUE(sets().empty());
-}
-
-TEST_F(KeyAssignmentTest, PaletteChoiceStoresShowsMarksAndSends) {
     session_->keys.keyboardKeyAction("a");
     EXPECT_EQ(events_.keyMenus, 1);
     session_->keys.customKeyFuncAction(5);  // "B"
@@ -62,16 +58,14 @@ TEST_F(KeyAssignmentTest, PaletteChoiceStoresShowsMarksAndSends) {
     EXPECT_FALSE(session_->keys.selectedPaletteKey());
     session_->keys.keyboardKeyAction("a");
     EXPECT_TRUE(session_->keys.selectedPaletteKey());
-}
-
-TEST_F(KeyAssignmentTest, FnFromThePaletteIsStoredOnBothLayers) {
+    // Fn from the palette is stored on both layers.
     session_->keys.keyboardKeyAction("capsLock");
     session_->keys.customKeyFuncAction(175);
     EXPECT_EQ(row("macroValue", 0, 57), "175");
     EXPECT_EQ(row("macroValue", 1, 57), "175");
 }
 
-TEST_F(KeyAssignmentTest, MenuChoices) {
+TEST_F(KeyAssignmentTest, MenuChoicesAndTheSwappedAltAndCommand) {
     session_->keys.keyboardKeyAction("escape");
     session_->keys.MenuItemMouseUpAction(KeyPage::kMenuDisable);
     EXPECT_EQ(row("macroType || ',' || macroValue || ',' || macroDesc", 0, 41), "2,1,Disable Keys");
@@ -84,9 +78,7 @@ TEST_F(KeyAssignmentTest, MenuChoices) {
     EXPECT_FALSE(session_->keys.isMacro(0));
     EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x11, 0x02}));  // a complete download still
     EXPECT_EQ(slot(1), (std::array<std::uint8_t, 4>{0, 0, 0, 0}));
-}
-
-TEST_F(KeyAssignmentTest, SwappedAltAndCommandShowOnEachOther) {
+    // The swapped Alt and Command keys show each other's marks.
     session_->keys.keyboardKeyAction("leftWin");  // layout position 58, code 227
     session_->keys.MenuItemMouseUpAction(KeyPage::kMenuDisable);
     EXPECT_TRUE(session_->keys.isMacro(59));
@@ -192,7 +184,6 @@ TEST_F(KeyAssignmentTest, FnModeIsStoredUnderProfileOneAndSent) {
     session_->profiles.tableSelectionChanged(1);
     clearWire();
     session_->keys.textButtonAction(1);
-    EXPECT_TRUE(session_->keys.fnKeyActive());
     EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'fnfunction' AND profId = 1"), "1");
     EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x17, 0x02}));
     EXPECT_EQ(decodeSystemFunctions(keyboard_->memory())->fnFunction, 1);

@@ -8,7 +8,7 @@ namespace {
 
 using ProfilesTest = SessionTest;
 
-TEST_F(ProfilesTest, NewProfileIsNamedAfterTheRowCount) {
+TEST_F(ProfilesTest, NewProfileIsNamedAfterTheRowCountAndTranslatedWhenShown) {
     connect();
     ProfileList& p = session_->profiles;
     p.customkey_button_profile(ProfileList::kAdd);
@@ -20,6 +20,15 @@ TEST_F(ProfilesTest, NewProfileIsNamedAfterTheRowCount) {
     EXPECT_EQ(session_->core.currentProfile, 1);  // not made current
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_profile WHERE name = 'Configuration File 1'"), "2");
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_lightdata WHERE profId = 2"), "0");  // lighting on first choice
+    // In Chinese the default names are shown translated; a new one is stored in Chinese, and kept.
+    session_->settings.comboBoxSelectionDidChange(1);  // Simplified Chinese
+    EXPECT_EQ(p.rows()[0].name, "配置文件1");
+    EXPECT_EQ(p.rows()[2].name, "配置文件2");
+    p.customkey_button_profile(ProfileList::kAdd);
+    EXPECT_EQ(p.rows()[3].name, "配置文件 3");
+    session_->settings.comboBoxSelectionDidChange(0);
+    EXPECT_EQ(p.rows()[3].name, "配置文件 3");
+    EXPECT_EQ(p.rows()[2].name, "Configuration File 2");
 }
 
 TEST_F(ProfilesTest, LastProfileCannotBeDeleted) {
@@ -43,11 +52,13 @@ TEST_F(ProfilesTest, LastProfileCannotBeDeleted) {
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_profile"), "1");
 }
 
-TEST_F(ProfilesTest, DeletingTheCurrentProfileKeepsItCurrent) {
+TEST_F(ProfilesTest, SwitchingSendsTheKeyMapAndDeletingTheCurrentProfileKeepsItCurrent) {
     connect();
     ProfileList& p = session_->profiles;
     p.customkey_button_profile(ProfileList::kAdd);
+    clearWire();
     p.tableSelectionChanged(1);
+    EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x11, 0x02}));  // switching sends only the key map
     const std::int64_t second = p.rows()[1].profileId;
     EXPECT_EQ(session_->core.currentProfile, second);
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_lightdata WHERE profId = " + std::to_string(second)), "21");
@@ -56,14 +67,6 @@ TEST_F(ProfilesTest, DeletingTheCurrentProfileKeepsItCurrent) {
     EXPECT_EQ(session_->core.currentProfile, second);
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_profile"), "1");
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_lightdata WHERE profId = " + std::to_string(second)), "21");
-}
-
-TEST_F(ProfilesTest, SwitchingSendsOnlyTheKeyMap) {
-    connect();
-    session_->profiles.customkey_button_profile(ProfileList::kAdd);
-    clearWire();
-    session_->profiles.tableSelectionChanged(1);
-    EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x11, 0x02}));
 }
 
 TEST_F(ProfilesTest, RenameTakesTheSelectedRowAndIgnoresEmptyText) {
@@ -77,21 +80,6 @@ TEST_F(ProfilesTest, RenameTakesTheSelectedRowAndIgnoresEmptyText) {
     EXPECT_EQ(sql("SELECT name FROM t_profile WHERE profId = 2"), "Games");
     p.keyTableItemViewEdit(1, "x'); DROP TABLE t_profile; --");
     EXPECT_EQ(sql("SELECT name FROM t_profile WHERE profId = 2"), "x'); DROP TABLE t_profile; --");
-}
-
-TEST_F(ProfilesTest, DefaultNamesAreShownTranslatedInChinese) {
-    connect();
-    session_->profiles.customkey_button_profile(ProfileList::kAdd);  // "Configuration File 1"
-    session_->profiles.customkey_button_profile(ProfileList::kAdd);  // "Configuration File 2"
-    session_->settings.comboBoxSelectionDidChange(1);               // Simplified Chinese
-    const auto& rows = session_->profiles.rows();
-    EXPECT_EQ(rows[0].name, "配置文件1");
-    EXPECT_EQ(rows[2].name, "配置文件2");
-    session_->profiles.customkey_button_profile(ProfileList::kAdd);
-    EXPECT_EQ(rows[3].name, "配置文件 3");  // stored in Chinese, and kept in every language
-    session_->settings.comboBoxSelectionDidChange(0);
-    EXPECT_EQ(session_->profiles.rows()[3].name, "配置文件 3");
-    EXPECT_EQ(session_->profiles.rows()[2].name, "Configuration File 2");
 }
 
 }  // namespace

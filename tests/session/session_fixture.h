@@ -4,11 +4,11 @@
 
 #include <filesystem>
 #include <memory>
-#include <sqlite3.h>
 #include <string>
 #include <vector>
 
 #include "session/keyboard_session.h"
+#include "support/sql_value.h"
 #include "support/wire_fixture.h"
 
 namespace qx9::test {
@@ -26,24 +26,30 @@ public:
     int dialogs = 0;
 };
 
+// A session on a database file whose pauses and reports go to `recorder`.
+std::unique_ptr<KeyboardSession> openSession(const std::filesystem::path& databaseFile,
+                                             const std::shared_ptr<WireRecorder>& recorder, RecordingEvents& events);
+// The monitor's notification that `keyboard` arrived (the first connection loads) or left.
+void connectKeyboard(KeyboardSession& session, const std::shared_ptr<VirtualQX9>& keyboard);
+void disconnectKeyboard(KeyboardSession& session, const std::shared_ptr<VirtualQX9>& keyboard);
+
 // A session on a database in a temporary directory and a virtual QX9 behind a recorded wire.
 class SessionTest : public ::testing::Test {
 protected:
     SessionTest();
     ~SessionTest() override;
 
-    // The keyboard arrives (the monitor's notification) and the first connection loads.
-    void connect(const std::shared_ptr<VirtualQX9>& keyboard);
+    void connect(const std::shared_ptr<VirtualQX9>& keyboard) { connectKeyboard(*session_, keyboard); }
     void connect() { connect(keyboard_); }
-    void disconnect(const std::shared_ptr<VirtualQX9>& keyboard);
+    void disconnect(const std::shared_ptr<VirtualQX9>& keyboard) { disconnectKeyboard(*session_, keyboard); }
 
     // Command codes (byte 1) of the command reports set since the last clearWire, in order.
     std::vector<int> commandCodes() const;
-    std::vector<Bytes> sets() const;
+    std::vector<Bytes> sets() const { return setsOf(recorder_->events); }
     void clearWire() { recorder_->events.clear(); }
 
     // One value of the database by plain SQL ("" when no row).
-    std::string sql(const std::string& query) const;
+    std::string sql(const std::string& query) const { return sqlValue(dbPath_, query); }
 
     std::filesystem::path dir_;
     std::filesystem::path dbPath_;
@@ -56,8 +62,5 @@ private:
     std::ostringstream console_;
     std::ostream* previousConsole_ = nullptr;
 };
-
-ProfileKey keyRecord(std::int64_t key, std::int64_t type, std::int64_t v, std::int64_t v2 = 0,
-                     std::int64_t v3 = 0);
 
 }  // namespace qx9::test

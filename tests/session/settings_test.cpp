@@ -32,8 +32,7 @@ TEST_F(SettingsTest, StoredLanguageAtConnection) {
         std::filesystem::remove(dbPath_);
         setStored(dbPath_, "language", c.stored);
         curLanguage = kLanguageSimplifiedChinese;
-        SessionConfig config = session_->core.config;
-        session_ = std::make_unique<KeyboardSession>(config, &events_);
+        session_ = openSession(dbPath_, recorder_, events_);
         connect(std::make_shared<VirtualQX9>());
         EXPECT_EQ(session_->settings.languageRow(), c.row);
         EXPECT_EQ(curLanguage, c.language);
@@ -99,7 +98,7 @@ TEST_F(SettingsTest, ConfirmationTexts) {
     EXPECT_EQ(SettingsPage::resetAllTexts().secondButton, "是");
 }
 
-TEST_F(SettingsTest, ResetKeysEmptiesTheCurrentProfileAndSendsIt) {
+TEST_F(SettingsTest, ResetKeysEmptiesTheCurrentProfileResetAllStartsAfresh) {
     connect();
     session_->keys.keyboardKeyAction("a");
     session_->keys.MenuItemMouseUpAction(KeyPage::kMenuDisable);
@@ -111,10 +110,8 @@ TEST_F(SettingsTest, ResetKeysEmptiesTheCurrentProfileAndSendsIt) {
     // Resetting profile 1 takes its global settings with it; mode 3 is selected.
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_configdata WHERE key = 'gamemode'"), "0");
     EXPECT_EQ(sql("SELECT mode FROM t_lightdata WHERE profId = 1 AND status = 1"), "3");
-}
 
-TEST_F(SettingsTest, ResetAllStartsAgainFromAFreshDatabase) {
-    connect();
+    // Reset all starts again from a fresh database.
     session_->profiles.customkey_button_profile(ProfileList::kAdd);
     session_->profiles.tableSelectionChanged(1);
     session_->keys.keyboardKeyAction("a");

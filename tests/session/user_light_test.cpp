@@ -40,9 +40,21 @@ protected:
                    " AND keyvalue = " + std::to_string(k.code));
     }
     std::uint32_t sentColour(const Key& k) { return keyColour(keyboard_->memory(), k.light).value_or(0xDEAD); }
+    // A new set, selected, with `k` chosen and painted in a preset colour; its id.
+    std::int64_t newSet(const Key& k, int preset) {
+        page().addUserLight();
+        click(k);
+        page().userLightPresetColor(preset);
+        return page().userlight_id();
+    }
+    // The page's colour fields, "r g b".
+    std::string fields() {
+        return page().userlight_edit_color_r() + " " + page().userlight_edit_color_g() + " " +
+               page().userlight_edit_color_b();
+    }
 };
 
-TEST_F(UserLightTest, SetsBelongToProfileOneWhateverProfileIsCurrent) {
+TEST_F(UserLightTest, SetsBelongToProfileOneWhateverProfileIsCurrentAndLoadWithTheirColours) {
     session_->profiles.customkey_button_profile(ProfileList::kAdd);
     session_->profiles.tableSelectionChanged(1);
     ASSERT_EQ(session_->core.currentProfile, 2);
@@ -62,19 +74,29 @@ TEST_F(UserLightTest, SetsBelongToProfileOneWhateverProfileIsCurrent) {
     EXPECT_EQ(commandCodes(), twice);
     EXPECT_EQ(decodeLightMode(keyboard_->memory())->mode, 0x80);
 
-    // A set stored under another profile is not one of the page's.
+    // A set stored under another profile is not one of the page's. Loading selects the first set,
+    // paints its stored colours and sends them.
     DeviceSQLite::atPath(dbPath_).addUserLight(2, "elsewhere");
+    const std::int64_t first = page().userlight_datas()[0].light;
+    DeviceSQLite::atPath(dbPath_).addUserLightLEDData({0, first, kA.code, 0x12ABEF});
+    clearWire();
     page().loadUserLightData();
     EXPECT_EQ(page().userlight_datas().size(), 2u);
     EXPECT_EQ(page().selectedRow(), 0);
+    EXPECT_EQ(page().userlight_id(), first);
+    EXPECT_EQ(page().keyColours()[kA.layout], 0x12ABEFu);
+    EXPECT_EQ(page().keyColor(kA.layout), (LightColor{0x12 / 255.0, 0xAB / 255.0, 0xEF / 255.0}));
+    EXPECT_EQ(commandCodes(), kColoursThenMode);
+    EXPECT_EQ(sentColour(kA), 0x12ABEFu);
+    // Applying unchanged colours stores them exactly as they were.
+    page().applyUserLightKeyColor();
+    EXPECT_EQ(storedColour(first, kA), std::to_string(0x12ABEF));
 }
 
-TEST_F(UserLightTest, ApplyStoresEveryKeyBlackAsNothingAndSendsTheSet) {
-    page().addUserLight();
-    const std::int64_t set = page().userlight_id();
-    click(kA);
+TEST_F(UserLightTest, ApplyStoresEveryKeyBlackAsNothingAndSendsTheSetResetStoresAllDark) {
+    const std::int64_t set = newSet(kA, 201);  // red
     click(kFour, true);
-    page().userLightPresetColor(201);  // red
+    page().userLightPresetColor(201);
     clearWire();
     page().applyUserLightKeyColor();
     EXPECT_EQ(storedColour(set, kA), "16711680");
@@ -84,13 +106,18 @@ TEST_F(UserLightTest, ApplyStoresEveryKeyBlackAsNothingAndSendsTheSet) {
     EXPECT_EQ(sentColour(kA), 0xFF0000u);
     EXPECT_EQ(sentColour(kFour), 0xFF0000u);
     EXPECT_EQ(sentColour(kEscape), 0u);
+
+    clearWire();
+    page().resetUserLightKeyColor();
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata"), "0");
+    EXPECT_EQ(commandCodes(), kColoursThenMode);
+    EXPECT_EQ(sentColour(kA), 0u);
+    EXPECT_TRUE(selected().empty());
+    for (std::uint32_t c : page().keyColours()) EXPECT_EQ(c, 0u);
 }
 
 TEST_F(UserLightTest, AKeyIsColouredInOneSetOnly) {
-    page().addUserLight();
-    const std::int64_t first = page().userlight_id();
-    click(kA);
-    page().userLightPresetColor(201);
+    const std::int64_t first = newSet(kA, 201);
     click(kB, true);
     page().userLightPresetColor(204);  // the selection is a and b: both blue
     page().applyUserLightKeyColor();
@@ -99,10 +126,7 @@ TEST_F(UserLightTest, AKeyIsColouredInOneSetOnly) {
 
     // Applying another set stores every key of it: a takes its colour there, and b, black in
     // it, loses its colour in the first set as well.
-    page().addUserLight();
-    const std::int64_t second = page().userlight_id();
-    click(kA);
-    page().userLightPresetColor(208);  // green
+    const std::int64_t second = newSet(kA, 208);  // green
     page().applyUserLightKeyColor();
     EXPECT_EQ(storedColour(second, kA), "65280");
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata WHERE light_id = " + std::to_string(first)), "0");
@@ -115,21 +139,6 @@ TEST_F(UserLightTest, AKeyIsColouredInOneSetOnly) {
     EXPECT_EQ(sentColour(kA), 0u);
 }
 
-TEST_F(UserLightTest, ResetStoresAllDarkAndSends) {
-    page().addUserLight();
-    click(kSpace);
-    page().userLightPresetColor(213);
-    page().applyUserLightKeyColor();
-    EXPECT_EQ(sentColour(kSpace), 0xFFFFFFu);
-    clearWire();
-    page().resetUserLightKeyColor();
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata"), "0");
-    EXPECT_EQ(commandCodes(), kColoursThenMode);
-    EXPECT_EQ(sentColour(kSpace), 0u);
-    EXPECT_TRUE(selected().empty());
-    for (std::uint32_t c : page().keyColours()) EXPECT_EQ(c, 0u);
-}
-
 TEST_F(UserLightTest, WithoutASetApplyWarnsAndResetDoesNothing) {
     page().applyUserLightKeyColor();
     page().resetUserLightKeyColor();
@@ -139,10 +148,7 @@ TEST_F(UserLightTest, WithoutASetApplyWarnsAndResetDoesNothing) {
 }
 
 TEST_F(UserLightTest, DeleteLoadsTheSameRowAndPastTheEndNothing) {
-    page().addUserLight();
-    const std::int64_t first = page().userlight_id();
-    click(kA);
-    page().userLightPresetColor(201);
+    const std::int64_t first = newSet(kA, 201);
     page().applyUserLightKeyColor();
     page().addUserLight();
     const std::int64_t second = page().userlight_id();
@@ -207,21 +213,18 @@ TEST_F(UserLightTest, PresetsAndTheColourPanel) {
         RgbColor rgb;
     };
     const Case cases[] = {{201, {255, 0, 0}}, {205, {0, 137, 253}}, {207, {51, 153, 51}},
-                          {212, {234, 84, 19}}, {214, {0, 0, 0}}};
+                          {212, {234, 84, 19}}, {213, {255, 255, 255}}, {214, {0, 0, 0}}};
     click(kB);
     for (const Case& c : cases) {
         SCOPED_TRACE(c.tag);
         page().userLightPresetColor(c.tag);
-        EXPECT_EQ(page().userlight_edit_color_r(), std::to_string(c.rgb.r));
-        EXPECT_EQ(page().userlight_edit_color_g(), std::to_string(c.rgb.g));
-        EXPECT_EQ(page().userlight_edit_color_b(), std::to_string(c.rgb.b));
+        EXPECT_EQ(fields(), std::to_string(c.rgb.r) + " " + std::to_string(c.rgb.g) + " " + std::to_string(c.rgb.b));
         EXPECT_EQ(page().userlight_btn_color(), (LightColor{c.rgb.r / 255.0, c.rgb.g / 255.0, c.rgb.b / 255.0}));
         EXPECT_EQ(page().keyColours()[kB.layout], std::uint32_t(c.rgb.r) << 16 | c.rgb.g << 8 | c.rgb.b);
     }
     // The panel's colour is kept exactly: red 100/255 stays 100, and the swatch keeps the preset.
     page().userLightColorPanel({100 / 255.0, 0.5, 0});
-    EXPECT_EQ(page().userlight_edit_color_r(), "100");
-    EXPECT_EQ(page().userlight_edit_color_g(), "127");
+    EXPECT_EQ(fields(), "100 127 0");
     EXPECT_EQ(page().keyColours()[kB.layout], 0x647F00u);
     EXPECT_EQ(page().userlight_btn_color(), LightColor{});
 }
@@ -250,20 +253,6 @@ TEST_F(UserLightTest, SelectingKeysWithClicksShiftAndTheRubberBand) {
     page().resetKeyColor();
     EXPECT_TRUE(selected().empty());
     EXPECT_EQ(page().keyColours()[kA.layout], 0u);
-}
-
-TEST_F(UserLightTest, LoadingASetPaintsItsStoredColoursAndSendsThem) {
-    const std::int64_t set = DeviceSQLite::atPath(dbPath_).addUserLight(1, "stored");
-    DeviceSQLite::atPath(dbPath_).addUserLightLEDData({0, set, kA.code, 0x12ABEF});
-    page().loadUserLightData();
-    EXPECT_EQ(page().userlight_id(), set);
-    EXPECT_EQ(page().keyColours()[kA.layout], 0x12ABEFu);
-    EXPECT_EQ(page().keyColor(kA.layout), (LightColor{0x12 / 255.0, 0xAB / 255.0, 0xEF / 255.0}));
-    EXPECT_EQ(commandCodes(), kColoursThenMode);
-    EXPECT_EQ(sentColour(kA), 0x12ABEFu);
-    // Applying unchanged colours stores them exactly as they were.
-    page().applyUserLightKeyColor();
-    EXPECT_EQ(storedColour(set, kA), std::to_string(0x12ABEF));
 }
 
 }  // namespace
