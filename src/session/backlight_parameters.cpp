@@ -61,22 +61,29 @@ std::int64_t colorFieldValue(const std::string& text) { return leadingInteger(te
 
 // ---- The page's parameter controls ----
 
-void LightingPage::colorButtonAction(int tag) {
-    if (tag == kTagColorSwatch) {
-        colorPanel_ = ColorPanelAction::LightColor;
-        changed();
-    } else if (tag >= kTagFirstPreset && tag <= kTagLastPreset) {
-        const LightColor c = getColorValue(tag - 100);
-        swatch_ = rgbValue(c);
-        // The preset goes into the per-key page's number fields, not into this page's own.
-        s_.userLights.setUserLightColorFields(componentByte(c.red), componentByte(c.green),
-                                              componentByte(c.blue));
-        setLightKeyboardCheckColor(c);
-    } else if (tag == kTagUserLightSwatch) {
-        colorPanel_ = ColorPanelAction::UserLightColor;
-        changed();
-    } else if (tag >= kTagUserLightFirstPreset && tag <= kTagUserLightLastPreset) {
-        s_.userLights.userLightPresetColor(tag);
+void LightingPage::colorButtonAction(ColorButtonPress press) {
+    const bool preset = press.preset >= 1 && press.preset <= kPresetColorCount;
+    switch (press.kind) {
+        case ColorButtonPress::kLightSwatch:
+            colorPanel_ = ColorPanelAction::LightColor;
+            changed();
+            break;
+        case ColorButtonPress::kLightPreset: {
+            if (!preset) return;
+            const LightColor c = getColorValue(press.preset);
+            swatch_ = rgbValue(c);
+            // The preset goes into the per-key page's number fields, not into this page's own.
+            s_.userLights.setUserLightColorFields(componentByte(c.red), componentByte(c.green), componentByte(c.blue));
+            setLightKeyboardCheckColor(c);
+            break;
+        }
+        case ColorButtonPress::kUserLightSwatch:
+            colorPanel_ = ColorPanelAction::UserLightColor;
+            changed();
+            break;
+        case ColorButtonPress::kUserLightPreset:
+            if (preset) s_.userLights.userLightPresetColor(press.preset);
+            break;
     }
 }
 
@@ -87,9 +94,8 @@ void LightingPage::lightColorPanel(const LightColor& color) {
     setLightKeyboardCheckColor(color);
 }
 
-void LightingPage::controlTextDidChange(int tag, const std::string& text) {
-    if (tag < kTagEditRed || tag > kTagEditBlue) return;
-    const auto field = static_cast<std::size_t>(tag - kTagEditRed);
+void LightingPage::controlTextDidChange(ColorChannel channel, const std::string& text) {
+    const auto field = static_cast<std::size_t>(channel);
     editColor_[field] = validatedColorField(text);
     const std::int64_t value = colorFieldValue(editColor_[field]);
     changed();

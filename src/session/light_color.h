@@ -17,6 +17,16 @@ struct LightColor {
     friend bool operator==(const LightColor&, const LightColor&) = default;
 };
 
+// The three colour number fields of a lighting page.
+enum class ColorChannel { kRed = 0, kGreen = 1, kBlue = 2 };
+
+// A press of one of the colour buttons the two lighting pages share: a page's swatch (which opens
+// the colour panel) or one of its fourteen presets.
+struct ColorButtonPress {
+    enum Kind { kLightSwatch, kLightPreset, kUserLightSwatch, kUserLightPreset } kind = kLightSwatch;
+    int preset = 0;  // 1–14 for a preset
+};
+
 // The colour of a byte triple, each component exactly value / 255.
 LightColor lightColorOf(std::uint8_t r, std::uint8_t g, std::uint8_t b);
 // 0xRRGGBB of a colour as Apply stores it: 0 for black, otherwise each component × 255 truncated.

@@ -43,16 +43,6 @@ class LightingPage {
 public:
     static constexpr int kModeRows = 20;
 
-    // Tags of the controls.
-    static constexpr int kTagColorSwatch = 100;  // light_btn_color: opens the colour panel
-    static constexpr int kTagFirstPreset = 101;  // light_btn_color1 … light_btn_color14
-    static constexpr int kTagLastPreset = 114;
-    static constexpr int kTagUserLightSwatch = 200;  // the per-key page's colour buttons
-    static constexpr int kTagUserLightFirstPreset = 201;
-    static constexpr int kTagUserLightLastPreset = 214;
-    static constexpr int kTagEditRed = 361;  // light_edit_color_r, _g, _b
-    static constexpr int kTagEditGreen = 362;
-    static constexpr int kTagEditBlue = 363;
     // The sliders' range in the page layout; the sliders show stored values masked to 4 bits.
     static constexpr int kSliderMinimum = 0;
     static constexpr int kSliderMaximum = 15;
@@ -98,10 +88,12 @@ public:
     const std::vector<std::uint32_t>& keyColours() const { return keyColours_; }
 
     // Actions of the controls.
-    void colorButtonAction(int tag);
+    // A colour button of either lighting page; a preset of this page also fills the per-key
+    // page's number fields.
+    void colorButtonAction(ColorButtonPress press);
     void lightColorPanel(const LightColor& color);
-    // A colour number field's text changed to `text` (tags 361–363; others are not this page's).
-    void controlTextDidChange(int tag, const std::string& text);
+    // A colour number field's text changed to `text`.
+    void controlTextDidChange(ColorChannel channel, const std::string& text);
     void setLightRGBValue(std::int64_t r_value, std::int64_t g_value, std::int64_t b_value);
     void setLightKeyboardCheckColor(const LightColor& color);
     void lightRondomColorSwitch();  // light_btn_randomcolor clicked

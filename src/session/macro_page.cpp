@@ -12,7 +12,9 @@ namespace qx9 {
 
 namespace {
 
-// Longest text of a field with tag 106, in characters.
+// The most a play-count field holds.
+constexpr std::int64_t kMaxPlayCountField = 10;
+// Longest name, in characters.
 constexpr std::size_t kNameFieldLength = 30;
 
 // Whether `text` is a whole integer (optional sign, at least one digit, nothing else).
@@ -49,14 +51,14 @@ std::string firstCharacters(const std::string& text, std::size_t count) {
 
 }  // namespace
 
-std::string limitFieldText(int tag, const std::string& text) {
-    switch (tag) {
-        case 101:
-        case 103: return capInteger(text, 60000);
-        case 102: return capInteger(text, 10);
-        case 106: return firstCharacters(text, kNameFieldLength);
-        default: return text;
+std::string limitFieldText(MacroField field, const std::string& text) {
+    switch (field) {
+        case MacroField::kInsertEvent:
+        case MacroField::kDelayTime: return capInteger(text, ops::kMaxTypedDelay);
+        case MacroField::kPlayCount: return capInteger(text, kMaxPlayCountField);
+        case MacroField::kName: return firstCharacters(text, kNameFieldLength);
     }
+    return text;
 }
 
 MacroPage::MacroPage(KeyboardSession& session) : s_(session), clock_(systemMacroClock()) {}
@@ -265,9 +267,9 @@ void MacroPage::mousevent_combox_select(int index) {
     changed();
 }
 
-void MacroPage::controlTextDidChange(int tag, const std::string& text) {
-    if (tag == kInsertEventEditTag) controls_.insertevent_edit_text = limitFieldText(tag, text);
-    else if (tag == kDelayTimeEditTag) controls_.delaytime_edit_text = limitFieldText(tag, text);
+void MacroPage::controlTextDidChange(MacroField field, const std::string& text) {
+    if (field == MacroField::kInsertEvent) controls_.insertevent_edit_text = limitFieldText(field, text);
+    else if (field == MacroField::kDelayTime) controls_.delaytime_edit_text = limitFieldText(field, text);
     else return;
     changed();
 }

@@ -20,14 +20,18 @@ struct MacroRow {
 using ops::RecordRow;
 using ops::recordListText;
 
-// Tags of the page's text fields; the limit applied to typed text depends on the tag.
-inline constexpr int kInsertEventEditTag = 101;  // insertevent_edit
-inline constexpr int kDelayTimeEditTag = 103;    // delaytime_edit
+// The macro page's text fields: the limit applied to typed text depends on the field.
+enum class MacroField {
+    kInsertEvent,  // insertevent_edit: the delay to insert
+    kDelayTime,    // delaytime_edit: the default delay
+    kPlayCount,
+    kName,
+};
 
-// The text a field with `tag` keeps after the user typed `text`: 101 and 103 hold at most 60000
-// and 102 at most 10 ("10" for anything that is not a whole integer), 106 keeps 30 characters,
-// other tags keep what was typed.
-std::string limitFieldText(int tag, const std::string& text);
+// The text a field keeps after the user typed `text`: the two delay fields hold at most 60000 and
+// the play count at most 10 ("10" for anything that is not a whole integer), a name keeps 30
+// characters.
+std::string limitFieldText(MacroField field, const std::string& text);
 
 // Milliseconds since 1970.
 using MacroClock = std::function<std::int64_t()>;
@@ -114,7 +118,7 @@ public:
     void insertevent_combox_select(int index);
     void mousevent_combox_select(int index);
     // The user typed into the field with `tag`; the field keeps the limited text.
-    void controlTextDidChange(int tag, const std::string& text);
+    void controlTextDidChange(MacroField field, const std::string& text);
     void insertNewEvent();
     void button_action_insertevent() { insertNewEvent(); }
     void deleteRecordItem();

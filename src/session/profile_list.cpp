@@ -53,12 +53,11 @@ void ProfileList::selectProfile(std::int64_t profile) {
     }
 }
 
-void ProfileList::customkey_button_profile(int tag) {
-    switch (tag) {
+void ProfileList::customkey_button_profile(Button button) {
+    switch (button) {
         case kAdd: addProfile(); break;
         case kDelete: deleteProfile(); break;
         case kRename: break;  // the row's text field becomes editable; see keyTableItemViewEdit
-        default: break;
     }
 }
 

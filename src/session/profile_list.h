@@ -17,10 +17,8 @@ struct ProfileRow {
 // The profile table of the key page: loading, adding, deleting, renaming, choosing.
 class ProfileList {
 public:
-    // Tags of the three buttons under the table.
-    static constexpr int kAdd = 201;
-    static constexpr int kDelete = 202;
-    static constexpr int kRename = 203;
+    // The three buttons under the table.
+    enum Button { kAdd, kDelete, kRename };
 
     explicit ProfileList(KeyboardSession& session) : s_(session) {}
 
@@ -34,9 +32,9 @@ public:
     void selectProfileIndex(int index);
     void selectProfile(std::int64_t profile);
 
-    // The buttons: 201 add, 202 delete, 203 rename (the front end then edits the row in place
-    // and reports the text through keyTableItemViewEdit); any other tag does nothing.
-    void customkey_button_profile(int tag);
+    // The buttons: add, delete, rename (the front end then edits the row in place and reports
+    // the text through keyTableItemViewEdit).
+    void customkey_button_profile(Button button);
     bool renameAllowed() const { return selectedRow_ >= 0; }
     void keyTableItemViewEdit(int index, const std::string& text);
 

@@ -1,6 +1,7 @@
 // The per-key lighting editor: selecting keys on the on-screen keyboard and painting them with
 // the colour controls. Painting changes only the screen; Apply stores it.
 #include "common/fatal.h"
+#include "session/backlight_parameters.h"
 #include "session/keyboard_session.h"
 #include "session/light_color.h"
 #include "session/user_light_page.h"
@@ -64,13 +65,13 @@ void UserLightPage::setUserLightColorFields(int r, int g, int b) {
     s_.core.notify(SessionAspect::UserLights);
 }
 
-void UserLightPage::controlTextDidChange(int tag, const std::string& text) {
-    if (tag < kFieldRed || tag > kFieldBlue) return;
-    std::string& field = fields_[static_cast<std::size_t>(tag - kFieldRed)];
+void UserLightPage::controlTextDidChange(ColorChannel channel, const std::string& text) {
+    std::string& field = fields_[static_cast<std::size_t>(channel)];
     field = validatedColorField(text);
     const int value = static_cast<int>(*colorFieldInteger(field));
     s_.core.notify(SessionAspect::UserLights);
-    setUserLightRGBValue(tag == kFieldRed ? value : 0, tag == kFieldGreen ? value : 0, tag == kFieldBlue ? value : 0);
+    setUserLightRGBValue(channel == ColorChannel::kRed ? value : 0, channel == ColorChannel::kGreen ? value : 0,
+                         channel == ColorChannel::kBlue ? value : 0);
 }
 
 void UserLightPage::setUserLightRGBValue(int r_value, int g_value, int b_value) {
@@ -91,9 +92,9 @@ void UserLightPage::userLightColorPanel(const LightColor& color) {
     setCheckItemColor(color);
 }
 
-void UserLightPage::userLightPresetColor(int tag) {
-    if (tag < kFirstPreset || tag > kLastPreset) return;
-    const RgbColor c = presetLightColor(tag - kColorSwatch);
+void UserLightPage::userLightPresetColor(int preset) {
+    if (preset < 1 || preset > kPresetColorCount) return;
+    const RgbColor c = presetLightColor(preset);
     swatch_ = lightColorOf(c.r, c.g, c.b);
     setUserLightColorFields(c.r, c.g, c.b);
     setCheckItemColor(swatch_);

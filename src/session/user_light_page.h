@@ -22,10 +22,6 @@ struct UserLightRow {
 // preview colour of every key, the keys selected for painting, and the colour controls.
 class UserLightPage {
 public:
-    // Tags of the page's colour controls.
-    static constexpr int kFieldRed = 351, kFieldGreen = 352, kFieldBlue = 353;
-    static constexpr int kColorSwatch = 200;
-    static constexpr int kFirstPreset = 201, kLastPreset = 214;
 
     explicit UserLightPage(KeyboardSession& session);
 
@@ -71,10 +67,10 @@ public:
     void keyHovered(int layoutIndex);  // −1: none
 
     // The colour controls.
-    void controlTextDidChange(int tag, const std::string& text);  // fields 351–353
+    void controlTextDidChange(ColorChannel channel, const std::string& text);
     void setUserLightRGBValue(int r_value, int g_value, int b_value);
     void userLightColorPanel(const LightColor& color);
-    void userLightPresetColor(int tag);  // presets 201–214
+    void userLightPresetColor(int preset);  // 1–14
     // The fields alone (the backlight page's presets write them as well).
     void setUserLightColorFields(int r, int g, int b);
 

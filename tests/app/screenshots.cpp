@@ -64,7 +64,7 @@ int main(int argc, char** argv) {
     s.keys.MenuItemMouseUpAction(102);
     s.keys.keyboardKeyAction("a");
     controller->keyMenu()->hide();
-    s.profiles.customkey_button_profile(201);
+    s.profiles.customkey_button_profile(ProfileList::kAdd);
     save(&window, out + "/key-page-en.png");
 
     s.settings.comboBoxSelectionDidChange(1);

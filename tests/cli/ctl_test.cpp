@@ -176,7 +176,7 @@ TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
         {{}, {"userlight", "apply", "x"}, "the user light must be a number: \"x\""},
         {{}, {"userlight", "reset", "2"}, "no user light 2 (see: qx9ctl userlight list)"},
         {{}, {"userlight", "delete"},
-         "usage: qx9ctl userlight list | add | delete ID | paint ID KEY... --color RRGGBB | apply ID | reset ID | show ID"},
+         "usage: qx9ctl userlight list | add | rename ID NAME | delete ID | paint ID KEY... --color RRGGBB | apply ID | reset ID | show ID"},
         {{}, {"export"}, "usage: qx9ctl export FILE (- for standard output)"},
         {{}, {"import", path("missing.json")}, "cannot read " + path("missing.json")},
         {{}, {"import", path("foreign.json")}, path("foreign.json") + " was not imported: not a valid QX9 configuration: it is not a QX9 "

@@ -308,7 +308,7 @@ TEST_F(BacklightColourTest, NumberFieldsValidateAndKeepOnlyFullChannels) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.typed);
         clearWire();
-        page().controlTextDidChange(LightingPage::kTagEditRed, c.typed);
+        page().controlTextDidChange(ColorChannel::kRed, c.typed);
         EXPECT_EQ(page().light_edit_color_r(), c.shown);
         EXPECT_EQ(colour(), std::to_string(c.red) + " 0 0");
         EXPECT_EQ(sentLightMode().red, c.red);
@@ -316,20 +316,15 @@ TEST_F(BacklightColourTest, NumberFieldsValidateAndKeepOnlyFullChannels) {
         EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x13, 0x02, 0xF0}));
     }
     // A zero argument takes the other fields: red stays 255 when green is typed.
-    page().controlTextDidChange(LightingPage::kTagEditRed, "255");
-    page().controlTextDidChange(LightingPage::kTagEditGreen, "255");
+    page().controlTextDidChange(ColorChannel::kRed, "255");
+    page().controlTextDidChange(ColorChannel::kGreen, "255");
     EXPECT_EQ(colour(), "255 255 0");
-    page().controlTextDidChange(LightingPage::kTagEditBlue, "255");
+    page().controlTextDidChange(ColorChannel::kBlue, "255");
     EXPECT_EQ(colour(), "255 255 255");
     // A real zero is no change: the field's 255 is kept.
-    page().controlTextDidChange(LightingPage::kTagEditBlue, "0");
+    page().controlTextDidChange(ColorChannel::kBlue, "0");
     EXPECT_EQ(page().light_edit_color_b(), "0");
     EXPECT_EQ(colour(), "255 255 0");
-    // Other tags are not this page's.
-    clearWire();
-    page().controlTextDidChange(354, "1");
-    page().controlTextDidChange(351, "1");
-    EXPECT_TRUE(sets().empty());
 }
 
 TEST_F(BacklightColourTest, PresetsStoreTheirColourAndCrossIntoThePerKeyFields) {
@@ -342,7 +337,7 @@ TEST_F(BacklightColourTest, PresetsStoreTheirColourAndCrossIntoThePerKeyFields) 
         const int* p = presets[i];
         const std::uint32_t rgb = static_cast<std::uint32_t>(p[0] << 16 | p[1] << 8 | p[2]);
         clearWire();
-        page().colorButtonAction(101 + i);
+        page().colorButtonAction({ColorButtonPress::kLightPreset, i + 1});
         EXPECT_EQ(colour(), std::to_string(p[0]) + " " + std::to_string(p[1]) + " " + std::to_string(p[2]));
         EXPECT_EQ(page().light_btn_color(), rgb);
         EXPECT_EQ(page().keyColours(), uniform(rgb));
@@ -361,8 +356,8 @@ TEST_F(BacklightColourTest, PresetsStoreTheirColourAndCrossIntoThePerKeyFields) 
 }
 
 TEST_F(BacklightColourTest, ColourPanelStoresTruncatedComponents) {
-    page().colorButtonAction(LightingPage::kTagFirstPreset + 4);  // swatch shows preset 5
-    page().colorButtonAction(LightingPage::kTagColorSwatch);
+    page().colorButtonAction({ColorButtonPress::kLightPreset, 5});  // swatch shows preset 5
+    page().colorButtonAction({ColorButtonPress::kLightSwatch});
     EXPECT_EQ(page().colorPanel(), ColorPanelAction::LightColor);
     clearWire();
     page().lightColorPanel({0.5, 0.5, 0.5});
@@ -375,11 +370,11 @@ TEST_F(BacklightColourTest, ColourPanelStoresTruncatedComponents) {
     // Selecting an effect closes the panel; the per-key swatch opens it for the other page.
     page().lightModeSelectionChanged(1);
     EXPECT_EQ(page().colorPanel(), ColorPanelAction::Closed);
-    page().colorButtonAction(LightingPage::kTagUserLightSwatch);
+    page().colorButtonAction({ColorButtonPress::kUserLightSwatch});
     EXPECT_EQ(page().colorPanel(), ColorPanelAction::UserLightColor);
     clearWire();
-    page().colorButtonAction(99);
-    page().colorButtonAction(115);
+    page().colorButtonAction({ColorButtonPress::kLightPreset, 0});
+    page().colorButtonAction({ColorButtonPress::kLightPreset, 15});
     EXPECT_TRUE(sets().empty());
 }
 

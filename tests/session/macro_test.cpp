@@ -73,7 +73,7 @@ protected:
         if (mode == MacroPage::kRecordingDelay) page().radio_action_autodelaytime();
         if (mode == MacroPage::kNoDelay) page().radio_action_nodelaytime();
         if (mode == MacroPage::kDefaultDelay) page().radio_action_defaultdelaytime();
-        page().controlTextDidChange(kDelayTimeEditTag, field);
+        page().controlTextDidChange(MacroField::kDelayTime, field);
     }
     // One macro download: open, header with the report count, end.
     void expectOneDownload(int reports = 8) {
@@ -192,7 +192,7 @@ TEST_P(MacroInsertTest, PlacesTheNewEventsAndStoresAndSendsTheList) {
         default:
             page().radio_action_delaytime();
             EXPECT_TRUE(page().controls().insertevent_edit);
-            page().controlTextDidChange(kInsertEventEditTag, c.typed);
+            page().controlTextDidChange(MacroField::kInsertEvent, c.typed);
             break;
     }
     page().button_action_insertevent();
@@ -361,22 +361,23 @@ TEST_F(MacroTest, DelayFieldFollowsEnabledControlOnlyUnderDefault) {
     EXPECT_TRUE(page().controls().delaytime_edit);
 }
 
-TEST(MacroFieldLimits, ByTag) {
+TEST(MacroFieldLimits, ByField) {
+    constexpr MacroField I = MacroField::kInsertEvent, D = MacroField::kDelayTime, P = MacroField::kPlayCount,
+                         N = MacroField::kName;
     const std::string thirtyOne = "abcdefghijklmnopqrstuvwxyz01234";
     std::string hanzi31;
     for (int i = 0; i < 31; ++i) hanzi31 += "宏";
     const struct {
-        int tag;
+        MacroField field;
         std::string typed, kept;
     } cases[] = {
-        {101, "70000", "60000"}, {101, "60000", "60000"}, {101, "abc", "10"}, {101, "", "10"},
-        {101, "12a", "10"},      {101, "-70000", "-70000"}, {103, "60001", "60000"}, {103, "250", "250"},
-        {102, "11", "10"},       {102, "7", "7"},           {102, "x", "10"},        {104, "abc", "abc"},
-        {105, "70000", "70000"}, {106, thirtyOne, thirtyOne.substr(0, 30)},
-        {106, hanzi31, hanzi31.substr(0, 30 * 3)},          {106, "short", "short"},
-        {101, "99999999999999999999999", "60000"},
+        {I, "70000", "60000"}, {I, "60000", "60000"}, {I, "abc", "10"},       {I, "", "10"},
+        {I, "12a", "10"},      {I, "-70000", "-70000"}, {D, "60001", "60000"}, {D, "250", "250"},
+        {P, "11", "10"},       {P, "7", "7"},           {P, "x", "10"},
+        {N, thirtyOne, thirtyOne.substr(0, 30)},        {N, hanzi31, hanzi31.substr(0, 30 * 3)},
+        {N, "short", "short"}, {I, "99999999999999999999999", "60000"},
     };
-    for (const auto& c : cases) EXPECT_EQ(limitFieldText(c.tag, c.typed), c.kept) << c.tag << " " << c.typed;
+    for (const auto& c : cases) EXPECT_EQ(limitFieldText(c.field, c.typed), c.kept) << c.typed;
 }
 
 // ---- Recording ----

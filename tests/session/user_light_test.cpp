@@ -94,9 +94,9 @@ TEST_F(UserLightTest, SetsBelongToProfileOneWhateverProfileIsCurrentAndLoadWithT
 }
 
 TEST_F(UserLightTest, ApplyStoresEveryKeyBlackAsNothingAndSendsTheSetResetStoresAllDark) {
-    const std::int64_t set = newSet(kA, 201);  // red
+    const std::int64_t set = newSet(kA, 1);  // red
     click(kFour, true);
-    page().userLightPresetColor(201);
+    page().userLightPresetColor(1);
     clearWire();
     page().applyUserLightKeyColor();
     EXPECT_EQ(storedColour(set, kA), "16711680");
@@ -117,16 +117,16 @@ TEST_F(UserLightTest, ApplyStoresEveryKeyBlackAsNothingAndSendsTheSetResetStores
 }
 
 TEST_F(UserLightTest, AKeyIsColouredInOneSetOnly) {
-    const std::int64_t first = newSet(kA, 201);
+    const std::int64_t first = newSet(kA, 1);
     click(kB, true);
-    page().userLightPresetColor(204);  // the selection is a and b: both blue
+    page().userLightPresetColor(4);  // the selection is a and b: both blue
     page().applyUserLightKeyColor();
     EXPECT_EQ(storedColour(first, kA), "255");
     EXPECT_EQ(storedColour(first, kB), "255");
 
     // Applying another set stores every key of it: a takes its colour there, and b, black in
     // it, loses its colour in the first set as well.
-    const std::int64_t second = newSet(kA, 208);  // green
+    const std::int64_t second = newSet(kA, 8);  // green
     page().applyUserLightKeyColor();
     EXPECT_EQ(storedColour(second, kA), "65280");
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata WHERE light_id = " + std::to_string(first)), "0");
@@ -148,7 +148,7 @@ TEST_F(UserLightTest, WithoutASetApplyWarnsAndResetDoesNothing) {
 }
 
 TEST_F(UserLightTest, DeleteLoadsTheSameRowAndPastTheEndNothing) {
-    const std::int64_t first = newSet(kA, 201);
+    const std::int64_t first = newSet(kA, 1);
     page().applyUserLightKeyColor();
     page().addUserLight();
     const std::int64_t second = page().userlight_id();
@@ -167,7 +167,7 @@ TEST_F(UserLightTest, DeleteLoadsTheSameRowAndPastTheEndNothing) {
 
     page().userLightTableSelectionChanged(1);
     click(kA);
-    page().userLightPresetColor(204);
+    page().userLightPresetColor(4);
     clearWire();
     page().delUserLight();  // the last row: nothing loaded, the screen and the id stay
     EXPECT_TRUE(sets().empty());
@@ -180,26 +180,26 @@ TEST_F(UserLightTest, DeleteLoadsTheSameRowAndPastTheEndNothing) {
 
 TEST_F(UserLightTest, ColourFieldsPaintTheSelectedKeys) {
     struct Case {
-        int tag;
+        ColorChannel tag;
         std::string typed;
         std::string field;
         std::uint32_t colour;  // of the selected key afterwards
     };
     const Case cases[] = {
-        {351, "100", "100", 0x000000},  // whole-number division: below 255 is off
-        {351, "255", "255", 0xFF0000},
-        {352, "12a", "255", 0xFFFF00},  // not an integer: 255; red still comes from its field
-        {353, "300", "255", 0xFFFFFF},
-        {351, "-4", "0", 0x00FFFF},
-        {352, "", "255", 0x00FFFF},
+        {ColorChannel::kRed, "100", "100", 0x000000},  // whole-number division: below 255 is off
+        {ColorChannel::kRed, "255", "255", 0xFF0000},
+        {ColorChannel::kGreen, "12a", "255", 0xFFFF00},  // not an integer: 255; red still comes from its field
+        {ColorChannel::kBlue, "300", "255", 0xFFFFFF},
+        {ColorChannel::kRed, "-4", "0", 0x00FFFF},
+        {ColorChannel::kGreen, "", "255", 0x00FFFF},
     };
     click(kEscape);
     for (const Case& c : cases) {
         SCOPED_TRACE(c.typed);
         page().controlTextDidChange(c.tag, c.typed);
-        const std::string& field = c.tag == 351 ? page().userlight_edit_color_r()
-                                   : c.tag == 352 ? page().userlight_edit_color_g()
-                                                  : page().userlight_edit_color_b();
+        const std::string& field = c.tag == ColorChannel::kRed     ? page().userlight_edit_color_r()
+                                   : c.tag == ColorChannel::kGreen ? page().userlight_edit_color_g()
+                                                                   : page().userlight_edit_color_b();
         EXPECT_EQ(field, c.field);
         EXPECT_EQ(page().keyColours()[kEscape.layout], c.colour);
     }
@@ -209,15 +209,15 @@ TEST_F(UserLightTest, ColourFieldsPaintTheSelectedKeys) {
 
 TEST_F(UserLightTest, PresetsAndTheColourPanel) {
     struct Case {
-        int tag;
+        int preset;
         RgbColor rgb;
     };
-    const Case cases[] = {{201, {255, 0, 0}}, {205, {0, 137, 253}}, {207, {51, 153, 51}},
-                          {212, {234, 84, 19}}, {213, {255, 255, 255}}, {214, {0, 0, 0}}};
+    const Case cases[] = {{1, {255, 0, 0}}, {5, {0, 137, 253}}, {7, {51, 153, 51}},
+                          {12, {234, 84, 19}}, {13, {255, 255, 255}}, {14, {0, 0, 0}}};
     click(kB);
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.tag);
-        page().userLightPresetColor(c.tag);
+        SCOPED_TRACE(c.preset);
+        page().userLightPresetColor(c.preset);
         EXPECT_EQ(fields(), std::to_string(c.rgb.r) + " " + std::to_string(c.rgb.g) + " " + std::to_string(c.rgb.b));
         EXPECT_EQ(page().userlight_btn_color(), (LightColor{c.rgb.r / 255.0, c.rgb.g / 255.0, c.rgb.b / 255.0}));
         EXPECT_EQ(page().keyColours()[kB.layout], std::uint32_t(c.rgb.r) << 16 | c.rgb.g << 8 | c.rgb.b);
@@ -249,7 +249,7 @@ TEST_F(UserLightTest, SelectingKeysWithClicksShiftAndTheRubberBand) {
     EXPECT_TRUE(page().keyHighlighted(kA.layout));
     EXPECT_FALSE(page().keyHighlighted(kSpace.layout));
 
-    page().userLightPresetColor(201);
+    page().userLightPresetColor(1);
     page().resetKeyColor();
     EXPECT_TRUE(selected().empty());
     EXPECT_EQ(page().keyColours()[kA.layout], 0u);
