@@ -8,6 +8,7 @@
 #include <span>
 
 #include "hid/hid_backend.h"
+#include "hid/hid_device.h"
 #include "hid/pacer.h"
 #include "hid/wire_log.h"
 
@@ -20,8 +21,8 @@ namespace qx9 {
 // thread, while writes run on the main thread; each write takes one snapshot of the device.
 class DeviceComm {
 public:
-    static constexpr std::uint8_t kReportId = 4;
-    static constexpr std::size_t kReportLength = 64;
+    static constexpr std::uint8_t kReportId = kQX9ReportId;
+    static constexpr std::size_t kReportLength = kQX9FeatureSize;
     static constexpr std::size_t kAckByte = 3;
     static constexpr std::uint8_t kBusy = 0xFF;
 

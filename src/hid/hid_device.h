@@ -19,9 +19,12 @@ struct HIDDevice {
     std::string name;
 };
 
-// The keyboard's configuration interface, by design not taken from the monitor's match list.
+// The keyboard's configuration interface, by design not taken from the monitor's match list:
+// its USB vendor and product, and the one feature report it declares (report ID 4, 64 bytes
+// with the ID byte).
 inline constexpr std::int64_t kQX9VendorId = 0x05AC;
 inline constexpr std::int64_t kQX9ProductId = 0x024F;
+inline constexpr std::uint8_t kQX9ReportId = 4;
 inline constexpr std::int64_t kQX9FeatureSize = 64;
 
 inline bool isQX9ConfigurationInterface(const HIDDevice& d) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hid/hid_backend.h"
+#include "hid/hid_device.h"
 #include "hid/virtual_qx9_memory.h"
 
 namespace qx9 {
@@ -21,14 +22,11 @@ namespace qx9 {
 // is taken when the next read acknowledges it; a busy answer drops it, as the keyboard does.
 class VirtualQX9 final : public HidBackend {
 public:
-    static constexpr std::int64_t kVendorId = 0x05AC;
-    static constexpr std::int64_t kProductId = 0x024F;
-
     explicit VirtualQX9(std::string identity = {});
 
     // HidBackend
     std::string identity() const override { return identity_; }
-    std::int64_t productId() const override { return kProductId; }
+    std::int64_t productId() const override { return kQX9ProductId; }
     bool open() override;
     void close() override { open_ = false; }
     bool isOpen() const override { return open_; }
