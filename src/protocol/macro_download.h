@@ -5,13 +5,41 @@
 #include <vector>
 
 #include "hid/device_comm.h"
+#include "protocol/command_frame.h"
 #include "store/records.h"
 
 namespace qx9::protocol {
 
+// The macro block: a directory of one 4-byte slot per macro, then the macro bodies. A body is
+// an 8-byte header (entry count, low byte first, and six zeros) and 4-byte entries.
 inline constexpr std::size_t kMacroBlockSize = 3200;
-inline constexpr std::size_t kMacroBodiesStart = 400;  // after the directory
-inline constexpr std::int64_t kMacroCapacity = 2500;   // bytes of events and macro headers
+inline constexpr std::size_t kMacroSlots = 100;
+inline constexpr std::size_t kMacroSlotSize = 4;
+inline constexpr std::size_t kMacroBodiesStart = kMacroSlots * kMacroSlotSize;
+inline constexpr std::size_t kMacroBodyHeaderSize = 8;
+inline constexpr std::size_t kMacroEntrySize = 4;
+inline constexpr std::int64_t kMacroCapacity = 2500;  // bytes of events and macro headers
+static_assert(kMacroBlockSize % DeviceComm::kReportLength == 0);
+static_assert(kMacroBlockSize / DeviceComm::kReportLength <= kMaxDataReports);
+static_assert(kMacroBodiesStart == 400 && kMacroBodiesStart < kMacroBlockSize);
+
+// The directory slot of a macro without events: all four bytes 0xFF.
+inline constexpr std::uint8_t kEmptyMacroSlotByte = 0xFF;
+
+// A macro entry: for a delay the milliseconds in bytes 0–1 (low byte first), for a key its
+// usage and for a mouse button its bit in byte 2; byte 3 is the kind.
+inline constexpr std::size_t kMacroEntryValueByte = 2;
+inline constexpr std::size_t kMacroEntryKindByte = 3;
+enum MacroEntryKind : std::uint8_t {
+    kEntryMouseUp = 0x10,
+    kEntryKeyUp = 0x30,
+    kEntryDelay = 0x50,
+    kEntryMouseDown = 0x90,
+    kEntryKeyDown = 0xB0,
+};
+
+// The pause put between two events that follow each other without a delay, in ms.
+inline constexpr std::uint8_t kEventPauseMs = 10;
 
 // One macro as the store lists it, with its events in order.
 struct MacroWithEvents {
