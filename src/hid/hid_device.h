@@ -35,9 +35,6 @@ inline bool isQX9ConfigurationInterface(const HIDDevice& d) {
 // The notification names, and the key of the device record in the payload dictionary.
 inline constexpr const char* kHIDDeviceConnected = "HIDDeviceConnected";
 inline constexpr const char* kHIDDeviceDisconnected = "HIDDeviceDisconnected";
-inline constexpr const char* kHIDDeviceDataReceived = "HIDDeviceDataReceived";    // never posted
-inline constexpr const char* kHIDWirelessConnected = "HIDWirelessConnected";      // never posted
-inline constexpr const char* kHIDWirelessDisconnected = "HIDWirelessDisconnected";  // never posted
 inline constexpr const char* kDeviceKey = "device";
 
 // The payload of the two device notifications: {"device": record}.

@@ -85,8 +85,7 @@ std::string Keylogger::describe(const std::vector<Match>& list) {
 }
 
 Keylogger::Keylogger(Discovery discovery) {
-    deviceList_ = keyboardMatches();
-    console() << "dll " << describe(deviceList_) << '\n';
+    console() << "dll " << describe(keyboardMatches()) << '\n';
     if (discovery == Discovery::Udev && (udev_ = udev_new())) {
         // Listen first, then enumerate, so that nothing plugged in between is missed.
         monitor_ = udev_monitor_new_from_netlink(udev_, "udev");

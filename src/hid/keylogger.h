@@ -66,7 +66,6 @@ public:
     Keylogger(const Keylogger&) = delete;
     Keylogger& operator=(const Keylogger&) = delete;
 
-    const std::vector<Match>& deviceList() const { return deviceList_; }
     // `[["ID_INPUT_KEYBOARD": "1"], ["ID_INPUT_KEY": "1"]]`
     static std::string describe(const std::vector<Match>& list);
 
@@ -112,7 +111,6 @@ private:
     void nodeAppeared(udev_device* dev);
     bool hasKey(const std::string& key) const;
 
-    std::vector<Match> deviceList_;
     std::map<int, Stream> streams_;
     std::function<void(int, bool)> watch_;
     udev* udev_ = nullptr;

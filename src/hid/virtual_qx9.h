@@ -39,7 +39,6 @@ public:
     void failSetAt(int k) { failSetAt_ = k; setsSinceArmed_ = 0; }  // the k-th set from now fails
     void vanish() { vanished_ = true; }  // every call fails from now on
     void reappear() { vanished_ = false; }
-    bool vanished() const { return vanished_; }
 
     // Memory (any command report still waiting for its acknowledgement is taken first).
     const VirtualQX9Memory& memory();

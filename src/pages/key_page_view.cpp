@@ -42,7 +42,7 @@ KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(pa
 
     customkey_keyboardctrl = new KeyboardView(this);
     customkey_keyboardctrl->setObjectName("customkey_keyboardctrl");
-    customkey_keyboardctrl->initKeyboard(1, ":/images/img_keyboard_layout", session_.keys.keys());
+    customkey_keyboardctrl->initKeyboard(":/images/img_keyboard_layout", session_.keys.keys());
 
     customkey_funcctrl = new CustomKeyFuncView(this);
     customkey_funcctrl->setObjectName("customkey_funcctrl");

@@ -223,13 +223,6 @@ void writeKeyRecord(std::uint8_t* slot, const ProfileKey& key,
 
 }  // namespace
 
-std::array<std::uint8_t, kKeyRecordSize> encodeKeyRecord(const ProfileKey& key,
-                                                         const std::vector<MacroInfo>& macros) {
-    std::array<std::uint8_t, kKeyRecordSize> record{};
-    writeKeyRecord(record.data(), key, macros);
-    return record;
-}
-
 KeyMappingBlock buildKeyMappingBlock(const KeyMappingInput& input) {
     KeyMappingBlock block{};
     for (const ProfileKey& key : input.keys) {
@@ -250,10 +243,6 @@ void SendKeyMacroData(DeviceComm* comm, std::int64_t fnlayer, const KeyMappingIn
     const KeyMappingBlock block = buildKeyMappingBlock(input);
     sendDataBlock(comm, block, kKeyMappingReports);
     frame.send(kEnd, kNoDataReports);
-}
-
-void setKeyMacroData(DeviceComm* comm, std::int64_t fnlayerId, const KeyMappingInput& input) {
-    SendKeyMacroData(comm, fnlayerId, input);
 }
 
 }  // namespace qx9::protocol

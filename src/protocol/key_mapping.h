@@ -44,10 +44,6 @@ std::uint8_t modifierConversion(std::int64_t code);
 // The consumer usage of an application code 500–517 (0 for any other code).
 std::uint16_t consumerUsage(std::int64_t code);
 
-// The 4-byte record of one assignment, as the key's slot carries it.
-std::array<std::uint8_t, kKeyRecordSize> encodeKeyRecord(const ProfileKey& key,
-                                                         const std::vector<MacroInfo>& macros);
-
 // The whole table: each record at 4 × the key's "key_index" in the code map in force (a later
 // record for the same key wins), trailer at 574–575.
 KeyMappingBlock buildKeyMappingBlock(const KeyMappingInput& input);
@@ -55,6 +51,5 @@ KeyMappingBlock buildKeyMappingBlock(const KeyMappingInput& input);
 // Open, header (0x11 for the base layer, 0x27 for any other), nine data reports, end; no
 // close. Both the main controller and the custom key dialog send this same transaction.
 void SendKeyMacroData(DeviceComm* comm, std::int64_t fnlayer, const KeyMappingInput& input);
-void setKeyMacroData(DeviceComm* comm, std::int64_t fnlayerId, const KeyMappingInput& input);
 
 }  // namespace qx9::protocol

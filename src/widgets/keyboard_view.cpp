@@ -38,8 +38,7 @@ KeyboardView::KeyboardView(QWidget* parent) : QWidget(parent) {
 
 KeyboardView::~KeyboardView() = default;
 
-void KeyboardView::initKeyboard(int type, const QString& kbImage,
-                                const std::vector<KeyData>& keyArray) {
+void KeyboardView::initKeyboard(const QString& kbImage, const std::vector<KeyData>& keyArray) {
     for (std::size_t i = 0; i < keyArray.size(); ++i) {
         if (keyArray[i].index != static_cast<std::int64_t>(i)) {
             fatalError("keyboard key " + std::to_string(i) + " carries index " +
@@ -48,7 +47,6 @@ void KeyboardView::initKeyboard(int type, const QString& kbImage,
     }
     kbKeyArrayHover_ = keyArray;
     kbKeyArraySelect_ = keyArray;
-    keyboardType_ = type;
     isEvent_ = true;
 
     std::vector<Rect> rects;

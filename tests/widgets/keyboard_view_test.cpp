@@ -71,7 +71,7 @@ private slots:
         window_->resize(760, 320);
         view_ = new KeyboardView(window_.get());
         view_->move(kViewOrigin);
-        view_->initKeyboard(1, QString(), buildKeyboardLayout());
+        view_->initKeyboard(QString(), buildKeyboardLayout());
         view_->resetKeyMacro();
         view_->resize(view_->sizeHint());
         window_->show();
@@ -324,7 +324,7 @@ private slots:
         blue.fill(Qt::blue);
         QVERIFY(blue.save(png));
         for (const QString& path : {svg, png, QString(":/images/none"), QString()}) {
-            view_->initKeyboard(1, path, buildKeyboardLayout());
+            view_->initKeyboard(path, buildKeyboardLayout());
             const QColor gap = view_->grab().toImage().pixelColor(gapAfter(0));
             QCOMPARE(view_->hasPicture(), path == svg || path == png);
             QVERIFY2(path == svg   ? gap == QColor(Qt::green)
