@@ -24,30 +24,18 @@ int le16(const std::vector<std::uint8_t>& block, std::size_t offset) {
 }
 
 VirtualMacroEvent decodeEntry(const std::array<std::uint8_t, 4>& e) {
+    using Kind = VirtualMacroEventKind;
     VirtualMacroEvent ev;
     ev.raw = e;
     const std::uint8_t value = e[kMacroEntryValueByte];
     switch (e[kMacroEntryKindByte]) {
-        case kEntryDelay:
-            ev.kind = VirtualMacroEventKind::Delay, ev.value = e[0] | (e[1] << 8);
-            break;
-        case kEntryKeyDown:
-            ev.kind = VirtualMacroEventKind::KeyDown, ev.value = value;
-            break;
-        case kEntryKeyUp:
-            ev.kind = VirtualMacroEventKind::KeyUp, ev.value = value;
-            break;
-        case kEntryMouseDown:
-            ev.kind = VirtualMacroEventKind::MouseDown, ev.value = value;
-            break;
-        case kEntryMouseUp:
-            ev.kind = VirtualMacroEventKind::MouseUp, ev.value = value;
-            break;
-        case 0x00:
-            ev.kind = (e[0] | e[1] | e[2]) ? VirtualMacroEventKind::Unknown
-                                           : VirtualMacroEventKind::Empty;
-            break;
-        default: ev.kind = VirtualMacroEventKind::Unknown; break;
+        case kEntryDelay: ev.kind = Kind::Delay, ev.value = e[0] | (e[1] << 8); break;
+        case kEntryKeyDown: ev.kind = Kind::KeyDown, ev.value = value; break;
+        case kEntryKeyUp: ev.kind = Kind::KeyUp, ev.value = value; break;
+        case kEntryMouseDown: ev.kind = Kind::MouseDown, ev.value = value; break;
+        case kEntryMouseUp: ev.kind = Kind::MouseUp, ev.value = value; break;
+        case 0x00: ev.kind = (e[0] | e[1] | e[2]) ? Kind::Unknown : Kind::Empty; break;
+        default: ev.kind = Kind::Unknown; break;
     }
     return ev;
 }
