@@ -68,7 +68,7 @@ private:
     std::uint64_t getCount_ = 0;
 
     std::optional<Report> pendingCommand_;
-    Report lastCommand_ = Report(64, 0);
+    Report lastCommand_ = Report(static_cast<std::size_t>(kQX9FeatureSize), 0);
     std::uint8_t blockCode_ = 0;
     int expectedReports_ = 0;
     Report blockData_;

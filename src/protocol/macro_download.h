@@ -73,9 +73,9 @@ std::optional<MacroBlock> tryBuildMacroBlock(const std::vector<MacroWithEvents>&
 // The same for callers that have checked the size: a layout that does not fit stops.
 MacroBlock buildMacroBlock(const std::vector<MacroWithEvents>& macros);
 
-// The macro download: silently nothing when over capacity (or when the block would overflow); otherwise open 0x19, header 0x15
-// with the report count, the block, end; no close. `input` is null when there is no store,
-// which is a programming error.
+// The macro download: silently nothing when over capacity (or when the block would overflow);
+// otherwise open 0x19, header 0x15 with the report count, the block, end; no close. `input` is
+// null when there is no store, which is a programming error.
 void SaveMacroToKeyboard(DeviceComm* comm, const MacroDownloadInput* input);
 
 }  // namespace qx9::protocol
