@@ -57,7 +57,9 @@ bool HidrawDevice::open() {
 bool HidrawDevice::setFeatureReport(std::uint8_t reportId, const std::uint8_t* data,
                                     std::size_t length) {
     if (!fd_ && !open()) return false;
-    if (reportId != kQX9ReportId || !data || length == 0 || length > kReportLength) return fail("set", EINVAL);
+    if (reportId != kQX9ReportId || !data || length == 0 || length > kReportLength) {
+        return fail("set", EINVAL);
+    }
     std::uint8_t buf[kReportLength + 1] = {};
     std::size_t n = 0;
     if (data[0] != 0) {
