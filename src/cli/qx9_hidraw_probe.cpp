@@ -1,4 +1,4 @@
-// Run by udev for hidraw nodes of vendor 05ac, product 024f:
+// Run by udev for the hidraw nodes of the keyboard's vendor and product (the rule in data/udev):
 //   qx9-hidraw-probe /sys/devices/.../hidraw/hidrawN
 // Exits 0 only when the node is the QX9's configuration interface (feature report 4 of 64 bytes),
 // so that the seat user gets access to that node and never to one that carries keystrokes.

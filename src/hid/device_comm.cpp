@@ -13,7 +13,6 @@ namespace qx9 {
 DeviceComm::DeviceComm(HidDeviceRef device, Pacer* pacer, std::shared_ptr<WireSink> wire)
     : device_(std::move(device)), wire_(std::move(wire)), pacer_(pacer ? pacer : &sleepPacer()) {
     if (!device_) fatalError("DeviceComm needs a device");
-    productId_ = device_->productId();
     if (!device_->isOpen()) device_->open();
 }
 
@@ -26,11 +25,6 @@ void DeviceComm::setDevice(HidDeviceRef hidDevice) {
     if (hidDevice && !hidDevice->isOpen()) hidDevice->open();
     std::lock_guard lock(mutex_);
     device_ = std::move(hidDevice);
-}
-
-void DeviceComm::setWireSink(std::shared_ptr<WireSink> wire) {
-    std::lock_guard lock(mutex_);
-    wire_ = std::move(wire);
 }
 
 std::shared_ptr<WireSink> DeviceComm::wireSink() const {
@@ -109,13 +103,6 @@ bool DeviceComm::sendDeviceDataNoGet(std::span<const std::uint8_t> data) {
     if (data.size() < kReportLength) fatalError("a report needs 64 bytes");
     pause(kReportPause);
     return platformSet(device(), data.data(), kReportLength);
-}
-
-bool DeviceComm::getDeviceData(std::span<std::uint8_t> data, std::size_t size) {
-    if (deviceStatus() == 0) return false;
-    if (data.size() < size) fatalError("a read larger than its buffer");
-    pause(kReportPause);
-    return platformGet(device(), data.data(), size);
 }
 
 }  // namespace qx9

@@ -8,6 +8,7 @@
 #include <span>
 
 #include "hid/hid_backend.h"
+#include "hid/hid_device.h"
 #include "hid/pacer.h"
 #include "hid/wire_log.h"
 
@@ -20,8 +21,8 @@ namespace qx9 {
 // thread, while writes run on the main thread; each write takes one snapshot of the device.
 class DeviceComm {
 public:
-    static constexpr std::uint8_t kReportId = 4;
-    static constexpr std::size_t kReportLength = 64;
+    static constexpr std::uint8_t kReportId = kQX9ReportId;
+    static constexpr std::size_t kReportLength = kQX9FeatureSize;
     static constexpr std::size_t kAckByte = 3;
     static constexpr std::uint8_t kBusy = 0xFF;
 
@@ -34,7 +35,6 @@ public:
     void setDevice(HidDeviceRef hidDevice);  // opens the new device
     std::int64_t deviceStatus() const { return deviceStatus_.load(); }
     void setDeviceStatus(std::int64_t devStatus) { deviceStatus_.store(devStatus); }
-    std::int64_t productId() const { return productId_; }
 
     // One command report with acknowledgement: pause, set, pause, get; when the keyboard
     // answers busy (0xFF at byte 3) the report is set once more with the length the read
@@ -50,17 +50,11 @@ public:
     // Pause and one set without acknowledgement; false when absent or refused.
     bool sendDeviceDataNoGet(std::span<const std::uint8_t> data);
 
-    // Pause and one get of `size` bytes into `data`; false when absent or refused.
-    bool getDeviceData(std::span<std::uint8_t> data, std::size_t size);
-
     // The platform call itself, without pause or status check: used by the one-report payloads
     // that the write transaction sends raw.
     bool setFeatureReport(std::span<const std::uint8_t> data);
 
     void pause(std::chrono::microseconds duration) { pacer_->pause(duration); }
-    Pacer& pacer() { return *pacer_; }
-
-    void setWireSink(std::shared_ptr<WireSink> wire);
 
 private:
     bool platformSet(const HidDeviceRef& dev, const std::uint8_t* data, std::size_t length);
@@ -71,7 +65,6 @@ private:
     HidDeviceRef device_;
     std::shared_ptr<WireSink> wire_;
     std::atomic<std::int64_t> deviceStatus_{1};
-    std::int64_t productId_ = 0;
     Pacer* pacer_;
 };
 

@@ -27,10 +27,6 @@ public:
     EvdevKeyReader(const EvdevKeyReader&) = delete;
     EvdevKeyReader& operator=(const EvdevKeyReader&) = delete;
 
-    int fd() const { return fd_.get(); }
-    // True when the node is read through libevdev.
-    bool isEventNode() const { return dev_ != nullptr; }
-
     // Reads every event pending now. False when the source has gone (device unplugged, end of
     // the stream, a read error): nothing more will come and the caller should drop the reader.
     bool readAvailable();

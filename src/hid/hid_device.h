@@ -19,9 +19,12 @@ struct HIDDevice {
     std::string name;
 };
 
-// The keyboard's configuration interface, by design not taken from the monitor's match list.
+// The keyboard's configuration interface, by design not taken from the monitor's match list:
+// its USB vendor and product, and the one feature report it declares (report ID 4, 64 bytes
+// with the ID byte).
 inline constexpr std::int64_t kQX9VendorId = 0x05AC;
 inline constexpr std::int64_t kQX9ProductId = 0x024F;
+inline constexpr std::uint8_t kQX9ReportId = 4;
 inline constexpr std::int64_t kQX9FeatureSize = 64;
 
 inline bool isQX9ConfigurationInterface(const HIDDevice& d) {
@@ -32,9 +35,6 @@ inline bool isQX9ConfigurationInterface(const HIDDevice& d) {
 // The notification names, and the key of the device record in the payload dictionary.
 inline constexpr const char* kHIDDeviceConnected = "HIDDeviceConnected";
 inline constexpr const char* kHIDDeviceDisconnected = "HIDDeviceDisconnected";
-inline constexpr const char* kHIDDeviceDataReceived = "HIDDeviceDataReceived";    // never posted
-inline constexpr const char* kHIDWirelessConnected = "HIDWirelessConnected";      // never posted
-inline constexpr const char* kHIDWirelessDisconnected = "HIDWirelessDisconnected";  // never posted
 inline constexpr const char* kDeviceKey = "device";
 
 // The payload of the two device notifications: {"device": record}.

@@ -10,19 +10,11 @@
 #include "common/fatal.h"
 #include "common/notification_center.h"
 #include "hid/udev_hid.h"
+#include "hid/udev_ptr.h"
 
 namespace qx9 {
 
 namespace {
-
-struct UdevDeleter {
-    void operator()(udev* u) const { udev_unref(u); }
-    void operator()(udev_monitor* m) const { udev_monitor_unref(m); }
-    void operator()(udev_enumerate* e) const { udev_enumerate_unref(e); }
-    void operator()(udev_device* d) const { udev_device_unref(d); }
-};
-template <typename T>
-using UdevPtr = std::unique_ptr<T, UdevDeleter>;
 
 void postDevice(const char* name, const HIDDevice& device) {
     NotificationCenter::defaultCenter().post(name, HIDDeviceDictionary{{kDeviceKey, device}});
@@ -92,16 +84,7 @@ void HIDDeviceMonitor::start() {
                         udev_monitor_enable_receiving(monitor.get()) < 0)) {
             monitor.reset();
         }
-        UdevPtr<udev_enumerate> e(udev_enumerate_new(u.get()));
-        if (e) {
-            udev_enumerate_add_match_subsystem(e.get(), "hidraw");
-            udev_enumerate_scan_devices(e.get());
-            udev_list_entry* entry;
-            udev_list_entry_foreach(entry, udev_enumerate_get_list_entry(e.get())) {
-                UdevPtr<udev_device> dev(udev_device_new_from_syspath(u.get(), udev_list_entry_get_name(entry)));
-                if (dev) arrived(dev.get());
-            }
-        }
+        forEachUdevDevice(u.get(), "hidraw", nullptr, [this](udev_device* dev) { arrived(dev); });
     }
     // Without udev the monitor reports nothing and just waits to be stopped.
     pollfd fds[2] = {{wake_.get(), POLLIN, 0}, {monitor ? udev_monitor_get_fd(monitor.get()) : -1, POLLIN, 0}};

@@ -10,11 +10,13 @@
 #include <cstring>
 #include <thread>
 
+#include "hid/hid_device.h"
+
 namespace qx9 {
 
 namespace {
 
-constexpr std::size_t kReportLength = 64;
+constexpr auto kReportLength = static_cast<std::size_t>(kQX9FeatureSize);
 constexpr int kOpenAttempts = 3;
 constexpr auto kOpenRetryDelay = std::chrono::milliseconds(100);
 
@@ -55,7 +57,9 @@ bool HidrawDevice::open() {
 bool HidrawDevice::setFeatureReport(std::uint8_t reportId, const std::uint8_t* data,
                                     std::size_t length) {
     if (!fd_ && !open()) return false;
-    if (reportId != 4 || !data || length == 0 || length > kReportLength) return fail("set", EINVAL);
+    if (reportId != kQX9ReportId || !data || length == 0 || length > kReportLength) {
+        return fail("set", EINVAL);
+    }
     std::uint8_t buf[kReportLength + 1] = {};
     std::size_t n = 0;
     if (data[0] != 0) {

@@ -1,7 +1,6 @@
 #include "hid/keylogger.h"
 
 #include <fcntl.h>
-#include <libudev.h>
 
 #include <cstring>
 #include <sstream>
@@ -9,17 +8,11 @@
 #include "common/console.h"
 #include "hid/capture_state.h"
 #include "hid/key_usage_table.h"
+#include "hid/udev_ptr.h"
 
 namespace qx9 {
 
 namespace {
-
-struct UdevDeleter {
-    void operator()(udev_enumerate* e) const { udev_enumerate_unref(e); }
-    void operator()(udev_device* d) const { udev_device_unref(d); }
-};
-template <typename T>
-using UdevPtr = std::unique_ptr<T, UdevDeleter>;
 
 const std::vector<Keylogger::Match>& keyboardMatches() {
     static const std::vector<Keylogger::Match> list = {{"ID_INPUT_KEYBOARD", "1"}, {"ID_INPUT_KEY", "1"}};
@@ -44,16 +37,9 @@ UniqueFd openForReading(const char* devnode) {
 
 template <typename Each>
 void forEachKeyboardNode(udev* u, Each each) {
-    UdevPtr<udev_enumerate> e(udev_enumerate_new(u));
-    if (!e) return;
-    udev_enumerate_add_match_subsystem(e.get(), "input");
-    udev_enumerate_add_match_sysname(e.get(), "event*");
-    udev_enumerate_scan_devices(e.get());
-    udev_list_entry* entry;
-    udev_list_entry_foreach(entry, udev_enumerate_get_list_entry(e.get())) {
-        UdevPtr<udev_device> dev(udev_device_new_from_syspath(u, udev_list_entry_get_name(entry)));
-        if (dev && isKeyboardEventNode(dev.get())) each(dev.get());
-    }
+    forEachUdevDevice(u, "input", "event*", [&](udev_device* dev) {
+        if (isKeyboardEventNode(dev)) each(dev);
+    });
 }
 
 }  // namespace
@@ -73,12 +59,11 @@ bool captureFromApplicationKeyEvent(CaptureState& state, std::uint32_t nativeSca
 
 std::vector<KeyboardEventNode> keyboardEventNodes() {
     std::vector<KeyboardEventNode> out;
-    udev* u = udev_new();
+    UdevPtr<udev> u(udev_new());
     if (!u) return out;
-    forEachKeyboardNode(u, [&](udev_device* dev) {
+    forEachKeyboardNode(u.get(), [&](udev_device* dev) {
         out.push_back({udev_device_get_syspath(dev), udev_device_get_devnode(dev)});
     });
-    udev_unref(u);
     return out;
 }
 
@@ -100,8 +85,7 @@ std::string Keylogger::describe(const std::vector<Match>& list) {
 }
 
 Keylogger::Keylogger(CaptureState& state, Discovery discovery) : state_(state) {
-    deviceList_ = keyboardMatches();
-    console() << "dll " << describe(deviceList_) << '\n';
+    console() << "dll " << describe(keyboardMatches()) << '\n';
     if (discovery == Discovery::Udev && (udev_ = udev_new())) {
         // Listen first, then enumerate, so that nothing plugged in between is missed.
         monitor_ = udev_monitor_new_from_netlink(udev_, "udev");

@@ -66,7 +66,6 @@ public:
     Keylogger(const Keylogger&) = delete;
     Keylogger& operator=(const Keylogger&) = delete;
 
-    const std::vector<Match>& deviceList() const { return deviceList_; }
     // `[["ID_INPUT_KEYBOARD": "1"], ["ID_INPUT_KEY": "1"]]`
     static std::string describe(const std::vector<Match>& list);
 
@@ -113,7 +112,6 @@ private:
     bool hasKey(const std::string& key) const;
 
     CaptureState& state_;
-    std::vector<Match> deviceList_;
     std::map<int, Stream> streams_;
     std::function<void(int, bool)> watch_;
     udev* udev_ = nullptr;

@@ -6,7 +6,7 @@
 namespace qx9 {
 
 // Reports on the console whether keystrokes can be captured, every 3 seconds until they can.
-// The owner runs the timer: start(), then tick() on every timeout while running() holds.
+// The owner runs the timer: start(), then tick() on every timeout until it returns false.
 class PrivilegeMonitor {
 public:
     static constexpr std::chrono::milliseconds kInterval{3000};
@@ -17,10 +17,9 @@ public:
 
     // Prints "startPrivilegeMonitor" and starts the ticks.
     void start();
-    bool running() const { return running_; }
 
     // Prints "ACCESS_ENABLED" with "true" or "false"; once trusted, prints that keyboard events
-    // are now watched and stops. Does nothing when not running. Returns running().
+    // are now watched and stops. Does nothing when not running. Returns whether it still runs.
     bool tick();
 
 private:

@@ -1,7 +1,6 @@
 #include "hid/udev_hid.h"
 
 #include <fcntl.h>
-#include <libudev.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -10,18 +9,11 @@
 #include "common/unique_fd.h"
 #include "hid/hidraw_device.h"
 #include "hid/report_descriptor.h"
+#include "hid/udev_ptr.h"
 
 namespace qx9 {
 
 namespace {
-
-struct UdevDeleter {
-    void operator()(udev* u) const { udev_unref(u); }
-    void operator()(udev_enumerate* e) const { udev_enumerate_unref(e); }
-    void operator()(udev_device* d) const { udev_device_unref(d); }
-};
-template <typename T>
-using UdevPtr = std::unique_ptr<T, UdevDeleter>;
 
 std::string text(const char* s) { return s ? std::string(s) : std::string(); }
 
@@ -124,25 +116,19 @@ std::vector<AttachedInterface> enumerateHidInterfaces(bool tryOpen) {
     std::vector<AttachedInterface> out;
     UdevPtr<udev> u(udev_new());
     if (!u) return out;
-    UdevPtr<udev_enumerate> e(udev_enumerate_new(u.get()));
-    if (!e) return out;
-    udev_enumerate_add_match_subsystem(e.get(), "hidraw");
-    udev_enumerate_scan_devices(e.get());
-    udev_list_entry* entry;
-    udev_list_entry_foreach(entry, udev_enumerate_get_list_entry(e.get())) {
-        UdevPtr<udev_device> dev(udev_device_new_from_syspath(u.get(), udev_list_entry_get_name(entry)));
-        auto rec = hidDeviceFromUdev(dev.get());
-        if (!rec) continue;
+    forEachUdevDevice(u.get(), "hidraw", nullptr, [&](udev_device* dev) {
+        auto rec = hidDeviceFromUdev(dev);
+        if (!rec) return;
         AttachedInterface a;
-        a.syspath = text(udev_device_get_syspath(dev.get()));
-        a.devnode = text(udev_device_get_devnode(dev.get()));
+        a.syspath = text(udev_device_get_syspath(dev));
+        a.devnode = text(udev_device_get_devnode(dev));
         if (tryOpen) {
             UniqueFd fd(::open(a.devnode.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK));
             a.openErrno = fd ? 0 : errno;
         }
         a.record = std::move(*rec);
         out.push_back(std::move(a));
-    }
+    });
     return out;
 }
 

@@ -5,11 +5,16 @@
 #include <fstream>
 #include <sstream>
 
+#include "hid/device_comm.h"
+#include "protocol/command_frame.h"
+
 namespace qx9 {
+
+using namespace protocol;
 
 namespace {
 
-constexpr std::size_t kReportLength = 64;
+constexpr std::size_t kReportLength = DeviceComm::kReportLength;
 
 std::string nextIdentity() {
     static std::atomic<int> counter{0};
@@ -18,8 +23,28 @@ std::string nextIdentity() {
 
 bool isHeader(std::uint8_t code) {
     switch (code) {
-        case 0x11: case 0x27: case 0x13: case 0x15: case 0x17: case 0x23: return true;
-        default: return false;
+        case kKeyMappingHeader:
+        case kFnKeyMappingHeader:
+        case kLightModeHeader:
+        case kMacroHeader:
+        case kSystemFunctionHeader:
+        case kKeyColourHeader:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// Open, end and close: the command reports outside a header.
+bool isFrameCode(std::uint8_t code) {
+    switch (code) {
+        case kOpen:
+        case kOpenMacro:
+        case kEnd:
+        case kClose:
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -39,9 +64,10 @@ bool VirtualQX9::open() {
 
 bool VirtualQX9::looksLikeFrameCommand(const Report& r) {
     // Open, end and close reports: 04 code [param] and zeros. A data report never looks so.
-    if (r.size() < kReportLength || r[0] != 0x04) return false;
-    if (r[1] != 0x18 && r[1] != 0x19 && r[1] != 0x02 && r[1] != 0xF0) return false;
-    return std::all_of(r.begin() + 3, r.begin() + kReportLength, [](std::uint8_t b) { return b == 0; });
+    if (r.size() < kReportLength || r[kFrameReportIdByte] != DeviceComm::kReportId) return false;
+    if (!isFrameCode(r[kFrameCodeByte])) return false;
+    return std::all_of(r.begin() + kFrameParameterByte + 1, r.begin() + kReportLength,
+                       [](std::uint8_t b) { return b == 0; });
 }
 
 bool VirtualQX9::setFeatureReport(std::uint8_t reportId, const std::uint8_t* data, std::size_t length) {
@@ -55,7 +81,7 @@ bool VirtualQX9::setFeatureReport(std::uint8_t reportId, const std::uint8_t* dat
         lastError_ = vanished_ ? "No such device" : "device not open";
         return false;
     }
-    if (reportId != 4 || !data || length == 0 || length > kReportLength) {
+    if (reportId != DeviceComm::kReportId || !data || length == 0 || length > kReportLength) {
         lastError_ = "Invalid argument";
         return false;
     }
@@ -73,7 +99,7 @@ bool VirtualQX9::setFeatureReport(std::uint8_t reportId, const std::uint8_t* dat
         expectedReports_ = 0;
         blockData_.clear();
     }
-    if (report[0] != 0x04) {
+    if (report[kFrameReportIdByte] != DeviceComm::kReportId) {
         ++memory_.strayReports;
         return true;
     }
@@ -87,7 +113,7 @@ bool VirtualQX9::getFeatureReport(std::uint8_t reportId, std::uint8_t* data, std
         lastError_ = vanished_ ? "No such device" : "device not open";
         return false;
     }
-    if (reportId != 4 || !data || length < kReportLength) {
+    if (reportId != DeviceComm::kReportId || !data || length < kReportLength) {
         lastError_ = "Invalid argument";
         return false;
     }
@@ -96,11 +122,11 @@ bool VirtualQX9::getFeatureReport(std::uint8_t reportId, std::uint8_t* data, std
         --busyReads_;
         reply = pendingCommand_ ? *pendingCommand_ : lastCommand_;
         pendingCommand_.reset();  // not taken: the host must send it again
-        reply[3] = 0xFF;
+        reply[DeviceComm::kAckByte] = DeviceComm::kBusy;
     } else {
         takePendingCommand();
         reply = lastCommand_;
-        reply[3] = 0x00;
+        reply[DeviceComm::kAckByte] = 0;  // ready
     }
     std::copy(reply.begin(), reply.end(), data);
     length = kReportLength;
@@ -116,17 +142,14 @@ void VirtualQX9::takePendingCommand() {
 
 void VirtualQX9::takeCommand(const Report& report) {
     lastCommand_ = report;
-    const std::uint8_t code = report[1];
+    const std::uint8_t code = report[kFrameCodeByte];
     if (isHeader(code)) {
         blockCode_ = code;
-        expectedReports_ = report[8];
+        expectedReports_ = report[kFrameDataReportsByte];
         blockData_.clear();
         return;
     }
-    switch (code) {
-        case 0x18: case 0x19: case 0x02: case 0xF0: break;
-        default: ++memory_.strayReports; break;
-    }
+    if (!isFrameCode(code)) ++memory_.strayReports;
 }
 
 void VirtualQX9::takeData(const Report& report) {
@@ -137,21 +160,38 @@ void VirtualQX9::takeData(const Report& report) {
 void VirtualQX9::applyBlock() {
     Report block = std::move(blockData_);
     blockData_.clear();
-    const auto nineReports = [&]() -> std::optional<Report> {
+    std::optional<Report>* nineReportBlock = nullptr;
+    switch (blockCode_) {
+        case kKeyMappingHeader:
+            nineReportBlock = &memory_.keyTables[0];
+            break;
+        case kFnKeyMappingHeader:
+            nineReportBlock = &memory_.keyTables[1];
+            break;
+        case kKeyColourHeader:
+            nineReportBlock = &memory_.keyColours;
+            break;
+        case kMacroHeader:
+            memory_.macroBlock = block;
+            break;
+        case kLightModeHeader:
+            block.resize(kReportLength);
+            memory_.lightMode = block;
+            break;
+        case kSystemFunctionHeader:
+            block.resize(kReportLength);
+            memory_.systemFunctions = block;
+            break;
+        default:
+            ++memory_.strayReports;
+            return;
+    }
+    if (nineReportBlock) {
         if (block.size() != VirtualQX9Memory::kKeyTableBytes) {
             ++memory_.strayReports;
-            return std::nullopt;
+            return;
         }
-        return block;
-    };
-    switch (blockCode_) {
-        case 0x11: if (auto b = nineReports()) memory_.keyTables[0] = b; else return; break;
-        case 0x27: if (auto b = nineReports()) memory_.keyTables[1] = b; else return; break;
-        case 0x23: if (auto b = nineReports()) memory_.keyColours = b; else return; break;
-        case 0x15: memory_.macroBlock = block; break;
-        case 0x13: block.resize(kReportLength); memory_.lightMode = block; break;
-        case 0x17: block.resize(kReportLength); memory_.systemFunctions = block; break;
-        default: ++memory_.strayReports; return;
+        *nineReportBlock = std::move(block);
     }
     ++memory_.transactions;
 }

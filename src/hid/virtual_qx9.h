@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hid/hid_backend.h"
+#include "hid/hid_device.h"
 #include "hid/virtual_qx9_memory.h"
 
 namespace qx9 {
@@ -21,14 +22,11 @@ namespace qx9 {
 // is taken when the next read acknowledges it; a busy answer drops it, as the keyboard does.
 class VirtualQX9 final : public HidBackend {
 public:
-    static constexpr std::int64_t kVendorId = 0x05AC;
-    static constexpr std::int64_t kProductId = 0x024F;
-
     explicit VirtualQX9(std::string identity = {});
 
     // HidBackend
     std::string identity() const override { return identity_; }
-    std::int64_t productId() const override { return kProductId; }
+    std::int64_t productId() const override { return kQX9ProductId; }
     bool open() override;
     void close() override { open_ = false; }
     bool isOpen() const override { return open_; }
@@ -41,7 +39,6 @@ public:
     void failSetAt(int k) { failSetAt_ = k; setsSinceArmed_ = 0; }  // the k-th set from now fails
     void vanish() { vanished_ = true; }  // every call fails from now on
     void reappear() { vanished_ = false; }
-    bool vanished() const { return vanished_; }
 
     // Memory (any command report still waiting for its acknowledgement is taken first).
     const VirtualQX9Memory& memory();
@@ -71,7 +68,7 @@ private:
     std::uint64_t getCount_ = 0;
 
     std::optional<Report> pendingCommand_;
-    Report lastCommand_ = Report(64, 0);
+    Report lastCommand_ = Report(static_cast<std::size_t>(kQX9FeatureSize), 0);
     std::uint8_t blockCode_ = 0;
     int expectedReports_ = 0;
     Report blockData_;

@@ -2,7 +2,13 @@
 
 #include <cstdio>
 
+#include "protocol/light_mode.h"
+#include "protocol/macro_download.h"
+#include "protocol/system_function.h"
+
 namespace qx9 {
+
+using namespace protocol;
 
 namespace {
 
@@ -18,19 +24,18 @@ int le16(const std::vector<std::uint8_t>& block, std::size_t offset) {
 }
 
 VirtualMacroEvent decodeEntry(const std::array<std::uint8_t, 4>& e) {
+    using Kind = VirtualMacroEventKind;
     VirtualMacroEvent ev;
     ev.raw = e;
-    switch (e[3]) {
-        case 0x50: ev.kind = VirtualMacroEventKind::Delay, ev.value = e[0] | (e[1] << 8); break;
-        case 0xB0: ev.kind = VirtualMacroEventKind::KeyDown, ev.value = e[2]; break;
-        case 0x30: ev.kind = VirtualMacroEventKind::KeyUp, ev.value = e[2]; break;
-        case 0x90: ev.kind = VirtualMacroEventKind::MouseDown, ev.value = e[2]; break;
-        case 0x10: ev.kind = VirtualMacroEventKind::MouseUp, ev.value = e[2]; break;
-        case 0x00:
-            ev.kind = (e[0] | e[1] | e[2]) ? VirtualMacroEventKind::Unknown
-                                           : VirtualMacroEventKind::Empty;
-            break;
-        default: ev.kind = VirtualMacroEventKind::Unknown; break;
+    const std::uint8_t value = e[kMacroEntryValueByte];
+    switch (e[kMacroEntryKindByte]) {
+        case kEntryDelay: ev.kind = Kind::Delay, ev.value = e[0] | (e[1] << 8); break;
+        case kEntryKeyDown: ev.kind = Kind::KeyDown, ev.value = value; break;
+        case kEntryKeyUp: ev.kind = Kind::KeyUp, ev.value = value; break;
+        case kEntryMouseDown: ev.kind = Kind::MouseDown, ev.value = value; break;
+        case kEntryMouseUp: ev.kind = Kind::MouseUp, ev.value = value; break;
+        case 0x00: ev.kind = (e[0] | e[1] | e[2]) ? Kind::Unknown : Kind::Empty; break;
+        default: ev.kind = Kind::Unknown; break;
     }
     return ev;
 }
@@ -41,7 +46,7 @@ std::array<std::uint8_t, 4> keyRecord(const VirtualQX9Memory& memory, int layer,
     if (layer < 0 || layer > 1 || slot < 0) return {};
     const auto& table = memory.keyTables[static_cast<std::size_t>(layer)];
     if (!table) return {};
-    return quad(*table, static_cast<std::size_t>(slot) * 4);
+    return quad(*table, static_cast<std::size_t>(slot) * kKeyRecordSize);
 }
 
 std::vector<VirtualKeyRecord> keyRecords(const VirtualQX9Memory& memory, int layer) {
@@ -58,13 +63,14 @@ std::vector<VirtualMacro> decodeMacros(const VirtualQX9Memory& memory) {
     std::vector<VirtualMacro> out;
     if (!memory.macroBlock) return out;
     const auto& block = *memory.macroBlock;
-    // The directory occupies the first 400 bytes, one slot per macro.
-    for (std::size_t k = 0; k < 100 && k * 4 + 3 < block.size(); ++k) {
-        const auto slot = quad(block, k * 4);
+    // The directory comes first, one slot per macro.
+    for (std::size_t k = 0; k < kMacroSlots && (k + 1) * kMacroSlotSize <= block.size(); ++k) {
+        const auto slot = quad(block, k * kMacroSlotSize);
         if ((slot[0] | slot[1] | slot[2] | slot[3]) == 0) break;
         VirtualMacro m;
         m.position = static_cast<int>(k);
-        if (slot == std::array<std::uint8_t, 4>{0xFF, 0xFF, 0xFF, 0xFF}) {
+        if (slot == std::array<std::uint8_t, 4>{kEmptyMacroSlotByte, kEmptyMacroSlotByte,
+                                                kEmptyMacroSlotByte, kEmptyMacroSlotByte}) {
             m.empty = true;
             out.push_back(std::move(m));
             continue;
@@ -72,8 +78,9 @@ std::vector<VirtualMacro> decodeMacros(const VirtualQX9Memory& memory) {
         m.offset = slot[0] | (slot[1] << 8);
         const int count = le16(block, static_cast<std::size_t>(m.offset));
         for (int e = 0; e < count; ++e) {
-            const std::size_t at = static_cast<std::size_t>(m.offset) + 8 + 4 * static_cast<std::size_t>(e);
-            if (at + 4 > block.size()) break;  // a body that runs past the block is cut off
+            const std::size_t at = static_cast<std::size_t>(m.offset) + kMacroBodyHeaderSize +
+                                   kMacroEntrySize * static_cast<std::size_t>(e);
+            if (at + kMacroEntrySize > block.size()) break;  // a body past the block is cut off
             m.events.push_back(decodeEntry(quad(block, at)));
         }
         out.push_back(std::move(m));
@@ -102,27 +109,29 @@ std::optional<VirtualLightMode> decodeLightMode(const VirtualQX9Memory& memory) 
     if (!memory.lightMode) return std::nullopt;
     const auto& r = *memory.lightMode;
     VirtualLightMode m;
-    m.mode = r[0];
-    m.red = r[1];
-    m.green = r[2];
-    m.blue = r[3];
-    m.random = r[8];
-    m.brightness = r[9];
-    m.speed = r[10];
-    m.direction = r[11];
+    m.mode = r[kLightModeByte];
+    m.red = r[kLightRedByte];
+    m.green = r[kLightGreenByte];
+    m.blue = r[kLightBlueByte];
+    m.random = r[kLightRandomByte];
+    m.brightness = r[kLightBrightnessByte];
+    m.speed = r[kLightSpeedByte];
+    m.direction = r[kLightDirectionByte];
     return m;
 }
 
 std::optional<std::uint32_t> keyColour(const VirtualQX9Memory& memory, int lightIndex) {
     if (!memory.keyColours || lightIndex < 0) return std::nullopt;
-    const auto slot = quad(*memory.keyColours, static_cast<std::size_t>(lightIndex) * 4);
+    const auto slot =
+        quad(*memory.keyColours, static_cast<std::size_t>(lightIndex) * kKeyColourSlotSize);
     return static_cast<std::uint32_t>((slot[1] << 16) | (slot[2] << 8) | slot[3]);
 }
 
 std::optional<VirtualSystemFunctions> decodeSystemFunctions(const VirtualQX9Memory& memory) {
     if (!memory.systemFunctions) return std::nullopt;
     const auto& r = *memory.systemFunctions;
-    return VirtualSystemFunctions{r[1], r[2], r[3], r[4], r[5], r[6]};
+    return VirtualSystemFunctions{r[kGameModeByte], r[kBlockAltTabByte], r[kBlockAltF4Byte],
+                                  r[kLockWinByte],  r[kFnFunctionByte],  r[kSleepTimeByte]};
 }
 
 }  // namespace qx9

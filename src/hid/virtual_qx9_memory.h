@@ -6,14 +6,17 @@
 #include <string>
 #include <vector>
 
+#include "protocol/key_mapping.h"
+#include "protocol/user_light.h"
+
 namespace qx9 {
 
 // What a QX9 holds after the reports it was sent, as the keyboard keeps it: the data blocks as
 // received, with decoded views for tests and tools.
 struct VirtualQX9Memory {
-    static constexpr std::size_t kKeyTableBytes = 576;   // nine reports
-    static constexpr std::size_t kColourBytes = 576;     // nine reports
-    static constexpr std::size_t kSlots = kKeyTableBytes / 4;
+    static constexpr std::size_t kKeyTableBytes = protocol::kKeyMappingSentSize;
+    static constexpr std::size_t kColourBytes = protocol::kKeyColourSentSize;
+    static constexpr std::size_t kSlots = kKeyTableBytes / protocol::kKeyRecordSize;
 
     // Key tables of the base layer (0) and the Fn layer (1); absent until one was received.
     std::array<std::optional<std::vector<std::uint8_t>>, 2> keyTables;

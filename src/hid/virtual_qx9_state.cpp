@@ -2,7 +2,9 @@
 #include <nlohmann/json.hpp>
 
 #include "common/bytes.h"
+#include "hid/device_comm.h"
 #include "hid/virtual_qx9_memory.h"
+#include "protocol/command_frame.h"
 
 namespace qx9 {
 
@@ -37,7 +39,8 @@ json decodedMacros(const VirtualQX9Memory& memory) {
 json decodedColours(const VirtualQX9Memory& memory) {
     json out = json::object();
     if (!memory.keyColours) return out;
-    for (int li = 0; li < static_cast<int>(VirtualQX9Memory::kColourBytes / 4); ++li) {
+    constexpr auto kLights = VirtualQX9Memory::kColourBytes / protocol::kKeyColourSlotSize;
+    for (int li = 0; li < static_cast<int>(kLights); ++li) {
         const auto rgb = keyColour(memory, li);
         if (rgb && *rgb) {
             char buf[16];
@@ -48,7 +51,7 @@ json decodedColours(const VirtualQX9Memory& memory) {
     return out;
 }
 
-bool readBlock(const json& doc, const char* key, std::size_t size, bool multipleOf64,
+bool readBlock(const json& doc, const char* key, std::size_t size, bool wholeReports,
                std::optional<std::vector<std::uint8_t>>& out, std::string& error) {
     out.reset();
     if (!doc.contains(key) || doc.at(key).is_null()) return true;
@@ -61,7 +64,9 @@ bool readBlock(const json& doc, const char* key, std::size_t size, bool multiple
         error = std::string(key) + ": not hex bytes";
         return false;
     }
-    const bool sizeOk = multipleOf64 ? (!bytes.empty() && bytes.size() % 64 == 0 && bytes.size() <= 255 * 64)
+    constexpr std::size_t kReport = DeviceComm::kReportLength;
+    const bool sizeOk = wholeReports ? (!bytes.empty() && bytes.size() % kReport == 0 &&
+                                        bytes.size() <= protocol::kMaxDataReports * kReport)
                                      : bytes.size() == size;
     if (!sizeOk) {
         error = std::string(key) + ": wrong size " + std::to_string(bytes.size());
@@ -125,12 +130,16 @@ bool memoryFromJson(const std::string& text, VirtualQX9Memory& memory, std::stri
     }
     const json& raw = doc.at("raw");
     VirtualQX9Memory loaded;
-    if (!readBlock(raw, "keyTable0", VirtualQX9Memory::kKeyTableBytes, false, loaded.keyTables[0], error) ||
-        !readBlock(raw, "keyTable1", VirtualQX9Memory::kKeyTableBytes, false, loaded.keyTables[1], error) ||
+    if (!readBlock(raw, "keyTable0", VirtualQX9Memory::kKeyTableBytes, false, loaded.keyTables[0],
+                   error) ||
+        !readBlock(raw, "keyTable1", VirtualQX9Memory::kKeyTableBytes, false, loaded.keyTables[1],
+                   error) ||
         !readBlock(raw, "macroBlock", 0, true, loaded.macroBlock, error) ||
-        !readBlock(raw, "lightMode", 64, false, loaded.lightMode, error) ||
-        !readBlock(raw, "keyColours", VirtualQX9Memory::kColourBytes, false, loaded.keyColours, error) ||
-        !readBlock(raw, "systemFunctions", 64, false, loaded.systemFunctions, error)) {
+        !readBlock(raw, "lightMode", DeviceComm::kReportLength, false, loaded.lightMode, error) ||
+        !readBlock(raw, "keyColours", VirtualQX9Memory::kColourBytes, false, loaded.keyColours,
+                   error) ||
+        !readBlock(raw, "systemFunctions", DeviceComm::kReportLength, false, loaded.systemFunctions,
+                   error)) {
         return false;
     }
     if (doc.contains("counters") && doc.at("counters").is_object()) {

@@ -35,6 +35,16 @@ QToolButton* smallButton(const char* name, const QString& text, QWidget* parent)
     return b;
 }
 
+// Marks the chosen button of a pair ("active", which the style sheet colours) and restyles both.
+void showActive(QWidget* first, QWidget* second, bool secondChosen) {
+    first->setProperty("active", !secondChosen);
+    second->setProperty("active", secondChosen);
+    for (QWidget* w : {first, second}) {
+        w->style()->unpolish(w);
+        w->style()->polish(w);
+    }
+}
+
 }  // namespace
 
 KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(parent), session_(session) {
@@ -42,7 +52,7 @@ KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(pa
 
     customkey_keyboardctrl = new KeyboardView(this);
     customkey_keyboardctrl->setObjectName("customkey_keyboardctrl");
-    customkey_keyboardctrl->initKeyboard(1, ":/images/img_keyboard_layout", session_.keys.keys());
+    customkey_keyboardctrl->initKeyboard(":/images/img_keyboard_layout", session_.keys.keys());
 
     customkey_funcctrl = new CustomKeyFuncView(this);
     customkey_funcctrl->setObjectName("customkey_funcctrl");
@@ -130,23 +140,11 @@ void KeyPageView::syncPalette() {
 }
 
 void KeyPageView::syncLayerButtons() {
-    const bool fn = session_.core.currentFnLayer != 0;
-    customkey_btn_toplayer->setProperty("active", !fn);
-    customkey_btn_fnlayer->setProperty("active", fn);
-    for (QWidget* w : {static_cast<QWidget*>(customkey_btn_toplayer), static_cast<QWidget*>(customkey_btn_fnlayer)}) {
-        w->style()->unpolish(w);
-        w->style()->polish(w);
-    }
+    showActive(customkey_btn_toplayer, customkey_btn_fnlayer, session_.core.currentFnLayer != 0);
 }
 
 void KeyPageView::syncFnModeButtons() {
-    const bool fn = session_.keys.fnKeyActive();
-    customkey_btn_defaultkey->setProperty("active", !fn);
-    customkey_btn_fnkey->setProperty("active", fn);
-    for (QWidget* w : {static_cast<QWidget*>(customkey_btn_defaultkey), static_cast<QWidget*>(customkey_btn_fnkey)}) {
-        w->style()->unpolish(w);
-        w->style()->polish(w);
-    }
+    showActive(customkey_btn_defaultkey, customkey_btn_fnkey, session_.keys.fnKeyActive());
 }
 
 void KeyPageView::syncProfiles() {

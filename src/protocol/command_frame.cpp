@@ -3,16 +3,14 @@
 namespace qx9::protocol {
 
 void CommandFrame::send(std::uint8_t code) {
-    buffer_[0] = 0x04;
-    buffer_[1] = code;
+    buffer_[kFrameReportIdByte] = DeviceComm::kReportId;
+    buffer_[kFrameCodeByte] = code;
     transmit();
 }
 
 void CommandFrame::send(std::uint8_t code, std::uint8_t dataReports) {
-    buffer_[0] = 0x04;
-    buffer_[1] = code;
-    buffer_[8] = dataReports;
-    transmit();
+    buffer_[kFrameDataReportsByte] = dataReports;
+    send(code);
 }
 
 void CommandFrame::transmit() {
@@ -27,7 +25,8 @@ void sendRawDataReport(DeviceComm* comm, std::span<const std::uint8_t> report) {
 
 void sendDataBlock(DeviceComm* comm, std::span<const std::uint8_t> block, int reports) {
     if (!comm) return;
-    comm->sendDeviceData(block, static_cast<std::int64_t>(reports + 1) * 64);
+    comm->sendDeviceData(block, static_cast<std::int64_t>(reports + 1) *
+                                    static_cast<std::int64_t>(DeviceComm::kReportLength));
 }
 
 }  // namespace qx9::protocol

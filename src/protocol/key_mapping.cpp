@@ -1,5 +1,6 @@
 #include "protocol/key_mapping.h"
 
+#include <iterator>
 #include <optional>
 
 #include "common/bytes.h"
@@ -11,7 +12,13 @@ namespace qx9::protocol {
 
 namespace {
 
-// Record kinds (byte 0 of a slot).
+// Record kinds (byte 0 of a slot). The bytes after it:
+//   mouse        1 buttons (1) or wheel (3), 2 button mask or wheel step
+//   key          1 modifier bits, 2 key usage
+//   consumer     1–2 the usage, low byte first
+//   disabled     1 always 3
+//   macro        1 the macro's position, 2 play mode, 3 play count
+//   combination  1–3 three keys, modifiers as their bits
 enum : std::uint8_t {
     kKindMouse = 1,
     kKindKey = 2,
@@ -21,72 +28,125 @@ enum : std::uint8_t {
     kKindCombination = 7,
 };
 
+constexpr std::uint8_t kDisabledRecordValue = 3;
+
+constexpr std::uint8_t kMouseButtons = 1;
+constexpr std::uint8_t kMouseWheel = 3;
+constexpr std::uint8_t kMouseDoubleClick = 0x03;  // the mask the keyboard takes for a double click
+constexpr std::uint8_t kWheelUp = 0x01;
+constexpr std::uint8_t kWheelDown = 0xFF;
+
+// Consumer page usages.
+enum ConsumerUsage : std::uint16_t {
+    kUsageNextTrack = 0x00B5,
+    kUsagePreviousTrack = 0x00B6,
+    kUsageStop = 0x00B7,
+    kUsagePlayPause = 0x00CD,
+    kUsageMute = 0x00E2,
+    kUsageVolumeUp = 0x00E9,
+    kUsageVolumeDown = 0x00EA,
+    kUsageMediaPlayer = 0x0183,
+    kUsageEmail = 0x018A,
+    kUsageCalculator = 0x0192,
+    kUsageMyComputer = 0x0194,
+    kUsageWebSearch = 0x0221,
+    kUsageWebHome = 0x0223,
+    kUsageWebBack = 0x0224,
+    kUsageWebForward = 0x0225,
+    kUsageWebStop = 0x0226,
+    kUsageWebRefresh = 0x0227,
+    kUsageFavorites = 0x022A,
+};
+
+// Keyboard page usages of the macOS shortcuts.
+enum : std::uint8_t {
+    kUsageKeyC = 0x06,
+    kUsageKeyV = 0x19,
+    kUsageKeyX = 0x1B,
+    kUsageScrollLock = 0x47,  // backlight dimmer on a Mac (F14)
+    kUsagePause = 0x48,       // backlight brighter on a Mac (F15)
+    kUsageUpArrow = 0x52,
+};
+constexpr std::int64_t kUsageLeftGui = 0xE3;
+constexpr std::int64_t kUsageRightControl = 0xE4;
+
 // Usages of the Consumer page for the application codes 500–517 (PC, Cal, Email, Multimedia,
 // Play/Pause, Stop, Pre, Next, Vol Up, Vol Down, Vol Mute, Web Home, Web Refresh, Web Stop,
 // Web Backward, Web Foreward, Favorites, Web Search).
-constexpr std::uint16_t kConsumerUsages[18] = {
-    0x0194, 0x0192, 0x018A, 0x0183, 0x00CD, 0x00B7, 0x00B6, 0x00B5, 0x00E9,
-    0x00EA, 0x00E2, 0x0223, 0x0227, 0x0226, 0x0224, 0x0225, 0x022A, 0x0221,
+constexpr std::uint16_t kConsumerUsages[] = {
+    kUsageMyComputer, kUsageCalculator,    kUsageEmail,      kUsageMediaPlayer, kUsagePlayPause,
+    kUsageStop,       kUsagePreviousTrack, kUsageNextTrack,  kUsageVolumeUp,    kUsageVolumeDown,
+    kUsageMute,       kUsageWebHome,       kUsageWebRefresh, kUsageWebStop,     kUsageWebBack,
+    kUsageWebForward, kUsageFavorites,     kUsageWebSearch,
 };
+static_assert(std::size(kConsumerUsages) == kApplicationCodeCount);
+
+constexpr bool isModifier(std::int64_t code) {
+    return code >= kFirstModifierCode && code <= kLastModifierCode;
+}
+
+constexpr std::uint8_t modifierBit(std::int64_t code) {
+    return static_cast<std::uint8_t>(1u << (code - kFirstModifierCode));
+}
 
 struct Pair {
     std::uint8_t first, second;
 };
 
-// Mouse functions 1–8: (buttons or wheel, mask or step). A double click goes as mask 3.
+// Mouse functions 1–8: (buttons or wheel, mask or step).
 std::optional<Pair> mouseRecord(std::int64_t value) {
     switch (value) {
-        case 1: return Pair{1, 0x01};  // left click
-        case 2: return Pair{1, 0x02};  // right click
-        case 3: return Pair{1, 0x04};  // middle click
-        case 4: return Pair{1, 0x03};  // double click
-        case 5: return Pair{3, 0x01};  // scroll up
-        case 6: return Pair{3, 0xFF};  // scroll down
-        case 7: return Pair{1, 0x08};  // button 4
-        case 8: return Pair{1, 0x10};  // button 5
+        case 1: return Pair{kMouseButtons, kMouseLeftButton};    // left click
+        case 2: return Pair{kMouseButtons, kMouseRightButton};   // right click
+        case 3: return Pair{kMouseButtons, kMouseMiddleButton};  // middle click
+        case 4: return Pair{kMouseButtons, kMouseDoubleClick};   // double click
+        case 5: return Pair{kMouseWheel, kWheelUp};              // scroll up
+        case 6: return Pair{kMouseWheel, kWheelDown};            // scroll down
+        case 7: return Pair{kMouseButtons, kMouseButton4};
+        case 8: return Pair{kMouseButtons, kMouseButton5};
         default: return std::nullopt;
     }
 }
 
-// Multimedia functions 1–7 as consumer usages (low byte).
+// Multimedia functions 1–7 as consumer usages (their low byte: all of them are below 0x100).
 std::uint8_t multimediaUsage(std::int64_t value) {
     switch (value) {
-        case 1: return 0xCD;  // play/pause
-        case 2: return 0xB7;  // stop
-        case 3: return 0xB6;  // previous
-        case 4: return 0xB5;  // next
-        case 5: return 0xE9;  // volume up
-        case 6: return 0xEA;  // volume down
-        case 7: return 0xE2;  // mute
+        case 1: return kUsagePlayPause;
+        case 2: return kUsageStop;
+        case 3: return kUsagePreviousTrack;
+        case 4: return kUsageNextTrack;
+        case 5: return kUsageVolumeUp;
+        case 6: return kUsageVolumeDown;
+        case 7: return kUsageMute;
         default: return 0;
     }
 }
 
 // macOS shortcuts 1–6 as (modifier bits, key usage).
 std::optional<Pair> macShortcut(std::int64_t value) {
+    constexpr std::uint8_t kCommand = modifierBit(kUsageLeftGui);
     switch (value) {
-        case 1: return Pair{0x00, 0x48};  // backlight brighter
-        case 2: return Pair{0x00, 0x47};  // backlight dimmer
-        case 3: return Pair{0x10, 0x52};  // Mission Control: right control + up arrow
-        case 4: return Pair{0x08, 0x06};  // copy: command + C
-        case 5: return Pair{0x08, 0x19};  // paste: command + V
-        case 6: return Pair{0x08, 0x1B};  // cut: command + X
+        case 1: return Pair{0, kUsagePause};       // backlight brighter
+        case 2: return Pair{0, kUsageScrollLock};  // backlight dimmer
+        case 3: return Pair{modifierBit(kUsageRightControl), kUsageUpArrow};  // Mission Control
+        case 4: return Pair{kCommand, kUsageKeyC};  // copy
+        case 5: return Pair{kCommand, kUsageKeyV};  // paste
+        case 6: return Pair{kCommand, kUsageKeyX};  // cut
         default: return std::nullopt;
     }
 }
 
-bool isModifier(std::int64_t code) { return code >= 224 && code <= 231; }
-
 }  // namespace
 
 std::uint8_t modifierConversion(std::int64_t code) {
-    if (isModifier(code)) return static_cast<std::uint8_t>(1u << (code - 224));
+    if (isModifier(code)) return modifierBit(code);
     return checkedByte(code, "key code");
 }
 
 std::uint16_t consumerUsage(std::int64_t code) {
-    if (code < 500 || code - 500 >= 18) return 0;
-    return kConsumerUsages[code - 500];
+    if (code < kFirstApplicationCode || code - kFirstApplicationCode >= kApplicationCodeCount)
+        return 0;
+    return kConsumerUsages[code - kFirstApplicationCode];
 }
 
 namespace {
@@ -98,13 +158,13 @@ void writeKeyRecord(std::uint8_t* slot, const ProfileKey& key,
     switch (key.macroType) {
         case kMacroTypeDisabled:
             slot[0] = kKindDisabled;
-            slot[1] = 3;
+            slot[1] = kDisabledRecordValue;
             break;
         case kMacroTypeKey: {
             const std::int64_t v = key.macroValue;
             const std::int64_t m = key.macro2Value;
             slot[0] = kKindKey;
-            if (v >= 500) {
+            if (v >= kFirstApplicationCode) {
                 const std::uint16_t usage = consumerUsage(v);
                 slot[0] = kKindConsumer;
                 slot[1] = static_cast<std::uint8_t>(usage & 0xFF);
@@ -114,7 +174,7 @@ void writeKeyRecord(std::uint8_t* slot, const ProfileKey& key,
                 slot[2] = v == 0 ? 0 : modifierConversion(v);
                 if (m == 0 && isModifier(v)) {
                     // A lone modifier goes as its bit, without a key.
-                    slot[1] = static_cast<std::uint8_t>(1u << (v - 224));
+                    slot[1] = modifierBit(v);
                     slot[2] = 0;
                 }
             }
@@ -163,23 +223,16 @@ void writeKeyRecord(std::uint8_t* slot, const ProfileKey& key,
 
 }  // namespace
 
-std::array<std::uint8_t, 4> encodeKeyRecord(const ProfileKey& key,
-                                            const std::vector<MacroInfo>& macros) {
-    std::array<std::uint8_t, 4> record{};
-    writeKeyRecord(record.data(), key, macros);
-    return record;
-}
-
 KeyMappingBlock buildKeyMappingBlock(const KeyMappingInput& input) {
     KeyMappingBlock block{};
     for (const ProfileKey& key : input.keys) {
         const KeyCodeEntry& entry = G_KB_SuperKeyCodeMap.at(static_cast<int>(key.keyValue));
-        const std::size_t o = 4 * static_cast<std::size_t>(entry.key_index);
-        if (o + 4 > block.size()) fatalError("key index outside the key-mapping block");
+        const std::size_t o = kKeyRecordSize * static_cast<std::size_t>(entry.key_index);
+        if (o + kKeyRecordSize > block.size())
+            fatalError("key index outside the key-mapping block");
         writeKeyRecord(block.data() + o, key, input.macros);
     }
-    block[574] = kTrailer0;
-    block[575] = kTrailer1;
+    putTrailer(block, kKeyMappingTrailerOffset);
     return block;
 }
 
@@ -189,11 +242,7 @@ void SendKeyMacroData(DeviceComm* comm, std::int64_t fnlayer, const KeyMappingIn
     frame.send(fnlayer == 0 ? kKeyMappingHeader : kFnKeyMappingHeader, kKeyMappingReports);
     const KeyMappingBlock block = buildKeyMappingBlock(input);
     sendDataBlock(comm, block, kKeyMappingReports);
-    frame.send(kEnd, 0);
-}
-
-void setKeyMacroData(DeviceComm* comm, std::int64_t fnlayerId, const KeyMappingInput& input) {
-    SendKeyMacroData(comm, fnlayerId, input);
+    frame.send(kEnd, kNoDataReports);
 }
 
 }  // namespace qx9::protocol

@@ -5,12 +5,27 @@
 #include <vector>
 
 #include "hid/device_comm.h"
+#include "protocol/command_frame.h"
 #include "store/records.h"
 
 namespace qx9::protocol {
 
-inline constexpr std::size_t kKeyMappingBlockSize = 780;  // of which 576 bytes are sent
+// The key-mapping table: a 4-byte record per key slot, at 4 × the key's "key_index". Nine
+// reports of it are sent; the buffer is longer.
+inline constexpr std::size_t kKeyRecordSize = 4;
 inline constexpr int kKeyMappingReports = 9;
+inline constexpr std::size_t kKeyMappingSentSize = kKeyMappingReports * DeviceComm::kReportLength;
+inline constexpr std::size_t kKeyMappingBlockSize = 780;
+inline constexpr std::size_t kKeyMappingTrailerOffset = trailerOffset(kKeyMappingReports);
+static_assert(kKeyMappingSentSize == 576 && kKeyMappingSentSize <= kKeyMappingBlockSize);
+static_assert(kKeyMappingBlockSize % kKeyRecordSize == 0);
+
+// Key codes of the store that the records translate: the modifiers (HID usages Left Control to
+// Right GUI) and the application codes 500–517 of the consumer-control functions.
+inline constexpr std::int64_t kFirstModifierCode = 0xE0;
+inline constexpr std::int64_t kLastModifierCode = 0xE7;
+inline constexpr std::int64_t kFirstApplicationCode = 500;
+inline constexpr std::int64_t kApplicationCodeCount = 18;
 
 using KeyMappingBlock = std::array<std::uint8_t, kKeyMappingBlockSize>;
 
@@ -29,10 +44,6 @@ std::uint8_t modifierConversion(std::int64_t code);
 // The consumer usage of an application code 500–517 (0 for any other code).
 std::uint16_t consumerUsage(std::int64_t code);
 
-// The 4-byte record of one assignment, as the key's slot carries it.
-std::array<std::uint8_t, 4> encodeKeyRecord(const ProfileKey& key,
-                                            const std::vector<MacroInfo>& macros);
-
 // The whole table: each record at 4 × the key's "key_index" in the code map in force (a later
 // record for the same key wins), trailer at 574–575.
 KeyMappingBlock buildKeyMappingBlock(const KeyMappingInput& input);
@@ -40,6 +51,5 @@ KeyMappingBlock buildKeyMappingBlock(const KeyMappingInput& input);
 // Open, header (0x11 for the base layer, 0x27 for any other), nine data reports, end; no
 // close. Both the main controller and the custom key dialog send this same transaction.
 void SendKeyMacroData(DeviceComm* comm, std::int64_t fnlayer, const KeyMappingInput& input);
-void setKeyMacroData(DeviceComm* comm, std::int64_t fnlayerId, const KeyMappingInput& input);
 
 }  // namespace qx9::protocol

@@ -5,15 +5,13 @@
 
 namespace qx9::protocol {
 
-std::array<std::uint8_t, 65> buildLightModeReport(std::int64_t currentLightMode,
-                                                  const std::optional<LightRecord>& record) {
-    std::array<std::uint8_t, 65> report{};
-    report[0] = checkedByte(currentLightMode, "light mode");
-    report[14] = kTrailer0;
-    report[15] = kTrailer1;
+ReportBuffer buildLightModeReport(std::int64_t currentLightMode,
+                                  const std::optional<LightRecord>& record) {
+    ReportBuffer report{};
+    report[kLightModeByte] = checkedByte(currentLightMode, "light mode");
+    putTrailer(report, kLightModeTrailerOffset);
     if (record) {
-        // Record bytes 0 (the mode) and 4–7 are not sent.
-        for (int i : {1, 2, 3, 8, 9, 10, 11}) report[i] = (*record)[i];
+        for (std::size_t i : kSentLightRecordBytes) report[i] = (*record)[i];
     }
     return report;
 }
@@ -22,10 +20,10 @@ void SendLightModeData(DeviceComm* comm, std::int64_t currentLightMode,
                        const std::optional<LightRecord>& record) {
     CommandFrame frame(comm);
     frame.send(kOpen);
-    frame.send(kLightModeHeader, 1);
+    frame.send(kLightModeHeader, kLightModeReports);
     const auto report = buildLightModeReport(currentLightMode, record);
     sendRawDataReport(comm, report);
-    frame.send(kEnd, 0);
+    frame.send(kEnd, kNoDataReports);
     frame.send(kClose);
 }
 

@@ -14,9 +14,12 @@ namespace {
 // Button bits of the stored mouse buttons 1 left, 2 middle, 3 right.
 int mouseButtonBit(std::int64_t value) {
     switch (value) {
-        case 1: return 0x01;
-        case 2: return 0x04;
-        case 3: return 0x02;
+        case 1:
+            return kMouseLeftButton;
+        case 2:
+            return kMouseMiddleButton;
+        case 3:
+            return kMouseRightButton;
         default: return -1;
     }
 }
@@ -25,7 +28,7 @@ class BlockWriter {
 public:
     explicit BlockWriter(std::vector<std::uint8_t>& bytes) : bytes_(bytes) {}
     void put(std::size_t offset, std::uint8_t b0, std::uint8_t b1, std::uint8_t b2, std::uint8_t b3) {
-        if (!check(offset + 4)) return;
+        if (!check(offset + kMacroEntrySize)) return;
         bytes_[offset] = b0;
         bytes_[offset + 1] = b1;
         bytes_[offset + 2] = b2;
@@ -62,37 +65,42 @@ std::optional<MacroBlock> tryBuildMacroBlock(const std::vector<MacroWithEvents>&
 
     for (std::size_t k = 0; k < macros.size(); ++k) {
         const auto& events = macros[k].events;
+        const std::size_t slot = kMacroSlotSize * k;
         if (events.empty()) {
-            out.put(4 * k, 0xFF, 0xFF, 0xFF, 0xFF);
+            out.put(slot, kEmptyMacroSlotByte, kEmptyMacroSlotByte, kEmptyMacroSlotByte,
+                    kEmptyMacroSlotByte);
             continue;
         }
-        out.put16(4 * k, o);
+        out.put16(slot, o);
         std::size_t e = 0;
         bool previousWasDelay = false;
         for (const RecordInfo& ev : events) {
-            const auto entry = [&] { return o + 8 + 4 * e; };
+            const auto entry = [&] { return o + kMacroBodyHeaderSize + kMacroEntrySize * e; };
             if (ev.recordType == kRecordDelay) {
                 const auto ms = static_cast<std::uint64_t>(ev.recordValue);
                 out.put(entry(), static_cast<std::uint8_t>(ms & 0xFF),
-                        static_cast<std::uint8_t>((ms >> 8) & 0xFF), 0, 0x50);
+                        static_cast<std::uint8_t>((ms >> 8) & 0xFF), 0, kEntryDelay);
                 previousWasDelay = true;
             } else {
                 if (e > 0 && !previousWasDelay) {
-                    out.put(entry(), 10, 0, 0, 0x50);  // the pause between two events
+                    out.put(entry(), kEventPauseMs, 0, 0, kEntryDelay);
                     ++e;
                 }
                 switch (ev.recordType) {
                     case kRecordKeyDown:
-                        out.put(entry(), 0, 0, checkedByte(ev.recordValue, "macro key code"), 0xB0);
+                        out.put(entry(), 0, 0, checkedByte(ev.recordValue, "macro key code"),
+                                kEntryKeyDown);
                         break;
                     case kRecordKeyUp:
-                        out.put(entry(), 0, 0, checkedByte(ev.recordValue, "macro key code"), 0x30);
+                        out.put(entry(), 0, 0, checkedByte(ev.recordValue, "macro key code"),
+                                kEntryKeyUp);
                         break;
                     case kRecordMouseDown:
                     case kRecordMouseUp:
                         if (const int bit = mouseButtonBit(ev.recordValue); bit >= 0) {
                             out.put(entry(), 0, 0, static_cast<std::uint8_t>(bit),
-                                    ev.recordType == kRecordMouseDown ? 0x90 : 0x10);
+                                    ev.recordType == kRecordMouseDown ? kEntryMouseDown
+                                                                      : kEntryMouseUp);
                         }
                         break;
                     default:
@@ -103,15 +111,17 @@ std::optional<MacroBlock> tryBuildMacroBlock(const std::vector<MacroWithEvents>&
             ++e;
         }
         out.put16(o, e);
-        o += 8 + 4 * e;
+        o += kMacroBodyHeaderSize + kMacroEntrySize * e;
     }
 
     block.usedLength = o;
-    const std::size_t n = o % 64 == 0 ? o / 64 + 1 : o / 64 + 2;
-    if (out.overflowed() || n > 255 || 64 * n > kMacroBlockSize) return std::nullopt;
+    // Whole reports up to the end of the last body and one more, which ends in the trailer.
+    constexpr std::size_t kReport = DeviceComm::kReportLength;
+    const std::size_t n = o % kReport == 0 ? o / kReport + 1 : o / kReport + 2;
+    if (out.overflowed() || n > kMaxDataReports || kReport * n > kMacroBlockSize)
+        return std::nullopt;
     block.reports = static_cast<int>(n);
-    block.bytes[64 * n - 2] = kTrailer0;
-    block.bytes[64 * n - 1] = kTrailer1;
+    putTrailer(block.bytes, trailerOffset(n));
     return block;
 }
 
@@ -136,11 +146,12 @@ void SaveMacroToKeyboard(DeviceComm* comm, const MacroDownloadInput* input) {
     frame.send(kMacroHeader, static_cast<std::uint8_t>(block.reports));
     if (comm) {
         comm->pause(kReportPause);
-        sendDataBlock(comm, std::span(block.bytes).first(64 * static_cast<std::size_t>(block.reports)),
-                      block.reports);
+        const std::size_t sent =
+            DeviceComm::kReportLength * static_cast<std::size_t>(block.reports);
+        sendDataBlock(comm, std::span(block.bytes).first(sent), block.reports);
         comm->pause(kReportPause);
     }
-    frame.send(kEnd, 0);
+    frame.send(kEnd, kNoDataReports);
 }
 
 }  // namespace qx9::protocol

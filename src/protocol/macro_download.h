@@ -5,17 +5,43 @@
 #include <vector>
 
 #include "hid/device_comm.h"
+#include "protocol/command_frame.h"
 #include "store/records.h"
 
 namespace qx9::protocol {
 
+// The macro block: a directory of one 4-byte slot per macro, then the macro bodies. A body is
+// an 8-byte header (entry count, low byte first, and six zeros) and 4-byte entries.
 inline constexpr std::size_t kMacroBlockSize = 3200;
-inline constexpr std::size_t kMacroBodiesStart = 400;  // after the directory
-inline constexpr std::int64_t kMacroCapacity = 2500;   // bytes of events and macro headers
-inline constexpr std::size_t kMacroDirectorySlotSize = 4;
+inline constexpr std::size_t kMacroSlots = 100;
+inline constexpr std::size_t kMacroSlotSize = 4;
+inline constexpr std::size_t kMacroBodiesStart = kMacroSlots * kMacroSlotSize;
+inline constexpr std::size_t kMacroBodyHeaderSize = 8;
+inline constexpr std::size_t kMacroEntrySize = 4;
+inline constexpr std::int64_t kMacroCapacity = 2500;  // bytes of events and macro headers
+static_assert(kMacroBlockSize % DeviceComm::kReportLength == 0);
+static_assert(kMacroBlockSize / DeviceComm::kReportLength <= kMaxDataReports);
+static_assert(kMacroBodiesStart == 400 && kMacroBodiesStart < kMacroBlockSize);
+
+// The directory slot of a macro without events: all four bytes 0xFF.
+inline constexpr std::uint8_t kEmptyMacroSlotByte = 0xFF;
+
+// A macro entry: for a delay the milliseconds in bytes 0–1 (low byte first), for a key its
+// usage and for a mouse button its bit in byte 2; byte 3 is the kind.
+inline constexpr std::size_t kMacroEntryValueByte = 2;
+inline constexpr std::size_t kMacroEntryKindByte = 3;
+enum MacroEntryKind : std::uint8_t {
+    kEntryMouseUp = 0x10,
+    kEntryKeyUp = 0x30,
+    kEntryDelay = 0x50,
+    kEntryMouseDown = 0x90,
+    kEntryKeyDown = 0xB0,
+};
+
+// The pause put between two events that follow each other without a delay, in ms.
+inline constexpr std::uint8_t kEventPauseMs = 10;
 // One directory slot per macro: the keyboard can address this many macros.
-inline constexpr std::int64_t kMacroDirectorySlots = kMacroBodiesStart / kMacroDirectorySlotSize;
-static_assert(kMacroDirectorySlots == 100);
+inline constexpr std::int64_t kMacroDirectorySlots = kMacroSlots;
 
 // One macro as the store lists it, with its events in order.
 struct MacroWithEvents {
@@ -32,7 +58,9 @@ struct MacroDownloadInput {
 };
 
 // The macro memory the check counts: 4 bytes an event and 8 a macro.
-constexpr std::int64_t macroMemoryBytes(std::int64_t events, std::int64_t macros) { return 4 * events + 8 * macros; }
+constexpr std::int64_t macroMemoryBytes(std::int64_t events, std::int64_t macros) {
+    return static_cast<std::int64_t>(kMacroEntrySize) * events + static_cast<std::int64_t>(kMacroBodyHeaderSize) * macros;
+}
 
 // 4 × events + 8 × macros must not exceed 2500.
 bool macrosFitKeyboard(std::int64_t storedEventCount, std::int64_t listedMacroCount);
@@ -52,9 +80,9 @@ std::optional<MacroBlock> tryBuildMacroBlock(const std::vector<MacroWithEvents>&
 // The same for callers that have checked the size: a layout that does not fit stops.
 MacroBlock buildMacroBlock(const std::vector<MacroWithEvents>& macros);
 
-// The macro download: silently nothing when over capacity (or when the block would overflow); otherwise open 0x19, header 0x15
-// with the report count, the block, end; no close. `input` is null when there is no store,
-// which is a programming error.
+// The macro download: silently nothing when over capacity (or when the block would overflow);
+// otherwise open 0x19, header 0x15 with the report count, the block, end; no close. `input` is
+// null when there is no store, which is a programming error.
 void SaveMacroToKeyboard(DeviceComm* comm, const MacroDownloadInput* input);
 
 }  // namespace qx9::protocol

@@ -7,19 +7,18 @@
 
 namespace qx9::protocol {
 
-std::array<std::uint8_t, 65> buildSystemFunctionReport(const SystemSwitches& switches,
-                                                       const SystemStoredValues& stored) {
+ReportBuffer buildSystemFunctionReport(const SystemSwitches& switches,
+                                       const SystemStoredValues& stored) {
     const std::int64_t fnFunction = parseConfigInteger(stored.fnfunction, "fnfunction");
     const std::int64_t sleepTime = parseConfigInteger(stored.sleeplight, "sleeplight");
-    std::array<std::uint8_t, 65> report{};
-    report[1] = switches.gameMode ? 1 : 0;
-    report[2] = switches.blockAltTab ? 1 : 0;
-    report[3] = switches.blockAltF4 ? 1 : 0;
-    report[4] = switches.lockWin ? 1 : 0;
-    report[5] = checkedByte(fnFunction, "fnfunction");
-    report[6] = checkedByte(sleepTime, "sleeplight");
-    report[62] = kTrailer0;
-    report[63] = kTrailer1;
+    ReportBuffer report{};
+    report[kGameModeByte] = switches.gameMode ? 1 : 0;
+    report[kBlockAltTabByte] = switches.blockAltTab ? 1 : 0;
+    report[kBlockAltF4Byte] = switches.blockAltF4 ? 1 : 0;
+    report[kLockWinByte] = switches.lockWin ? 1 : 0;
+    report[kFnFunctionByte] = checkedByte(fnFunction, "fnfunction");
+    report[kSleepTimeByte] = checkedByte(sleepTime, "sleeplight");
+    putTrailer(report, kSystemFunctionTrailerOffset);
     return report;
 }
 
@@ -27,12 +26,12 @@ void SendSystemFunctionData(DeviceComm* comm, const SystemSwitches& switches,
                             const SystemStoredValues* stored) {
     CommandFrame frame(comm);
     frame.send(kOpen);
-    frame.setParameter(1);
-    frame.send(kSystemFunctionHeader, 1);
+    frame.setParameter(kSystemFunctionParameter);
+    frame.send(kSystemFunctionHeader, kSystemFunctionReports);
     if (!stored) fatalError("system functions sent without a database");
     const auto report = buildSystemFunctionReport(switches, *stored);
     sendRawDataReport(comm, report);
-    frame.send(kEnd, 0);
+    frame.send(kEnd, kNoDataReports);
 }
 
 }  // namespace qx9::protocol

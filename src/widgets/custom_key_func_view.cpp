@@ -48,25 +48,14 @@ CustomKeyFuncView::CustomKeyFuncView(QWidget* parent) : QWidget(parent) {
 }
 
 void CustomKeyFuncView::initKeyFuncs(const std::vector<keyFunc>& keys) {
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        if (keys[i].index != static_cast<std::int64_t>(i)) {
-            fatalError("palette key " + std::to_string(i) + " carries index " +
-                       std::to_string(keys[i].index));
-        }
-    }
+    WidgetLayout placed = widgetLayout(keys, "palette key", CustomKeyFunc_Size_Conf());
     customkey_array_ = keys;
-    std::vector<Rect> rects;
-    rects.reserve(keys.size());
-    for (const keyFunc& k : keys) rects.push_back(k.rect);
-    layoutSize_ = layoutSize(rects, CustomKeyFunc_Size_Conf());
-
+    layoutSize_ = placed.size;
+    widgetRects_ = std::move(placed.rects);
     views_.assign(keys.size(), KeyFuncView{});
-    widgetRects_.clear();
-    widgetRects_.reserve(keys.size());
     for (std::size_t i = 0; i < keys.size(); ++i) {
         views_[i].initView(QString::fromStdString(keys[i].key_icon),
                            QString::fromStdString(keys[i].keyname), keys[i].key_code);
-        widgetRects_.push_back(toWidgetRect(keys[i].rect, layoutSize_.height()));
     }
     hoverKey_ = -1;
     pressedKey_ = -1;

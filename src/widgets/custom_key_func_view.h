@@ -45,7 +45,6 @@ public:
     bool isSelected(int index) const;
 
     int hoverKeyItem() const { return hoverKey_; }
-    int keyCount() const { return static_cast<int>(customkey_array_.size()); }
     const std::vector<keyFunc>& keys() const { return customkey_array_; }
     // The key's rectangle in widget coordinates. An index outside the palette is fatal.
     QRect keyRect(int index) const;

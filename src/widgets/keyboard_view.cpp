@@ -38,29 +38,15 @@ KeyboardView::KeyboardView(QWidget* parent) : QWidget(parent) {
 
 KeyboardView::~KeyboardView() = default;
 
-void KeyboardView::initKeyboard(int type, const QString& kbImage,
-                                const std::vector<KeyData>& keyArray) {
-    for (std::size_t i = 0; i < keyArray.size(); ++i) {
-        if (keyArray[i].index != static_cast<std::int64_t>(i)) {
-            fatalError("keyboard key " + std::to_string(i) + " carries index " +
-                       std::to_string(keyArray[i].index));
-        }
-    }
+void KeyboardView::initKeyboard(const QString& kbImage, const std::vector<KeyData>& keyArray) {
+    WidgetLayout placed = widgetLayout(keyArray, "keyboard key", KB_108K_Size_Conf());
     kbKeyArrayHover_ = keyArray;
     kbKeyArraySelect_ = keyArray;
-    keyboardType_ = type;
     isEvent_ = true;
-
-    std::vector<Rect> rects;
-    rects.reserve(keyArray.size());
-    for (const KeyData& k : keyArray) rects.push_back(k.rect);
-    layoutSize_ = layoutSize(rects, KB_108K_Size_Conf());
-
+    layoutSize_ = placed.size;
+    widgetRects_ = std::move(placed.rects);
     keyViews_.assign(keyArray.size(), KeyView{});
     selectKeyViews_.assign(keyArray.size(), SelectKeyView{});
-    widgetRects_.clear();
-    widgetRects_.reserve(keyArray.size());
-    for (const Rect& r : rects) widgetRects_.push_back(toWidgetRect(r, layoutSize_.height()));
 
     bCreateImageView_ = loadPicture(kbImage);
     updateGeometry();

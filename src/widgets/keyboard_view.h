@@ -38,8 +38,6 @@ struct KeyView {
 // user-lighting keyboard marks painted keys with it). The key-assignment page only clears it.
 struct SelectKeyView {
     bool keyCheck = false;
-    bool keyHover = false;
-    bool initView = false;
 };
 
 // The on-screen QX9 of the key-assignment page (and of the lighting pages): the keyboard
@@ -62,7 +60,7 @@ public:
     // `kbImage` (a resource or file path of an SVG or raster image, transparent over the keys);
     // when it is empty or cannot be read the view draws its own keyboard body. Turns mouse
     // handling on. The hovered and selected key are kept across a rebuild.
-    void initKeyboard(int type, const QString& kbImage, const std::vector<KeyData>& keyArray);
+    void initKeyboard(const QString& kbImage, const std::vector<KeyData>& keyArray);
 
     // Every key's text back to the full name of its key name in the name map in force, and every
     // assignment mark cleared.
@@ -81,7 +79,6 @@ public:
     bool isKeyHighlighted(int layoutIndex) const;
     int hoverKeyItem() const { return static_cast<int>(hoverKeyItem_); }
     int selectKeyItem() const { return static_cast<int>(selectKeyItem_); }
-    int keyboardType() const { return static_cast<int>(keyboardType_); }
     int keyCount() const { return static_cast<int>(kbKeyArraySelect_.size()); }
     const std::vector<KeyData>& keys() const { return kbKeyArraySelect_; }
     // The key's rectangle in widget coordinates. An index outside the keys is fatal.
@@ -128,7 +125,6 @@ private:
     std::vector<KeyView> keyViews_;          // element i: background of key i
     std::vector<SelectKeyView> selectKeyViews_;
     std::vector<QRectF> widgetRects_;  // element i: key i in widget coordinates
-    std::int64_t keyboardType_ = 0;
     std::int64_t hoverKeyItem_ = -1;
     std::int64_t selectKeyItem_ = -1;
     bool isEvent_ = false;

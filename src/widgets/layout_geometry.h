@@ -6,8 +6,11 @@
 #include <QSizeF>
 
 #include <algorithm>
+#include <cstdint>
+#include <string>
 #include <vector>
 
+#include "common/fatal.h"
 #include "layout/geometry.h"
 #include "layout/size_table.h"
 
@@ -46,6 +49,34 @@ inline QSizeF layoutSize(const std::vector<Rect>& rects, const NamedSizes& sizeC
     }
     return QSizeF(right + sizeConf.at("container_margin_right"),
                   top + sizeConf.at("container_margin_top"));
+}
+
+// A placed layout as a view draws it: its size and every key's rectangle in the view's
+// coordinates, element i for key i.
+struct WidgetLayout {
+    QSizeF size;
+    std::vector<QRectF> rects;
+};
+
+// The widget layout of `keys` (records with an `index` and a layout `rect`). Element i must carry
+// index i; otherwise the program stops, naming the element as `what` ("keyboard key").
+template <typename Key>
+WidgetLayout widgetLayout(const std::vector<Key>& keys, const char* what,
+                          const NamedSizes& sizeConf) {
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (keys[i].index != static_cast<std::int64_t>(i)) {
+            fatalError(std::string(what) + " " + std::to_string(i) + " carries index " +
+                       std::to_string(keys[i].index));
+        }
+    }
+    std::vector<Rect> rects;
+    rects.reserve(keys.size());
+    for (const Key& k : keys) rects.push_back(k.rect);
+    WidgetLayout out;
+    out.size = layoutSize(rects, sizeConf);
+    out.rects.reserve(rects.size());
+    for (const Rect& r : rects) out.rects.push_back(toWidgetRect(r, out.size.height()));
+    return out;
 }
 
 }  // namespace qx9

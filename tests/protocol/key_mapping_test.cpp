@@ -87,7 +87,7 @@ TEST_F(WireFixture, KeyMappingOfAnEmptyProfile) {
 }
 
 TEST_F(WireFixture, KeyMappingOfTheFnLayerUsesHeader27) {
-    protocol::setKeyMacroData(comm_.get(), 1, {{profileKey(41, kMacroTypeDisabled, 1)}, {}});
+    protocol::SendKeyMacroData(comm_.get(), 1, {{profileKey(41, kMacroTypeDisabled, 1)}, {}});
     ASSERT_GE(sets().size(), 2u);
     EXPECT_EQ(sets()[1], report("04 27 00 00 00 00 00 00 09"));
     EXPECT_FALSE(keyboard_->memory().keyTables[0].has_value());

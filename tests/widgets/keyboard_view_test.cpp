@@ -67,7 +67,7 @@ class KeyboardViewTest : public QObject, ViewHarness<KeyboardView> {
 private slots:
     void init() {
         createView({760, 320}, kViewOrigin);
-        view_->initKeyboard(1, QString(), buildKeyboardLayout());
+        view_->initKeyboard(QString(), buildKeyboardLayout());
         view_->resetKeyMacro();
         QVERIFY(expose({kShowKeyboardToolTipWnd, kKeyboardKeyAction}));
         QTest::mouseMove(window_.get(), kOutsideView);
@@ -303,7 +303,7 @@ private slots:
         blue.fill(Qt::blue);
         QVERIFY(blue.save(png));
         for (const QString& path : {svg, png, QString(":/images/none"), QString()}) {
-            view_->initKeyboard(1, path, buildKeyboardLayout());
+            view_->initKeyboard(path, buildKeyboardLayout());
             const QColor gap = view_->grab().toImage().pixelColor(gapAfter(0));
             QCOMPARE(view_->hasPicture(), path == svg || path == png);
             QVERIFY2(path == svg   ? gap == QColor(Qt::green)
