@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QShowEvent>
 #include <QStackedWidget>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -28,6 +29,9 @@
 namespace qx9 {
 
 namespace {
+
+// How long a notice stays in the notice bar.
+constexpr int kNoticeMilliseconds = 8000;
 
 struct PageButton {
     int code;
@@ -152,6 +156,18 @@ void KeyboardViewController::initViewUI() {
     layout->setSpacing(0);
     layout->addWidget(header);
     layout->addWidget(body, 1);
+    // Notices that need no answer (the keyboard did not take a change) show here for a while.
+    notice_ = new QLabel(this);
+    notice_->setObjectName("notice_label");
+    notice_->setWordWrap(true);
+    notice_->setAccessibleName("Notice");
+    notice_->setContentsMargins(16, 8, 16, 8);
+    notice_->hide();
+    layout->addWidget(notice_);
+    noticeTimer_ = new QTimer(this);
+    noticeTimer_->setSingleShot(true);
+    noticeTimer_->setInterval(kNoticeMilliseconds);
+    connect(noticeTimer_, &QTimer::timeout, notice_, &QLabel::hide);
 
     keyboardKeyMenu = new KeyMenuViewController(this);
     keyboardToolTips = new KBToolTipsViewController(this);
@@ -333,6 +349,14 @@ void KeyboardViewController::warning(const std::string& message, const std::stri
     box->setWindowModality(Qt::WindowModal);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
+}
+
+void KeyboardViewController::notice(const std::string& text) {
+    const QString t = QString::fromStdString(text);
+    notice_->setText(t);
+    notice_->show();
+    noticeTimer_->start();
+    emit noticeShown(t);
 }
 
 void KeyboardViewController::showKeyMenu() { keyboardKeyMenu->showAt(QCursor::pos()); }

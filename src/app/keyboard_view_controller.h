@@ -12,7 +12,9 @@
 #include "session/keyboard_session.h"
 
 class QButtonGroup;
+class QLabel;
 class QListWidget;
+class QTimer;
 class QStackedWidget;
 class QToolButton;
 
@@ -45,12 +47,15 @@ public:
     // SessionEvents
     void changed(SessionAspect aspect) override;
     void warning(const std::string& message, const std::string& informative) override;
+    void notice(const std::string& text) override;
     void showKeyMenu() override;
     void showCustomKeyDialog() override;
 
 signals:
     // A warning sheet was shown (tests read it instead of clicking it away).
     void warningShown(const QString& message, const QString& informative);
+    // A notice was shown in the notice bar.
+    void noticeShown(const QString& text);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -75,6 +80,8 @@ private:
     bool syncingLists_ = false;
 
     StartView* nodevice_view = nullptr;
+    QLabel* notice_ = nullptr;  // the notice bar under the pages
+    QTimer* noticeTimer_ = nullptr;
     QStackedWidget* pages_ = nullptr;
     std::map<int, QToolButton*> pageButtons_;
     QToolButton* home_btn = nullptr;

@@ -49,7 +49,7 @@ void cmdConnect(Context& c, const std::vector<std::string>& args) {
     ops::LanguageChoice language;
     ops::applyStoredLanguage(target.db, language);
     ops::selectedEffect(target.db);
-    ops::sendWholeConfiguration(target);
+    check(ops::sentOrNot(ops::sendWholeConfiguration(target), "the configuration"));
 }
 
 void cmdProfile(Context& c, const std::vector<std::string>& args) {
@@ -115,7 +115,8 @@ void cmdSettings(Context& c, const std::vector<std::string>& args) {
     } else if (verb == "gamemode") {
         expectArgs(args, 2, "settings gamemode on|off");
         const bool on = parseOnOff(args[1], "gamemode");
-        ops::setGameMode(c.target(), on);
+        protocol::SystemSwitches shown;
+        check(ops::setGameMode(c.target(), on, shown));
     } else if (verb == "block") {
         expectArgs(args, 3, "settings block alttab|altf4|win on|off");
         const std::string& which = args[1];
@@ -123,7 +124,8 @@ void cmdSettings(Context& c, const std::vector<std::string>& args) {
         const ops::Block block = which == "alttab" ? ops::Block::kAltTab : which == "altf4" ? ops::Block::kAltF4 : ops::Block::kWin;
         const bool on = parseOnOff(args[2], "block");
         const ops::Target target = c.target();
-        ops::setBlock(target, block, on, ops::storedSwitches(target.db));
+        protocol::SystemSwitches shown = ops::storedSwitches(target.db);
+        check(ops::setBlock(target, block, on, shown));
     } else if (verb == "reset-keys") {
         expectArgs(args, 1, "settings reset-keys");
         std::int64_t lightMode = 0;

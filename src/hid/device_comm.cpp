@@ -36,12 +36,14 @@ bool DeviceComm::platformSet(const HidDeviceRef& dev, const std::uint8_t* data,
                              std::size_t length) {
     const bool ok = dev && dev->setFeatureReport(kReportId, data, length);
     if (auto wire = wireSink()) wire->record(WireDirection::Set, {data, length}, ok);
+    if (!ok) ++failures_;
     return ok;
 }
 
 bool DeviceComm::platformGet(const HidDeviceRef& dev, std::uint8_t* data, std::size_t& length) {
     const bool ok = dev && dev->getFeatureReport(kReportId, data, length);
     if (auto wire = wireSink()) wire->record(WireDirection::Get, {data, ok ? length : 0}, ok);
+    if (!ok) ++failures_;
     return ok;
 }
 
@@ -51,7 +53,10 @@ bool DeviceComm::setFeatureReport(std::span<const std::uint8_t> data) {
 }
 
 bool DeviceComm::sendDeviceData(std::span<const std::uint8_t> data) {
-    if (deviceStatus() == 0) return false;
+    if (deviceStatus() == 0) {
+        ++failures_;
+        return false;
+    }
     if (data.size() < kReportLength) fatalError("a command report needs 64 bytes");
     const HidDeviceRef dev = device();
 
@@ -72,11 +77,16 @@ bool DeviceComm::sendDeviceData(std::span<const std::uint8_t> data) {
     pause(kReportPause);
     std::vector<std::uint8_t> second(data.begin(), data.end());
     std::size_t secondLength = kReportLength;
-    return platformGet(dev, second.data(), secondLength);
+    const bool ok = platformGet(dev, second.data(), secondLength);
+    if (ok && second[kAckByte] == kBusy) ++failures_;  // still busy: the report did not take
+    return ok;
 }
 
 bool DeviceComm::sendDeviceData(std::span<const std::uint8_t> data, std::int64_t length) {
-    if (deviceStatus() == 0) return false;
+    if (deviceStatus() == 0) {
+        ++failures_;
+        return false;
+    }
     if (length < static_cast<std::int64_t>(kReportLength)) {
         fatalError("block write with a length below 64: " + std::to_string(length));
     }
@@ -99,7 +109,10 @@ bool DeviceComm::sendDeviceData(std::span<const std::uint8_t> data, std::int64_t
 }
 
 bool DeviceComm::sendDeviceDataNoGet(std::span<const std::uint8_t> data) {
-    if (deviceStatus() == 0) return false;
+    if (deviceStatus() == 0) {
+        ++failures_;
+        return false;
+    }
     if (data.size() < kReportLength) fatalError("a report needs 64 bytes");
     pause(kReportPause);
     return platformSet(device(), data.data(), kReportLength);

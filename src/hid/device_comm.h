@@ -36,6 +36,12 @@ public:
     std::int64_t deviceStatus() const { return deviceStatus_.load(); }
     void setDeviceStatus(std::int64_t devStatus) { deviceStatus_.store(devStatus); }
 
+    // How many reports did not reach the keyboard since the transport was made: refused or lost
+    // platform calls, a keyboard still busy after the resend, writes skipped while it is away.
+    // The transactions carry on past a failure as the keyboard expects; callers compare the
+    // count before and after one to know whether it arrived whole.
+    std::uint64_t failures() const { return failures_.load(); }
+
     // One command report with acknowledgement: pause, set, pause, get; when the keyboard
     // answers busy (0xFF at byte 3) the report is set once more with the length the read
     // returned, then read once more. True when the last platform call succeeded. `data` must
@@ -65,6 +71,7 @@ private:
     HidDeviceRef device_;
     std::shared_ptr<WireSink> wire_;
     std::atomic<std::int64_t> deviceStatus_{1};
+    std::atomic<std::uint64_t> failures_{0};
     Pacer* pacer_;
 };
 

@@ -19,6 +19,15 @@ Texts textsOf(ExtraText id) {
             return {"The keyboard holds at most 100 macros. Delete one to add another.",
                     "键盘最多保存 100 个宏。请先删除一个宏再添加。",
                     "鍵盤最多儲存 100 個巨集。請先刪除一個巨集再新增。"};
+        case ExtraText::kNotStoredTitle: return {"The change was not saved", "更改未保存", "變更未儲存"};
+        case ExtraText::kNotStoredMessage:
+            return {"The settings file could not be written; nothing was sent to the keyboard.",
+                    "无法写入设置文件；没有向键盘发送任何内容。", "無法寫入設定檔；沒有向鍵盤傳送任何內容。"};
+        case ExtraText::kNotSent:
+            return {"The keyboard did not take the change. It is saved on this computer; try again once the "
+                    "keyboard is ready.",
+                    "键盘没有接受此更改。更改已保存在本机；请在键盘就绪后重试。",
+                    "鍵盤沒有接受此變更。變更已儲存在本機；請在鍵盤就緒後重試。"};
     }
     return {"", "", ""};
 }

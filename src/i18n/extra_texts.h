@@ -9,6 +9,9 @@ namespace qx9 {
 enum class ExtraText {
     kMacroLimitTitle,    // "Too many macros"
     kMacroLimitMessage,  // "The keyboard holds at most 100 macros. Delete one to add another."
+    kNotStoredTitle,     // "The change was not saved"
+    kNotStoredMessage,   // "The settings file could not be written; nothing was sent to the keyboard."
+    kNotSent,            // "The keyboard did not take the change. It is saved on this computer; …"
 };
 
 std::string extraText(ExtraText id);

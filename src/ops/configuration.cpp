@@ -331,16 +331,15 @@ Outcome importConfiguration(const Target& target, std::string_view document) {
     const std::optional<Configuration> c = parseConfigurationDocument(document, error);
     if (!c) return Outcome::refused(error);
     if (!target.db.replaceConfiguration(*c, error)) return Outcome::notStored(error + "; the database is unchanged");
-    sendWholeConfiguration(target);
-    return Outcome::done();
+    return sentOrNot(sendWholeConfiguration(target), "the configuration");
 }
 
-void sendWholeConfiguration(const Target& target) {
+bool sendWholeConfiguration(const Target& target) {
     std::vector<UserLightData> sets;
     target.db.getUserLightData(kSettingsProfile, sets);
-    if (!sets.empty()) sendUserLightColours(target, sets.front().userlight_id);
-    sendSystemFunctions(target, storedSwitches(target.db));
-    sendKeyMap(target, kSettingsProfile, 0);
+    bool sent = sets.empty() || sendUserLightColours(target, sets.front().userlight_id);
+    sent = sendSystemFunctions(target, storedSwitches(target.db)) && sent;
+    return sendKeyMap(target, kSettingsProfile, 0) && sent;
 }
 
 }  // namespace qx9::ops

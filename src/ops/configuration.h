@@ -39,6 +39,6 @@ Outcome importConfiguration(const Target& target, std::string_view document);
 
 // Sends what the first connection sends: the first per-key set's colours with the per-key mode
 // (when a set exists), the system functions and profile 1's key map.
-void sendWholeConfiguration(const Target& target);
+bool sendWholeConfiguration(const Target& target);
 
 }  // namespace qx9::ops

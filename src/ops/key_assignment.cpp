@@ -123,15 +123,14 @@ Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer
         }
         if (!stored || !transaction.commit()) return Outcome::notStored("the database did not take the assignment");
     }
-    sendKeyMap(target, profile, 0);
-    return Outcome::done();
+    return sentOrNot(sendKeyMap(target, profile, 0), "the key map");
 }
 
-void sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer) {
+bool sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer) {
     protocol::KeyMappingInput input;
     target.db.queryKeysProfile(profile, layer, input.keys);
     target.db.queryAllMacroData(input.macros);
-    protocol::SendKeyMacroData(target.keyboard, layer, input);
+    return transfer(target, [&] { protocol::SendKeyMacroData(target.keyboard, layer, input); });
 }
 
 }  // namespace qx9::ops

@@ -43,6 +43,6 @@ Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer
                   ProfileKey function);
 
 // Sends the key-mapping table of (profile, layer), with the macros' positions.
-void sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer);
+bool sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer);
 
 }  // namespace qx9::ops

@@ -52,14 +52,18 @@ bool readLightRecord(const DeviceSQLite& db, std::int64_t profile, std::int64_t 
 
 Outcome selectEffect(const Target& target, std::int64_t profile, std::int64_t effect, LightRecord& record) {
     // The selection is one for the application; the record is that of the current profile.
-    target.db.writeLightProfile(profile);  // a profile's lighting rows are made when first needed
-    target.db.selectLightMode(kSettingsProfile, effect);
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        target.db.writeLightProfile(profile);  // a profile's lighting rows are made when first needed
+        if (!target.db.selectLightMode(kSettingsProfile, effect) || !transaction.commit()) {
+            return Outcome::notStored("the database did not take the effect");
+        }
+    }
     record.fill(0);
     if (!readLightRecord(target.db, profile, effect, record)) {
         return Outcome::refused("cannot read the backlight record of effect " + std::to_string(effect));
     }
-    sendLightMode(target, profile, effect);
-    return Outcome::done();
+    return sentOrNot(sendLightMode(target, profile, effect), "the backlight effect");
 }
 
 Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64_t effect,
@@ -71,8 +75,7 @@ Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64
     }
     change(record);
     if (!target.db.modifyLightData(profile, effect, record)) return Outcome::notStored("the database did not take the change");
-    sendLightMode(target, profile, effect);
-    return Outcome::done();
+    return sentOrNot(sendLightMode(target, profile, effect), "the backlight effect");
 }
 
 Outcome setLightColour(const Target& target, std::int64_t profile, std::int64_t effect, std::uint8_t red,
@@ -106,11 +109,11 @@ Outcome setDirection(const Target& target, std::int64_t profile, std::int64_t ef
                              [&](LightRecord& r) { r[kLightDirection] = static_cast<std::uint8_t>(direction); });
 }
 
-void sendLightMode(const Target& target, std::int64_t profile, std::int64_t mode) {
+bool sendLightMode(const Target& target, std::int64_t profile, std::int64_t mode) {
     std::optional<LightRecord> record;
     lightData data;
     if (target.db.queryLightInfo(profile, mode, data)) record = data.data;
-    protocol::SendLightModeData(target.keyboard, mode, record);
+    return transfer(target, [&] { protocol::SendLightModeData(target.keyboard, mode, record); });
 }
 
 }  // namespace qx9::ops

@@ -64,6 +64,6 @@ Outcome setSpeed(const Target& target, std::int64_t profile, std::int64_t effect
 Outcome setDirection(const Target& target, std::int64_t profile, std::int64_t effect, std::int64_t direction);
 
 // Sends the light record of (profile, mode).
-void sendLightMode(const Target& target, std::int64_t profile, std::int64_t mode);
+bool sendLightMode(const Target& target, std::int64_t profile, std::int64_t mode);
 
 }  // namespace qx9::ops

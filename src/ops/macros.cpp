@@ -133,19 +133,17 @@ Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<Re
     if (delayMode == kNoDelay || delayMode == kDefaultDelay) info.delayType = delayMode;
     if (delayMode == kDefaultDelay) info.delayTime = delayTime;
     if (!target.db.saveMacro(info, records(macro, events))) return Outcome::notStored("the database did not take the macro");
-    sendMacros(target, listedMacroCount);
-    return Outcome::done();
+    return sentOrNot(sendMacros(target, listedMacroCount), "the macros");
 }
 
 Outcome storeAndSendEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
                            std::int64_t listedMacroCount) {
     Outcome stored = storeEvents(target, macro, events);
     if (!stored) return stored;
-    sendMacros(target, listedMacroCount);
-    return Outcome::done();
+    return sentOrNot(sendMacros(target, listedMacroCount), "the macros");
 }
 
-void sendMacros(const Target& target, std::int64_t listedMacroCount) {
+bool sendMacros(const Target& target, std::int64_t listedMacroCount) {
     protocol::MacroDownloadInput input;
     input.storedEventCount = target.db.getRecordCount();
     input.listedMacroCount = listedMacroCount;
@@ -156,8 +154,8 @@ void sendMacros(const Target& target, std::int64_t listedMacroCount) {
         target.db.queryMacroRecord(m.macroId, entry.events);
         input.macros.push_back(std::move(entry));
     }
-    protocol::SaveMacroToKeyboard(target.keyboard, &input);
+    return transfer(target, [&] { protocol::SaveMacroToKeyboard(target.keyboard, &input); });
 }
-void sendMacros(const Target& target) { sendMacros(target, target.db.countMacros()); }
+bool sendMacros(const Target& target) { return sendMacros(target, target.db.countMacros()); }
 
 }  // namespace qx9::ops

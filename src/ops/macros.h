@@ -66,7 +66,7 @@ Outcome storeAndSendEvents(const Target& target, std::int64_t macro, const std::
 
 // Sends every stored macro. `listedMacroCount` is the number of macros the capacity check
 // counts (the macro page's rows; the store's count elsewhere).
-void sendMacros(const Target& target, std::int64_t listedMacroCount);
-void sendMacros(const Target& target);
+bool sendMacros(const Target& target, std::int64_t listedMacroCount);
+bool sendMacros(const Target& target);
 
 }  // namespace qx9::ops

@@ -53,14 +53,14 @@ Outcome deleteProfile(const Target& target, std::int64_t profile) {
 }
 
 Outcome selectProfile(const Target& target, std::int64_t profile, std::int64_t& lightMode) {
-    sendKeyMap(target, profile, 0);
+    const bool sent = sendKeyMap(target, profile, 0);
     {
         DeviceSQLite::Transaction transaction = target.db.beginTransaction();
         target.db.writeLightProfile(profile);
-        transaction.commit();
+        if (!transaction.commit()) return Outcome::notStored("the database did not take the profile's lighting");
     }
     lightMode = target.db.getLightModeSelectIndex(profile);
-    return Outcome::done();
+    return sentOrNot(sent, "the key map");
 }
 
 }  // namespace qx9::ops

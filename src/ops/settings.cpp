@@ -57,63 +57,73 @@ Outcome setLanguage(const Target& target, int language) {
         language != kLanguageTraditionalChinese) {
         return Outcome::refused("no language " + std::to_string(language));
     }
-    storeSetting(target.db, kLanguage, std::to_string(language));
+    if (!storeSetting(target.db, kLanguage, std::to_string(language))) return Outcome::notStored("the database did not take the language");
     return Outcome::done();
 }
+
+namespace {
+
+// Stores one setting of profile 1, then sends the system functions with `switches`.
+Outcome storeAndSend(const Target& target, const char* key, const std::string& value,
+                     const protocol::SystemSwitches& switches) {
+    if (!target.db.updateConfigData(kSettingsProfile, key, value)) {
+        return Outcome::notStored(std::string("the database did not take ") + key);
+    }
+    return sentOrNot(sendSystemFunctions(target, switches), "the system functions");
+}
+
+}  // namespace
 
 Outcome setFnMode(const Target& target, bool fnKey, const protocol::SystemSwitches& shown) {
-    target.db.updateConfigData(kSettingsProfile, kFnFunction, fnKey ? "1" : "0");
-    sendSystemFunctions(target, shown);
-    return Outcome::done();
+    return storeAndSend(target, kFnFunction, fnKey ? "1" : "0", shown);
 }
 
-protocol::SystemSwitches setGameMode(const Target& target, bool on) {
-    protocol::SystemSwitches sent;  // off: every switch off; the stored blocks stay as they are
-    if (on) sent = gameModeSwitches(target.db);  // the blocks come back as stored
-    target.db.updateConfigData(kSettingsProfile, kGameMode, on ? "1" : "0");
-    sendSystemFunctions(target, sent);
-    return sent;
+Outcome setGameMode(const Target& target, bool on, protocol::SystemSwitches& shown) {
+    shown = on ? gameModeSwitches(target.db) : protocol::SystemSwitches{};  // off: the blocks stay stored
+    return storeAndSend(target, kGameMode, on ? "1" : "0", shown);
 }
 
-protocol::SystemSwitches setBlock(const Target& target, Block block, bool on,
-                                  protocol::SystemSwitches shown) {
+Outcome setBlock(const Target& target, Block block, bool on, protocol::SystemSwitches& shown) {
     switch (block) {
         case Block::kAltTab: shown.blockAltTab = on; break;
         case Block::kAltF4: shown.blockAltF4 = on; break;
         case Block::kWin: shown.lockWin = on; break;
     }
-    target.db.updateConfigData(kSettingsProfile, blockKey(block), on ? "1" : "0");
-    sendSystemFunctions(target, shown);
-    return shown;
+    return storeAndSend(target, blockKey(block), on ? "1" : "0", shown);
 }
 
 Outcome setSleepTime(const Target& target, std::int64_t value, const protocol::SystemSwitches& shown) {
     if (value < 0 || value >= kSleepTimeCount) {
         return Outcome::refused("the sleep time is 0-" + std::to_string(kSleepTimeCount - 1));
     }
-    target.db.updateConfigData(kSettingsProfile, kSleepLight, std::to_string(value));
-    sendSystemFunctions(target, shown);
-    return Outcome::done();
+    return storeAndSend(target, kSleepLight, std::to_string(value), shown);
 }
 
 Outcome resetKeys(const Target& target, std::int64_t profile, std::int64_t& lightMode) {
-    target.db.resetProfile(profile);
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        target.db.resetProfile(profile);
+        if (!transaction.commit()) return Outcome::notStored("the database did not take the reset");
+    }
     return selectProfile(target, profile, lightMode);
 }
 
 Outcome resetAll(const Target& target) {
-    target.db.dropTable();
-    target.db.createTable();
-    target.db.writeLightProfile(kSettingsProfile);
-    sendWholeConfiguration(target);
-    return Outcome::done();
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        target.db.dropTable();
+        target.db.createTable();
+        target.db.writeLightProfile(kSettingsProfile);
+        if (!transaction.commit()) return Outcome::notStored("the database did not take the reset");
+    }
+    return sentOrNot(sendWholeConfiguration(target), "the configuration");
 }
 
-void sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches) {
+bool sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches) {
     // One set of system functions for the keyboard: Fn mode and sleep time live under profile 1.
     const protocol::SystemStoredValues stored{target.db.getConfigData(kSettingsProfile, kFnFunction),
                                               target.db.getConfigData(kSettingsProfile, kSleepLight)};
-    protocol::SendSystemFunctionData(target.keyboard, switches, &stored);
+    return transfer(target, [&] { protocol::SendSystemFunctionData(target.keyboard, switches, &stored); });
 }
 protocol::SystemSwitches storedSwitches(const DeviceSQLite& db) {
     if (db.getConfigData(kSettingsProfile, kGameMode) != "1") return {};

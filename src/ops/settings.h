@@ -47,11 +47,11 @@ Outcome setLanguage(const Target& target, int language);
 // Fn key as Fn (true) or as a default key; the system functions are sent with `shown`, the
 // switches as the settings page shows them.
 Outcome setFnMode(const Target& target, bool fnKey, const protocol::SystemSwitches& shown);
-// Game mode on or off; the switches sent are returned (on: with the stored blocks; off: all off).
-protocol::SystemSwitches setGameMode(const Target& target, bool on);
-// One key block; `shown` are the switches before the change. Returns the switches sent.
-protocol::SystemSwitches setBlock(const Target& target, Block block, bool on,
-                                  protocol::SystemSwitches shown);
+// Game mode on or off; `shown` becomes the switches sent (on: with the stored blocks; off: all
+// off).
+Outcome setGameMode(const Target& target, bool on, protocol::SystemSwitches& shown);
+// One key block; `shown` holds the switches before the change and the ones sent after it.
+Outcome setBlock(const Target& target, Block block, bool on, protocol::SystemSwitches& shown);
 // Backlight sleep time 0–3, stored under profile 1 and sent with the system functions.
 Outcome setSleepTime(const Target& target, std::int64_t value, const protocol::SystemSwitches& shown);
 
@@ -63,7 +63,7 @@ Outcome resetKeys(const Target& target, std::int64_t profile, std::int64_t& ligh
 Outcome resetAll(const Target& target);
 
 // Sends the switches as given, and the Fn mode and sleep time stored under profile 1.
-void sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches);
+bool sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches);
 // The switches as the settings page shows them after loading: all off unless game mode is on.
 protocol::SystemSwitches storedSwitches(const DeviceSQLite& db);
 // Game mode on with the three blocks as stored.

@@ -19,7 +19,12 @@ struct Target {
 // How an operation ended. `message` says why it did not (English, for qx9ctl); `title` and
 // `text` say the same in the interface language for the window, when the window shows it.
 struct Outcome {
-    enum Status { kDone, kRefused, kNotStored };
+    enum Status {
+        kDone,
+        kRefused,    // the input was not valid: nothing changed
+        kNotStored,  // the database did not take the change: nothing was sent
+        kNotSent,    // stored, but the keyboard did not take the whole transaction
+    };
     Status status = kDone;
     std::string message;
     std::string title;
@@ -31,6 +36,20 @@ struct Outcome {
         return {kRefused, std::move(why), std::move(title), std::move(text)};
     }
     static Outcome notStored(std::string why) { return {kNotStored, std::move(why), {}, {}}; }
+    static Outcome notSent(std::string what) {
+        return {kNotSent, "stored, but the keyboard did not take " + std::move(what), {}, {}};
+    }
 };
+
+// Runs `send` (one or more transactions) and tells whether every report reached the keyboard;
+// true when there is no keyboard to send to.
+template <typename Send>
+bool transfer(const Target& target, Send&& send) {
+    const std::uint64_t before = target.keyboard ? target.keyboard->failures() : 0;
+    send();
+    return !target.keyboard || target.keyboard->failures() == before;
+}
+// The outcome of a stored change after its transaction: done, or not sent.
+inline Outcome sentOrNot(bool sent, const char* what) { return sent ? Outcome::done() : Outcome::notSent(what); }
 
 }  // namespace qx9::ops

@@ -78,8 +78,7 @@ Outcome deleteUserLight(const Target& target, std::int64_t set) {
 }
 
 Outcome showUserLight(const Target& target, std::int64_t set) {
-    sendUserLightColours(target, set);
-    return Outcome::done();
+    return sentOrNot(sendUserLightColours(target, set), "the per-key colours");
 }
 
 Outcome applyUserLight(const Target& target, std::int64_t set, const std::vector<std::uint32_t>& colours) {
@@ -92,8 +91,7 @@ Outcome applyUserLight(const Target& target, std::int64_t set, const std::vector
         }
         if (!transaction.commit()) return Outcome::notStored("the database did not take the colours");
     }
-    sendUserLightColours(target, set);
-    return Outcome::done();
+    return sentOrNot(sendUserLightColours(target, set), "the per-key colours");
 }
 
 Outcome resetUserLight(const Target& target, std::int64_t set) {
@@ -111,11 +109,13 @@ Outcome paintKeys(const Target& target, std::int64_t set, const std::vector<std:
     return applyUserLight(target, set, colours);
 }
 
-void sendUserLightMode(const Target& target) { protocol::SendUserLightModeData(target.keyboard); }
-void sendUserLightColours(const Target& target, std::int64_t setId) {
+bool sendUserLightMode(const Target& target) {
+    return transfer(target, [&] { protocol::SendUserLightModeData(target.keyboard); });
+}
+bool sendUserLightColours(const Target& target, std::int64_t setId) {
     std::vector<UserLightLEDData> colours;
     target.db.getUserLightLEDData(setId, colours);
-    protocol::SendUserLightLedData(target.keyboard, colours);
+    return transfer(target, [&] { protocol::SendUserLightLedData(target.keyboard, colours); });
 }
 
 }  // namespace qx9::ops

@@ -38,7 +38,7 @@ Outcome resetUserLight(const Target& target, std::int64_t set);
 Outcome paintKeys(const Target& target, std::int64_t set, const std::vector<std::int64_t>& keys, std::uint32_t rgb);
 
 // Sends the per-key mode; the key colours of one set, then the per-key mode.
-void sendUserLightMode(const Target& target);
-void sendUserLightColours(const Target& target, std::int64_t setId);
+bool sendUserLightMode(const Target& target);
+bool sendUserLightColours(const Target& target, std::int64_t setId);
 
 }  // namespace qx9::ops

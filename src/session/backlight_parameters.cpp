@@ -208,7 +208,9 @@ void LightingPage::backlightDirection(std::int64_t type) {
 void LightingPage::light_button_lightsleeptime(int value) {
     if (value >= 0 && value < ops::kSleepTimeCount) return backlightSleepTime(value);
     // Not a choice: nothing changes, and the stored value is sent all the same.
-    if (const std::optional<ops::Target> target = s_.core.target()) ops::sendSystemFunctions(*target, s_.settings.switches());
+    if (const std::optional<ops::Target> target = s_.core.target()) {
+        s_.core.report(ops::sentOrNot(ops::sendSystemFunctions(*target, s_.settings.switches()), "the system functions"));
+    }
 }
 
 void LightingPage::backlightSleepTime(std::int64_t type) {
@@ -216,7 +218,7 @@ void LightingPage::backlightSleepTime(std::int64_t type) {
     changed();
     // One sleep time for the keyboard: kept under profile 1 whatever profile is current.
     const std::optional<ops::Target> target = s_.core.target();
-    if (sleepChoice_ >= 0 && target) ops::setSleepTime(*target, type, s_.settings.switches());
+    if (sleepChoice_ >= 0 && target) s_.core.report(ops::setSleepTime(*target, type, s_.settings.switches()));
 }
 
 }  // namespace qx9

@@ -156,7 +156,7 @@ void CustomKeyDialog::keyAssignment() {
     if (!record) return;
     // Always the base layer, whatever layer the page shows.
     if (const std::optional<ops::Target> target = s_.core.target()) {
-        ops::assignKey(*target, currentProfile_, 0, customKeyValue_, *record);
+        s_.core.report(ops::assignKey(*target, currentProfile_, 0, customKeyValue_, *record));
     }
 }
 

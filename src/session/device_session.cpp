@@ -139,8 +139,10 @@ void DeviceSession::showPage(int pageCode) {
     // Entering these two pages sends their effect, also when the page is already shown.
     const std::optional<ops::Target> target = s_.core.target();
     if (!target) return;
-    if (pageCode == kPageBacklight) ops::sendLightMode(*target, s_.core.currentProfile, s_.core.currentLightMode);
-    if (pageCode == kPageUserLight) ops::sendUserLightMode(*target);
+    bool sent = true;
+    if (pageCode == kPageBacklight) sent = ops::sendLightMode(*target, s_.core.currentProfile, s_.core.currentLightMode);
+    if (pageCode == kPageUserLight) sent = ops::sendUserLightMode(*target);
+    s_.core.report(ops::sentOrNot(sent, "the lighting"));
 }
 
 bool DeviceSession::keyboardConnected() { return s_.core.device() != nullptr; }

@@ -119,7 +119,7 @@ void KeyPage::addCustomKey(ProfileKey& keydata) {
         // Nothing stored, or the key's own function: the key shows its own name.
         setKeyMacro(entry.layout_index, entry.full_name, false);
     }
-    if (!outcome) core.warn(outcome.title.empty() ? outcome.message : outcome.title, outcome.text);
+    core.report(outcome);
 }
 
 void KeyPage::showKeyMarks() {
@@ -137,7 +137,9 @@ void KeyPage::showKeyMarks() {
 
 void KeyPage::loadKeyMacroData() {
     showKeyMarks();
-    if (const std::optional<ops::Target> target = s_.core.target()) ops::sendKeyMap(*target, s_.core.currentProfile, 0);
+    if (const std::optional<ops::Target> target = s_.core.target()) {
+        s_.core.report(ops::sentOrNot(ops::sendKeyMap(*target, s_.core.currentProfile, 0), "the key map"));
+    }
 }
 
 void KeyPage::selectButtonAction(std::int64_t value) {
@@ -150,7 +152,9 @@ void KeyPage::selectButtonAction(std::int64_t value) {
 void KeyPage::textButtonAction(std::int64_t value) {
     fnKeyActive_ = value != 0;
     s_.core.notify(SessionAspect::FnMode);
-    if (const std::optional<ops::Target> target = s_.core.target()) ops::setFnMode(*target, fnKeyActive_, s_.settings.switches());
+    if (const std::optional<ops::Target> target = s_.core.target()) {
+        s_.core.report(ops::setFnMode(*target, fnKeyActive_, s_.settings.switches()));
+    }
 }
 
 void KeyPage::customKeywindowCloseDid() { loadKeyMacroData(); }

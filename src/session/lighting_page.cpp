@@ -75,7 +75,7 @@ void LightingPage::setBacklightMode(std::int64_t index) {
     core.currentLightMode = mode;
     const std::optional<ops::Target> target = core.target();
     LightRecord record{};
-    if (target && !ops::selectEffect(*target, core.currentProfile, mode, record)) {
+    if (target && !core.report(ops::selectEffect(*target, core.currentProfile, mode, record))) {
         changed();
         return;
     }
@@ -136,7 +136,7 @@ bool LightingPage::readRecord(std::int64_t mode, LightRecord& record) const {
 void LightingPage::changeRecord(const std::function<ops::Outcome(const ops::Target&)>& change) {
     const std::optional<ops::Target> target = s_.core.target();
     if (!target) fatalError("a change of the backlight without a database");
-    change(*target);
+    s_.core.report(change(*target));
 }
 
 }  // namespace qx9

@@ -80,7 +80,9 @@ std::int64_t MacroPage::selectedMacroId() const {
 std::optional<ops::Target> MacroPage::target() const { return s_.core.target(); }
 
 void MacroPage::sendMacros() {
-    if (const std::optional<ops::Target> t = target()) ops::sendMacros(*t, static_cast<std::int64_t>(macros_.size()));
+    if (const std::optional<ops::Target> t = target()) {
+        s_.core.report(ops::sentOrNot(ops::sendMacros(*t, static_cast<std::int64_t>(macros_.size())), "the macros"));
+    }
 }
 
 void MacroPage::insertKindRadios(bool keyboard, bool mouse, bool delay) {
@@ -163,7 +165,7 @@ void MacroPage::macroTableSetObjectValue(int row, const std::string& text) {
     if (row < 0 || row >= static_cast<int>(macros_.size()) || text.empty()) return;
     const std::optional<ops::Target> t = target();
     MacroRow& macro = macros_[static_cast<std::size_t>(row)];
-    if (t && ops::renameMacro(*t, macro.macroid, text)) {
+    if (t && s_.core.report(ops::renameMacro(*t, macro.macroid, text))) {
         macro.text = text;
         changed();
     }
@@ -175,11 +177,7 @@ void MacroPage::addMacroData() {
     // Named after the number of rows, whatever the other names are.
     const std::string name = ops::newMacroName(macros_.size());
     std::int64_t id = 0;
-    const ops::Outcome added = ops::addMacro(*t, name, id);
-    if (!added) {
-        if (!added.title.empty()) s_.core.warn(added.title, added.text);
-        return;
-    }
+    if (!s_.core.report(ops::addMacro(*t, name, id))) return;
     macros_.push_back({name, id});
     macroTableSelectionChanged(static_cast<int>(macros_.size()) - 1);
 }
@@ -191,7 +189,7 @@ void MacroPage::deleteMacroData() {
     }
     const std::optional<ops::Target> t = target();
     // No question asked, and nothing sent: key bindings keep their macro positions.
-    if (!t || !ops::deleteMacro(*t, selectedMacroId())) return;
+    if (!t || !s_.core.report(ops::deleteMacro(*t, selectedMacroId()))) return;
     macros_.erase(macros_.begin() + macroSelectIndex_);
     records_.clear();
     EnabledControl(false);
@@ -296,7 +294,7 @@ void MacroPage::insertNewEvent() {
     changed();
     // Stored, then every macro is sent.
     if (const std::optional<ops::Target> t = target()) {
-        ops::storeAndSendEvents(*t, selectedMacroId(), records_, static_cast<std::int64_t>(macros_.size()));
+        s_.core.report(ops::storeAndSendEvents(*t, selectedMacroId(), records_, static_cast<std::int64_t>(macros_.size())));
     }
 }
 
@@ -317,7 +315,7 @@ void MacroPage::button_action_delrecord() {
 void MacroPage::SaveMacroRecordDataToDB() {
     const std::optional<ops::Target> t = target();
     const std::int64_t id = selectedMacroId();
-    if (t && id != 0) ops::storeEvents(*t, id, records_);
+    if (t && id != 0) s_.core.report(ops::storeEvents(*t, id, records_));
 }
 
 // ---- Delay mode and saving ----
@@ -353,8 +351,8 @@ void MacroPage::button_action_saverecord() {
     // The edits of the list (an event deletion among them) and the delay mode, stored together;
     // no radio on counts as the recording delay.
     const int mode = delayMode() < 0 ? kRecordingDelay : delayMode();
-    ops::saveMacro(*t, id, records_, mode, leadingInteger(controls_.delaytime_edit_text),
-                   static_cast<std::int64_t>(macros_.size()));
+    s_.core.report(ops::saveMacro(*t, id, records_, mode, leadingInteger(controls_.delaytime_edit_text),
+                   static_cast<std::int64_t>(macros_.size())));
     changed();
 }
 

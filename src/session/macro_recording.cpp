@@ -98,7 +98,7 @@ void MacroPage::stopMacroRecord() {
     s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     // The recorded list replaces the stored events; then every macro is sent.
     if (const std::optional<ops::Target> t = target(); t && selectedMacroId() != 0) {
-        ops::storeAndSendEvents(*t, selectedMacroId(), records_, static_cast<std::int64_t>(macros_.size()));
+        s_.core.report(ops::storeAndSendEvents(*t, selectedMacroId(), records_, static_cast<std::int64_t>(macros_.size())));
     } else {
         sendMacros();
     }

@@ -49,7 +49,7 @@ void ProfileList::selectProfile(std::int64_t profile) {
     core.currentProfile = profile;
     s_.keys.showKeyMarks();
     if (const std::optional<ops::Target> target = core.target()) {
-        ops::selectProfile(*target, profile, core.currentLightMode);  // sends the key map
+        core.report(ops::selectProfile(*target, profile, core.currentLightMode));  // sends the key map
     }
 }
 
@@ -66,7 +66,7 @@ void ProfileList::addProfile() {
     const std::string name = ops::newProfileName(customkey_profilelist_datas_.size());
     const std::optional<ops::Target> target = s_.core.target();
     std::int64_t id = 0;
-    if (!target || !ops::addProfile(*target, name, id)) return;
+    if (!target || !s_.core.report(ops::addProfile(*target, name, id))) return;
     customkey_profilelist_datas_.push_back({id, name});
     setKeyProfileTableSelect(static_cast<int>(customkey_profilelist_datas_.size()) - 1);
 }
@@ -79,7 +79,9 @@ void ProfileList::deleteProfile() {
     const int row = selectedRow_;
     if (row < 0 || row >= static_cast<int>(customkey_profilelist_datas_.size())) return;
     const std::optional<ops::Target> target = s_.core.target();
-    if (!target || !ops::deleteProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId)) return;
+    if (!target || !s_.core.report(ops::deleteProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId))) {
+        return;
+    }
     // The current profile stays as it was, even when it was this one.
     customkey_profilelist_datas_.erase(customkey_profilelist_datas_.begin() + row);
     setKeyProfileTableSelect(row);
@@ -90,7 +92,8 @@ void ProfileList::keyTableItemViewEdit(int /*index*/, const std::string& text) {
     const int row = selectedRow_;
     if (row < 0 || row >= static_cast<int>(customkey_profilelist_datas_.size())) return;
     const std::optional<ops::Target> target = s_.core.target();
-    if (!target || !ops::renameProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId, text)) {
+    if (!target ||
+        !s_.core.report(ops::renameProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId, text))) {
         return;
     }
     std::vector<ProfileData> profiles;

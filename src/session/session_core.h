@@ -41,6 +41,8 @@ public:
     virtual void changed(SessionAspect) {}
     // A warning sheet with its two texts in the current language.
     virtual void warning(const std::string& /*message*/, const std::string& /*informative*/) {}
+    // A notice that does not stop the user (the keyboard did not take a change).
+    virtual void notice(const std::string& /*text*/) {}
     // A key was chosen on the key page: show the key menu at the pointer.
     virtual void showKeyMenu() {}
     // "Custom Function" was chosen: open the custom key dialog.
@@ -108,6 +110,10 @@ struct SessionCore {
     void warn(const std::string& message, const std::string& informative) {
         if (events) events->warning(message, informative);
     }
+    // Tells the user about an operation that did not go through: a refusal or a change that was
+    // not stored as a warning, a change the keyboard did not take as a notice. Returns whether
+    // the change was stored.
+    bool report(const ops::Outcome& outcome);
     void post(std::function<void()> work) {
         if (config.postToMain) config.postToMain(std::move(work));
         else work();

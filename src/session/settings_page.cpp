@@ -65,7 +65,7 @@ void SettingsPage::loadGameModeData() {
     if (!target) return;
     // Game mode off: every box shows off; the stored block values stay as they are.
     showSwitches(ops::storedSwitches(target->db));
-    ops::sendSystemFunctions(*target, switches());
+    s_.core.report(ops::sentOrNot(ops::sendSystemFunctions(*target, switches()), "the system functions"));
 }
 
 void SettingsPage::button_action_gamemode(int tag, bool on) {
@@ -77,11 +77,21 @@ void SettingsPage::configGameMode(int type) {
     const std::optional<ops::Target> target = s_.core.target();
     if (!target) return;
     switch (type) {
-        case kGameMode: showSwitches(ops::setGameMode(*target, boxes_[kGameMode])); break;
+        case kGameMode: {
+            protocol::SystemSwitches shown;
+            s_.core.report(ops::setGameMode(*target, boxes_[kGameMode], shown));
+            showSwitches(shown);
+            break;
+        }
         case kAltTab:
         case kAltF4:
-        case kLockWin: showSwitches(ops::setBlock(*target, blockOf(type), boxes_[type], switches())); break;
-        default: ops::sendSystemFunctions(*target, switches()); break;
+        case kLockWin: {
+            protocol::SystemSwitches shown = switches();
+            s_.core.report(ops::setBlock(*target, blockOf(type), boxes_[type], shown));
+            showSwitches(shown);
+            break;
+        }
+        default: s_.core.report(ops::sentOrNot(ops::sendSystemFunctions(*target, switches()), "the system functions")); break;
     }
 }
 
@@ -92,7 +102,7 @@ void SettingsPage::configResetKeys() {
     SessionCore& core = s_.core;
     const std::optional<ops::Target> target = core.target();
     if (!target) return;
-    ops::resetKeys(*target, core.currentProfile, core.currentLightMode);
+    core.report(ops::resetKeys(*target, core.currentProfile, core.currentLightMode));
     s_.keys.showKeyMarks();
 }
 

@@ -30,7 +30,7 @@ void UserLightPage::addUserLight() {
     const std::optional<ops::Target> target = s_.core.target();
     std::int64_t id = 0;
     const std::string name = ops::newUserLightName(rows_.size());
-    if (!target || !ops::addUserLight(*target, name, id)) return;
+    if (!target || !s_.core.report(ops::addUserLight(*target, name, id))) return;
     rows_.push_back({id, name});
     s_.core.notify(SessionAspect::UserLights);
     const int last = static_cast<int>(rows_.size()) - 1;
@@ -42,7 +42,7 @@ void UserLightPage::delUserLight() {
     const int row = selectedRow_;
     if (row < 0 || row >= static_cast<int>(rows_.size())) return;
     const std::optional<ops::Target> target = s_.core.target();
-    if (!target || !ops::deleteUserLight(*target, rows_[static_cast<std::size_t>(row)].light)) return;
+    if (!target || !s_.core.report(ops::deleteUserLight(*target, rows_[static_cast<std::size_t>(row)].light))) return;
     rows_.erase(rows_.begin() + row);
     s_.core.notify(SessionAspect::UserLights);
     // The same index again; past the end nothing is selected or loaded, and the screen keeps
@@ -65,7 +65,7 @@ void UserLightPage::loadUserLightInfo(int index) {
     if (index < 0 || index >= static_cast<int>(rows_.size())) return;
     userlight_id_ = rows_[static_cast<std::size_t>(index)].light;
     showSetColours();
-    if (const std::optional<ops::Target> target = s_.core.target()) ops::showUserLight(*target, userlight_id_);
+    if (const std::optional<ops::Target> target = s_.core.target()) s_.core.report(ops::showUserLight(*target, userlight_id_));
 }
 
 void UserLightPage::showSetColours() {
@@ -85,8 +85,7 @@ void UserLightPage::showSetColours() {
 void UserLightPage::applyUserLightKeyColor() {
     const std::optional<ops::Target> target = s_.core.target();
     if (!target) return;
-    const ops::Outcome outcome = ops::applyUserLight(*target, userlight_id_, keyColours_);
-    if (!outcome) s_.core.warn(outcome.title.empty() ? outcome.message : outcome.title, outcome.text);
+    s_.core.report(ops::applyUserLight(*target, userlight_id_, keyColours_));
 }
 
 void UserLightPage::resetUserLightKeyColor() {

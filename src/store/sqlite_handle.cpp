@@ -32,7 +32,8 @@ bool execute(sqlite3* db, const char* sql) noexcept {
 
 }  // namespace
 
-Statement::Statement(sqlite3* db, std::string_view sql) : db_(db) {
+Statement::Statement(sqlite3* db, std::string_view sql, const int* depth, int* failedLevel)
+    : db_(db), depth_(depth), failedLevel_(failedLevel) {
     sqlite3_stmt* raw = nullptr;
     const int rc = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &raw, nullptr);
     stmt_.reset(raw);
@@ -88,6 +89,7 @@ void Statement::bindOne(int index, std::string_view value) {
 }
 
 void Statement::fail() const {
+    if (depth_ && *depth_ > 0 && (*failedLevel_ == 0 || *failedLevel_ > *depth_)) *failedLevel_ = *depth_;
     throw Error(sqlite3_errmsg(db_));
 }
 
@@ -149,7 +151,8 @@ Statement Connection::prepare(std::string_view sql) const {
         if (s.lostLevel != 0) throw Error(s.lostWhy);
         if (sqlite3_get_autocommit(s.db)) throw Error(kTransactionLost);
     }
-    return Statement(s.db, sql);
+    State& marks = *state_;
+    return Statement(s.db, sql, &marks.depth, &marks.failedLevel);
 }
 
 Connection::Transaction Connection::begin(Mode mode) const {
@@ -187,6 +190,8 @@ bool Connection::Transaction::active() const noexcept {
 
 bool Connection::Transaction::commit() noexcept {
     if (!active() || level_ != state_->depth) return false;
+    // A statement of this level (or of one it is part of) failed: what it did is not committed.
+    if (state_->failedLevel != 0 && state_->failedLevel <= level_) return false;
     // A COMMIT that fails (an I/O error) leaves the transaction open; the end of the object
     // rolls it back.
     if (!execute(state_->db,
@@ -217,6 +222,7 @@ void Connection::Transaction::rollback() noexcept {
         s.lostLevel = 0;
         s.lostWhy.clear();
     }
+    if (s.failedLevel > s.depth) s.failedLevel = 0;
 }
 
 }  // namespace qx9::sqlite

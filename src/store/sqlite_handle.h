@@ -24,7 +24,8 @@ public:
 // One prepared statement. Values are always bound, never spliced into the SQL text.
 class Statement {
 public:
-    Statement(sqlite3* db, std::string_view sql);
+    // `depth` and `failedLevel`, when given, are the connection's transaction marks (see below).
+    Statement(sqlite3* db, std::string_view sql, const int* depth = nullptr, int* failedLevel = nullptr);
 
     // Binds the arguments to ?1, ?2, … in order: integers as INTEGER, everything else as TEXT.
     template <typename... Args>
@@ -82,6 +83,10 @@ private:
 
     sqlite3* db_;
     std::unique_ptr<sqlite3_stmt, Finalizer> stmt_;
+    // The connection's open transaction levels and its first failed level: a statement that
+    // fails inside a transaction marks the innermost level, whose commit is then refused.
+    const int* depth_ = nullptr;
+    int* failedLevel_ = nullptr;
 };
 
 // One open connection; closed when the object goes.
@@ -187,6 +192,7 @@ private:
         int depth = 0;        // open transaction levels
         int lostLevel = 0;    // the outermost level that could not begin; 0: none
         std::string lostWhy;  // SQLite's message for it
+        int failedLevel = 0;  // the outermost level in which a statement failed; 0: none
     };
 
     explicit Connection(sqlite3* db) : state_(std::make_unique<State>(db)) {}
