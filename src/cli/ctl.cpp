@@ -149,9 +149,9 @@ void check(const ops::Outcome& outcome) {
 DeviceSQLite& Context::database() {
     if (db_) return *db_;
     db_ = DeviceSQLite::openFile(options.db);
-    std::vector<ProfileData> profiles;
-    if (!db_->isConnected() || !db_->queryProfileList(profiles)) {
-        throw UsageError{"cannot open the database " + (options.db.empty() ? std::string(kDeviceDatabaseFileName) : options.db)};
+    if (!db_->readable()) {
+        throw UsageError{"cannot read the database " + db_->filePath().string() +
+                         " (left as it is; move it aside to start afresh, or import a backup)"};
     }
     curLanguage = ops::languageInUse(*db_);
     return *db_;

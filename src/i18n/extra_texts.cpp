@@ -28,6 +28,15 @@ Texts textsOf(ExtraText id) {
                     "keyboard is ready.",
                     "键盘没有接受此更改。更改已保存在本机；请在键盘就绪后重试。",
                     "鍵盤沒有接受此變更。變更已儲存在本機；請在鍵盤就緒後重試。"};
+        case ExtraText::kUnreadableTitle: return {"The settings file cannot be read", "无法读取设置文件", "無法讀取設定檔"};
+        case ExtraText::kUnreadableMessage:
+            return {"%1 is damaged or is not a settings file of this application. Nothing was sent to the "
+                    "keyboard and the file was left as it is. Move it aside and start the application again to "
+                    "begin with fresh settings, or import a backup (qx9ctl import FILE).",
+                    "%1 已损坏或不是本程序的设置文件。没有向键盘发送任何内容，文件保持原样。请将其移走后重新启动"
+                    "程序以使用新的设置，或导入备份（qx9ctl import 文件）。",
+                    "%1 已損壞或不是本程式的設定檔。沒有向鍵盤傳送任何內容，檔案保持原樣。請將其移走後重新啟動"
+                    "程式以使用新的設定，或匯入備份（qx9ctl import 檔案）。"};
     }
     return {"", "", ""};
 }

@@ -12,6 +12,8 @@ enum class ExtraText {
     kNotStoredTitle,     // "The change was not saved"
     kNotStoredMessage,   // "The settings file could not be written; nothing was sent to the keyboard."
     kNotSent,            // "The keyboard did not take the change. It is saved on this computer; …"
+    kUnreadableTitle,    // "The settings file cannot be read"
+    kUnreadableMessage,  // "%1 is damaged or …": %1 stands for the file
 };
 
 std::string extraText(ExtraText id);

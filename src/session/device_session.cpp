@@ -1,6 +1,7 @@
 #include "session/device_session.h"
 
 #include "common/fatal.h"
+#include "i18n/extra_texts.h"
 #include "ops/lighting.h"
 #include "ops/user_lights.h"
 #include "layout/key_maps.h"
@@ -92,6 +93,16 @@ void DeviceSession::ConnectDevice() {
         if (core.deviceComm || !core.kbHIDdevice) return;  // only the first keyboard loads
     }
     initSQLite();
+    if (!core.deviceDB->readable()) {
+        // Nothing of a file that cannot be read may reach the keyboard: the page models get no
+        // database, so nothing is stored or sent, and the user is told what to do.
+        const std::string file = core.deviceDB->filePath().string();
+        core.deviceDB.reset();
+        std::string message = extraText(ExtraText::kUnreadableMessage);
+        message.replace(message.find("%1"), 2, file);
+        core.warn(extraText(ExtraText::kUnreadableTitle), message);
+        return;
+    }
     loadSession(true);
 }
 

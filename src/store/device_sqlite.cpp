@@ -29,8 +29,14 @@ std::unique_ptr<DeviceSQLite> DeviceSQLite::openFile(const std::filesystem::path
     return std::make_unique<DeviceSQLite>(atPath(file));
 }
 
+bool DeviceSQLite::readable() const {
+    std::vector<ProfileData> profiles;
+    return isConnected() && queryProfileList(profiles);
+}
+
 void DeviceSQLite::open(const std::filesystem::path& directory, const std::filesystem::path& file) {
     db_.reset();
+    file_ = file;
     if (!directory.empty()) {
         std::error_code ec;
         std::filesystem::create_directories(directory, ec);

@@ -75,11 +75,12 @@ public:
     DeviceSQLite& operator=(DeviceSQLite&&) noexcept = default;
 
     bool isConnected() const { return db_.has_value(); }
-    // The open file (empty without a connection), for messages. Everything read or written goes
+    // The file this object opened or tried to open, for messages. Everything read or written goes
     // through this object's connection, so that its transactions cover it.
-    std::filesystem::path filePath() const {
-        return db_ ? std::filesystem::path(db_->fileName()) : std::filesystem::path();
-    }
+    const std::filesystem::path& filePath() const { return file_; }
+    // Whether the file could be opened and its profiles read: a file that cannot is damaged, not
+    // a database, or not this application's, and nothing read from it may reach the keyboard.
+    bool readable() const;
 
     // Tables
     void createTable();
@@ -165,6 +166,7 @@ private:
     void open(const std::filesystem::path& directory, const std::filesystem::path& file);
 
     std::optional<sqlite::Connection> db_;
+    std::filesystem::path file_;
 };
 
 }  // namespace qx9

@@ -91,13 +91,21 @@ TEST_F(Qx9ctl, WithoutAKeyboardItStoresAndSaysSo) {
     EXPECT_EQ(out_.str(), "a\t4\t2\t1\t0\t0\tDisable Keys\n");
 }
 
-TEST_F(Qx9ctl, UnreadableDatabaseIsAnErrorAndStaysAsItWas) {
-    const std::string text = "this is not a database, and must stay as it is\n";
-    std::ofstream(path("text.sqlite3")) << text;
-    EXPECT_EQ(run({"profile", "list"}, "text.sqlite3"), 1);
-    EXPECT_EQ(err_.str(), "qx9ctl: cannot open the database " + path("text.sqlite3") + "\n");
-    std::ifstream in(path("text.sqlite3"));
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), text);
+TEST_F(Qx9ctl, UnreadableDatabaseIsAnErrorSendsNothingAndStaysAsItWas) {
+    std::string bytes = "this is not a database, and must stay as it is\n";
+    for (int i = 0; i < 4096; ++i) bytes += static_cast<char>((i * 7919 + 13) % 256);  // and noise
+    std::ofstream(path("text.sqlite3"), std::ios::binary) << bytes;
+    for (const std::vector<std::string>& args : {std::vector<std::string>{"--wire", "-", "connect"},
+                                                 {"profile", "list"}, {"key", "set", "1", "0", "a", "key:5"},
+                                                 {"settings", "reset-all"}, {"export", "-"}}) {
+        SCOPED_TRACE(args[0]);
+        EXPECT_EQ(run(args, "text.sqlite3"), 1);
+        EXPECT_EQ(out_.str(), "");  // nothing on the wire, nothing exported
+        EXPECT_EQ(err_.str(), "qx9ctl: cannot read the database " + path("text.sqlite3") +
+                                  " (left as it is; move it aside to start afresh, or import a backup)\n");
+        std::ifstream in(path("text.sqlite3"), std::ios::binary);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), bytes);
+    }
 }
 
 TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {

@@ -8,10 +8,12 @@
 #include "i18n/language.h"
 #include "layout/key_maps.h"
 #include "ops/key_assignment.h"
+#include "ops/lighting.h"
 #include "ops/macros.h"
 #include "ops/settings.h"
 #include "ops/user_lights.h"
 #include "support/sql_value.h"
+#include <functional>
 #include "support/wire_fixture.h"
 
 namespace qx9::test {
@@ -154,6 +156,93 @@ TEST_F(OpsTest, PaintingTakesTheKeysOutOfOtherSets) {
     EXPECT_EQ(commands(), (std::vector<int>{0x18, 0x23, 0x02, 0xF0, 0x18, 0x13, 0x02, 0xF0}));
     EXPECT_EQ(keyColour(keyboard_->memory(), G_KB_SuperKeyCodeMap.at(26).light_index), 0xFF4000u);
     EXPECT_EQ(ops::paintKeys(target(), first, {61}, 0xFF0000).status, ops::Outcome::kRefused);  // f4: Fn layer only
+}
+
+}  // namespace
+}  // namespace qx9::test
+
+namespace qx9::test {
+namespace {
+
+// A virtual QX9 that fails at the k-th report set: that one report, every call from it on (the
+// keyboard unplugged), or by answering busy to the reads after it.
+class FaultyKeyboard final : public HidBackend {
+public:
+    enum Fault { kNone, kFailOnce, kVanish, kBusyOnce, kBusyTwice };
+    FaultyKeyboard(std::shared_ptr<VirtualQX9> inner, Fault fault, int k) : inner_(std::move(inner)), fault_(fault), k_(k) {}
+    std::string identity() const override { return inner_->identity(); }
+    std::int64_t productId() const override { return inner_->productId(); }
+    bool open() override { return inner_->open(); }
+    void close() override { inner_->close(); }
+    bool isOpen() const override { return inner_->isOpen(); }
+    std::string lastError() const override { return inner_->lastError(); }
+    bool setFeatureReport(std::uint8_t id, const std::uint8_t* data, std::size_t length) override {
+        ++sets;
+        if (gone_) return false;
+        if (sets == k_) {
+            if (fault_ == kFailOnce) return false;
+            if (fault_ == kVanish) return !(gone_ = true);
+            if (fault_ == kBusyOnce || fault_ == kBusyTwice) inner_->setBusyReads(fault_ == kBusyOnce ? 1 : 2);
+        }
+        return inner_->setFeatureReport(id, data, length);
+    }
+    bool getFeatureReport(std::uint8_t id, std::uint8_t* data, std::size_t& length) override {
+        return !gone_ && inner_->getFeatureReport(id, data, length);
+    }
+    int sets = 0;
+
+private:
+    std::shared_ptr<VirtualQX9> inner_;
+    Fault fault_;
+    int k_;
+    bool gone_ = false;
+};
+
+// Every report position of every kind of transaction, under each fault: nothing crashes or
+// hangs, the store ends as it does without the fault, and the outcome tells the user.
+TEST_F(OpsTest, EveryFaultAtEveryReportIsReported) {
+    std::int64_t macro = 0, set = 0;
+    ASSERT_TRUE(ops::addMacro({db_}, "Macro1", macro));
+    ASSERT_TRUE(ops::addUserLight({db_}, "one", set));
+    const std::string clean = file_.string() + ".clean";
+    ASSERT_TRUE(sqlExec(file_.string(), "PRAGMA wal_checkpoint(TRUNCATE)"));  // the file alone holds it all
+    const std::vector<std::pair<const char*, std::function<ops::Outcome(const ops::Target&)>>> changes = {
+        {"key", [](const ops::Target& t) { return ops::assignKey(t, 1, 0, 4, *ops::paletteFunction(5)); }},
+        {"macro", [&](const ops::Target& t) { return ops::storeAndSendEvents(t, macro, *ops::keyPressEvents(4), 1); }},
+        {"effect", [](const ops::Target& t) { LightRecord r; return ops::selectEffect(t, 1, 9, r); }},
+        {"colours", [&](const ops::Target& t) { return ops::paintKeys(t, set, {4}, 0xFF0000); }},
+        {"system", [](const ops::Target& t) { return ops::setFnMode(t, true, {}); }},
+    };
+    for (const auto& [name, change] : changes) {
+        // The clean run: how many reports, and the store after it.
+        std::filesystem::copy_file(file_, clean, std::filesystem::copy_options::overwrite_existing);
+        auto counter = std::make_shared<FaultyKeyboard>(std::make_shared<VirtualQX9>(), FaultyKeyboard::kNone, 0);
+        {
+            DeviceSQLite db = DeviceSQLite::atPath(clean);
+            DeviceComm comm(counter, recorder_.get());
+            ASSERT_EQ(change({db, &comm}).message, "") << name;
+        }
+        const auto expected = dumpDatabase(clean);
+        for (int k = 1; k <= counter->sets; ++k) {
+            for (auto fault : {FaultyKeyboard::kFailOnce, FaultyKeyboard::kVanish, FaultyKeyboard::kBusyOnce,
+                               FaultyKeyboard::kBusyTwice}) {
+                SCOPED_TRACE(std::string(name) + " report " + std::to_string(k) + " fault " + std::to_string(fault));
+                std::filesystem::copy_file(file_, clean, std::filesystem::copy_options::overwrite_existing);
+                std::filesystem::remove(clean + "-wal");
+                auto faulty = std::make_shared<FaultyKeyboard>(std::make_shared<VirtualQX9>(), fault, k);
+                ops::Outcome outcome;
+                {
+                    DeviceSQLite db = DeviceSQLite::atPath(clean);
+                    DeviceComm comm(faulty, recorder_.get());
+                    outcome = change({db, &comm});
+                }
+                // A busy answer the resend cures is no fault; any other fault is said.
+                EXPECT_EQ(outcome.status, fault == FaultyKeyboard::kBusyOnce ? ops::Outcome::kDone : ops::Outcome::kNotSent);
+                EXPECT_EQ(dumpDatabase(clean), expected);
+            }
+        }
+    }
+    for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(clean + suffix);
 }
 
 }  // namespace

@@ -19,9 +19,11 @@ public:
     void warning(const std::string& message, const std::string& informative) override {
         warnings.push_back(message + " | " + informative);
     }
+    void notice(const std::string& text) override { notices.push_back(text); }
     void showKeyMenu() override { ++keyMenus; }
     void showCustomKeyDialog() override { ++dialogs; }
     std::vector<std::string> warnings;
+    std::vector<std::string> notices;
     int keyMenus = 0;
     int dialogs = 0;
 };
