@@ -204,9 +204,14 @@ TEST_F(BacklightTest, SelectionAndSleepTimeUnderProfileOneRecordOfTheCurrentProf
               "1:16," + std::to_string(second) + ":11");
     expectControls(kCatalogue[15], p2);
     expectSent(16, p2);
-    page().backlightBrightnessChange(9);
-    EXPECT_EQ(stored(second, 16), "255 0 0 0 9 4 1");
+    // Brightness and speed are stored and sent whole; the sliders show the low four bits.
+    page().backlightBrightnessChange(0x39);
+    page().backlightSpeedChange(0x25);
+    EXPECT_EQ(stored(second, 16), "255 0 0 0 57 37 1");
     EXPECT_EQ(stored(1, 16), text(kDefaults));
+    EXPECT_EQ(sentLightMode().brightness, 0x39);
+    EXPECT_EQ(sentLightMode().speed, 0x25);
+    EXPECT_EQ(std::pair(page().light_slider_brightness().value, page().light_slider_speed().value), std::pair(9, 5));
 
     // The sleep time is stored under profile 1 and sent with the system functions; a value
     // outside 0–3 changes nothing but still sends the stored one.
@@ -345,21 +350,6 @@ TEST_F(BacklightColourTest, RandomSwitchPreviewsTheExactColour) {
     EXPECT_EQ(page().keyColours(), colourful());
     expectSent(1, kDefaults);
     EXPECT_EQ(stored(1, 1), text(kDefaults));
-}
-
-// ---- Brightness, speed, direction ----
-
-TEST_F(BacklightTest, BrightnessAndSpeedAreStoredWholeAndShownByTheirLowFourBits) {
-    connectInEnglish();
-    page().lightModeSelectionChanged(3);  // Glittering
-    page().backlightBrightnessChange(0x3F);
-    page().backlightSpeedChange(0x25);
-    EXPECT_EQ(stored(1, 4), "202 81 0 1 63 37 0");
-    EXPECT_EQ(sentLightMode().brightness, 0x3F);
-    EXPECT_EQ(sentLightMode().speed, 0x25);
-    page().lightModeSelectionChanged(3);
-    EXPECT_EQ(page().light_slider_brightness().value, 15);
-    EXPECT_EQ(page().light_slider_speed().value, 5);
 }
 
 TEST_F(BacklightTest, DirectionButtons) {

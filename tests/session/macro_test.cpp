@@ -65,12 +65,12 @@ protected:
                    "record_value || ':' || record_desc AS e FROM t_macrorecord WHERE macro_id = " +
                    std::to_string(id) + " ORDER BY record_id)");
     }
-    // The events of the keyboard's first macro ("down 04, delay 10, up 04").
-    std::string onKeyboard() {
+    // The events of the keyboard's macro at a list position ("down 04, delay 10, up 04").
+    std::string onKeyboard(std::size_t position = 0) {
         const auto macros = decodeMacros(keyboard_->memory());
-        if (macros.empty()) return "no macro";
+        if (macros.size() <= position) return "no macro";
         std::string out;
-        for (const auto& e : macros[0].events) out += (out.empty() ? "" : ", ") + macroEventText(e);
+        for (const auto& e : macros[position].events) out += (out.empty() ? "" : ", ") + macroEventText(e);
         return out;
     }
     void chooseDelayMode(int mode, const std::string& field) {
@@ -138,105 +138,85 @@ TEST_F(MacroTest, AKeyInsertedByHandIsAPairWithAPauseOnTheKeyboardAndNoKeyNothin
     EXPECT_EQ(onKeyboard(), "down 04, delay 10, up 04");
 }
 
-struct InsertCase {
-    const char* name;
-    int selected;  // −1: none
-    int position;  // 0 before, 1 after
-    int kind;
-    std::string typed;  // delay field
-    int button;         // mouse pop-up item
-    std::vector<std::string> rows;
-};
-
-void PrintTo(const InsertCase& c, std::ostream* os) { *os << c.name; }
-
-class MacroInsertTest : public MacroTest, public ::testing::WithParamInterface<InsertCase> {};
-
-TEST_P(MacroInsertTest, PlacesTheNewEventsAndStoresAndSendsTheList) {
-    const InsertCase& c = GetParam();
-    const std::int64_t id = macroWith({{kRecordDelay, 100, "100"}, {kRecordDelay, 200, "200"}});
-    page().recordTableSelectionChanged(c.selected);
-    page().insertevent_combox_select(c.position);
-    switch (c.kind) {
-        case MacroPage::kInsertKeyboard:
+TEST_F(MacroTest, InsertPlacesTheNewEventsAndStoresAndSendsTheList) {
+    const struct {
+        const char* name;
+        int selected;       // −1: none
+        int position;       // 0 before, 1 after
+        int kind;
+        std::string input;  // the typed delay, or the mouse pop-up item
+        std::vector<std::string> rows;
+    } cases[] = {
+        {"key appended without selection", -1, 0, MacroPage::kInsertKeyboard, "",
+         {"[Delay:ms] 100", "[Delay:ms] 200", "[KEY DOWN] B", "[KEY UP] B"}},
+        {"key before the second", 1, 0, MacroPage::kInsertKeyboard, "",
+         {"[Delay:ms] 100", "[KEY DOWN] B", "[KEY UP] B", "[Delay:ms] 200"}},
+        {"right button after the first", 0, 1, MacroPage::kInsertMouse, "2",
+         {"[Delay:ms] 100", "[MOUSE DOWN] Right Button", "[MOUSE UP] Right Button", "[Delay:ms] 200"}},
+        {"middle button before the first", 0, 0, MacroPage::kInsertMouse, "1",
+         {"[MOUSE DOWN] Middle button", "[MOUSE UP] Middle button", "[Delay:ms] 100", "[Delay:ms] 200"}},
+        {"left button after the last", 1, 1, MacroPage::kInsertMouse, "0",
+         {"[Delay:ms] 100", "[Delay:ms] 200", "[MOUSE DOWN] Left Button", "[MOUSE UP] Left Button"}},
+        {"delay typed too large is capped", 1, 1, MacroPage::kInsertDelay, "70000",
+         {"[Delay:ms] 100", "[Delay:ms] 200", "[Delay:ms] 60000"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::int64_t id = macroWith({{kRecordDelay, 100, "100"}, {kRecordDelay, 200, "200"}});
+        clearWire();
+        page().recordTableSelectionChanged(c.selected);
+        page().insertevent_combox_select(c.position);
+        if (c.kind == MacroPage::kInsertKeyboard) {
             page().radio_action_keyboardevent();
             key(5, 1, 10);  // B
-            break;
-        case MacroPage::kInsertMouse:
+        } else if (c.kind == MacroPage::kInsertMouse) {
             page().radio_action_mouseevent();
-            EXPECT_FALSE(page().controls().mousevent_combox_hidden);
-            EXPECT_TRUE(page().controls().insertevent_edit_hidden);
-            page().mousevent_combox_select(c.button);
-            break;
-        default:
+            EXPECT_TRUE(!page().controls().mousevent_combox_hidden && page().controls().insertevent_edit_hidden);
+            page().mousevent_combox_select(std::stoi(c.input));
+        } else {
             page().radio_action_delaytime();
             EXPECT_TRUE(page().controls().insertevent_edit);
-            page().controlTextDidChange(MacroField::kInsertEvent, c.typed);
-            break;
+            page().controlTextDidChange(MacroField::kInsertEvent, c.input);
+        }
+        page().button_action_insertevent();
+        EXPECT_EQ(shown(), c.rows);
+        EXPECT_EQ(texts(ops::storedEvents(*session_->core.db(), id)), c.rows);  // stored as shown
+        EXPECT_EQ(sql("SELECT MAX(record_index) + 1 FROM t_macrorecord WHERE macro_id = " + std::to_string(id)),
+                  std::to_string(c.rows.size()));
+        EXPECT_EQ(commandCodes(), kDownload);
     }
-    page().button_action_insertevent();
-    EXPECT_EQ(shown(), c.rows);
-    EXPECT_EQ(texts(ops::storedEvents(*session_->core.db(), id)), c.rows);  // the store holds the list as shown
-    EXPECT_EQ(sql("SELECT group_concat(record_index) FROM t_macrorecord"), c.rows.size() == 3 ? "0,1,2" : "0,1,2,3");
-    EXPECT_EQ(commandCodes(), kDownload);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, MacroInsertTest,
-    ::testing::Values(
-        InsertCase{"KeyAppendedWithoutSelection", -1, 0, MacroPage::kInsertKeyboard, "", 0,
-                   {"[Delay:ms] 100", "[Delay:ms] 200", "[KEY DOWN] B", "[KEY UP] B"}},
-        InsertCase{"KeyBeforeTheSecond", 1, 0, MacroPage::kInsertKeyboard, "", 0,
-                   {"[Delay:ms] 100", "[KEY DOWN] B", "[KEY UP] B", "[Delay:ms] 200"}},
-        InsertCase{"RightButtonAfterTheFirst", 0, 1, MacroPage::kInsertMouse, "", 2,
-                   {"[Delay:ms] 100", "[MOUSE DOWN] Right Button", "[MOUSE UP] Right Button", "[Delay:ms] 200"}},
-        InsertCase{"MiddleButtonBeforeTheFirst", 0, 0, MacroPage::kInsertMouse, "", 1,
-                   {"[MOUSE DOWN] Middle button", "[MOUSE UP] Middle button", "[Delay:ms] 100", "[Delay:ms] 200"}},
-        InsertCase{"LeftButtonAfterTheLast", 1, 1, MacroPage::kInsertMouse, "", 0,
-                   {"[Delay:ms] 100", "[Delay:ms] 200", "[MOUSE DOWN] Left Button", "[MOUSE UP] Left Button"}},
-        InsertCase{"DelayTypedTooLargeIsCapped", 1, 1, MacroPage::kInsertDelay, "70000", 0,
-                   {"[Delay:ms] 100", "[Delay:ms] 200", "[Delay:ms] 60000"}},
-        InsertCase{"DelayNotANumberIsTen", 0, 0, MacroPage::kInsertDelay, "abc", 0,
-                   {"[Delay:ms] 10", "[Delay:ms] 100", "[Delay:ms] 200"}}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 // ---- Deleting events ----
 
-struct DeleteCase {
-    const char* name;
-    std::vector<Ev> events;
-    int selected;
-    std::vector<std::int64_t> leftTypes;
-};
-
-void PrintTo(const DeleteCase& c, std::ostream* os) { *os << c.name; }
-
-class MacroDeleteTest : public MacroTest, public ::testing::WithParamInterface<DeleteCase> {};
-
-TEST_P(MacroDeleteTest, TakesThePartnerFoundByType) {
-    const DeleteCase& c = GetParam();
-    macroWith(c.events);
-    page().recordTableSelectionChanged(c.selected);
-    page().deleteRecordItem();
-    std::vector<std::int64_t> types;
-    for (const RecordRow& r : page().RecordListDatas()) types.push_back(r.type);
-    EXPECT_EQ(types, c.leftTypes);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, MacroDeleteTest,
-    ::testing::Values(
+TEST_F(MacroTest, DeletingAnEventTakesThePartnerFoundByType) {
+    const struct {
+        const char* name;
+        std::vector<Ev> events;
+        int selected;
+        std::vector<std::int64_t> leftTypes;
+    } cases[] = {
         // Key down A takes the next key up, which is B's.
-        DeleteCase{"KeyDownTakesTheNextKeyUpOfAnyKey", {kDownA, kDownB, kUpB, kUpA}, 0, {2, 3}},
-        DeleteCase{"KeyUpTakesTheNearestKeyDownBefore", {kDownA, kDownB, kUpB, kUpA}, 3, {2, 3}},
-        DeleteCase{"KeyDownAcrossADelay", {kDownA, kWait, kUpA}, 0, {1}},
-        DeleteCase{"DelayGoesAlone", {kDownA, kWait, kUpA}, 1, {2, 3}},
-        DeleteCase{"MouseDownTakesTheNextMouseUp", {kMouseDown, kWait, kMouseUp, kDownA}, 0, {1, 2}},
-        DeleteCase{"MouseUpTakesTheNearestMouseDown", {kMouseDown, kMouseUp, kMouseDown, kMouseUp}, 3, {4, 5}},
-        DeleteCase{"MouseUpIgnoresKeys", {kMouseDown, kDownA, kMouseUp}, 2, {2}},
-        DeleteCase{"WithoutPartnerAloneGoes", {kWait, kUpA}, 1, {1}},
-        DeleteCase{"NoSelectionDeletesNothing", {kDownA, kUpA}, -1, {2, 3}}),
-    [](const auto& info) { return std::string(info.param.name); });
+        {"key down takes the next key up of any key", {kDownA, kDownB, kUpB, kUpA}, 0, {2, 3}},
+        {"key up takes the nearest key down before", {kDownA, kDownB, kUpB, kUpA}, 3, {2, 3}},
+        {"key down across a delay", {kDownA, kWait, kUpA}, 0, {1}},
+        {"a delay goes alone", {kDownA, kWait, kUpA}, 1, {2, 3}},
+        {"mouse down takes the next mouse up", {kMouseDown, kWait, kMouseUp, kDownA}, 0, {1, 2}},
+        {"mouse up takes the nearest mouse down", {kMouseDown, kMouseUp, kMouseDown, kMouseUp}, 3, {4, 5}},
+        {"mouse up ignores keys", {kMouseDown, kDownA, kMouseUp}, 2, {2}},
+        {"without partner alone", {kWait, kUpA}, 1, {1}},
+        {"no selection deletes nothing", {kDownA, kUpA}, -1, {2, 3}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        macroWith(c.events);
+        page().recordTableSelectionChanged(c.selected);
+        page().deleteRecordItem();
+        std::vector<std::int64_t> types;
+        for (const RecordRow& r : page().RecordListDatas()) types.push_back(r.type);
+        EXPECT_EQ(types, c.leftTypes);
+    }
+}
 
 TEST_F(MacroTest, TheKeyboardKeepsADeletedEventUntilTheNextSave) {
     const std::int64_t id = macroWith({kDownA, kWait, kUpA});
@@ -257,49 +237,38 @@ TEST_F(MacroTest, TheKeyboardKeepsADeletedEventUntilTheNextSave) {
 
 // ---- Delay mode and saving ----
 
-struct SaveCase {
-    const char* name;
-    int mode;
-    const char* typed;
-    const char* header;  // play_times,delay_type,delay_time
-};
-
-void PrintTo(const SaveCase& c, std::ostream* os) { *os << c.name; }
-
-class MacroSaveTest : public MacroTest, public ::testing::WithParamInterface<SaveCase> {};
-
-TEST_P(MacroSaveTest, StoresTheDelayModeAndRewritesTheKeyboard) {
-    const SaveCase& c = GetParam();
-    const std::int64_t id = macroWith({kDownA, kUpA});
-    chooseDelayMode(c.mode, c.typed);
-    // The delay field is editable under "Default" only, and follows the page's enabled state.
-    EXPECT_EQ(page().controls().delaytime_edit, c.mode == MacroPage::kDefaultDelay);
-    page().EnabledControl(false);
-    EXPECT_FALSE(page().controls().delaytime_edit || page().controls().record_button);
-    page().EnabledControl(true);
-    EXPECT_EQ(page().controls().delaytime_edit, c.mode == MacroPage::kDefaultDelay);
-    page().button_action_saverecord();
-    EXPECT_EQ(sql("SELECT play_times || ',' || delay_type || ',' || delay_time FROM t_macro_data WHERE macro_id = " +
-                  std::to_string(id)),
-              c.header);
-    EXPECT_EQ(commandCodes(), kDownload);
-
-    // Loaded again: the radio of the stored mode; "Default" shows the repeat count (0).
-    page().macroTableSelectionChanged(-1);
-    page().radio_action_nodelaytime();
-    page().macroTableSelectionChanged(0);
-    EXPECT_EQ(page().delayMode(), c.mode);
-    if (c.mode == MacroPage::kDefaultDelay) {
-        EXPECT_EQ(page().delayTimeText(), "0");
+TEST_F(MacroTest, SaveStoresTheDelayModeAndRewritesTheKeyboard) {
+    const struct {
+        int mode;
+        const char* typed;
+        const char* header;  // play_times,delay_type,delay_time
+    } cases[] = {{MacroPage::kRecordingDelay, "30", "0,0,0"}, {MacroPage::kNoDelay, "30", "0,1,0"},
+                 {MacroPage::kDefaultDelay, "30", "0,2,30"}, {MacroPage::kDefaultDelay, "99999", "0,2,60000"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.header);
+        const std::int64_t id = macroWith({kDownA, kUpA});
+        const int row = static_cast<int>(page().MacroListDatas().size()) - 1;
+        chooseDelayMode(c.mode, c.typed);
+        // The delay field is editable under "Default" only, and follows the page's enabled state.
+        EXPECT_EQ(page().controls().delaytime_edit, c.mode == MacroPage::kDefaultDelay);
+        page().EnabledControl(false);
+        EXPECT_FALSE(page().controls().delaytime_edit || page().controls().record_button);
+        page().EnabledControl(true);
+        EXPECT_EQ(page().controls().delaytime_edit, c.mode == MacroPage::kDefaultDelay);
+        clearWire();
+        page().button_action_saverecord();
+        EXPECT_EQ(sql("SELECT play_times || ',' || delay_type || ',' || delay_time FROM t_macro_data "
+                      "WHERE macro_id = " + std::to_string(id)),
+                  c.header);
+        EXPECT_EQ(commandCodes(), kDownload);
+        // Loaded again: the radio of the stored mode; "Default" shows the repeat count (0).
+        page().macroTableSelectionChanged(-1);
+        page().radio_action_nodelaytime();
+        page().macroTableSelectionChanged(row);
+        EXPECT_EQ(page().delayMode(), c.mode);
+        if (c.mode == MacroPage::kDefaultDelay) EXPECT_EQ(page().delayTimeText(), "0");
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, MacroSaveTest,
-                         ::testing::Values(SaveCase{"RecordingDelay", MacroPage::kRecordingDelay, "30", "0,0,0"},
-                                           SaveCase{"NoDelay", MacroPage::kNoDelay, "30", "0,1,0"},
-                                           SaveCase{"DefaultDelay", MacroPage::kDefaultDelay, "30", "0,2,30"},
-                                           SaveCase{"DefaultCapped", MacroPage::kDefaultDelay, "99999", "0,2,60000"}),
-                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(MacroFieldLimits, ByField) {
     constexpr MacroField I = MacroField::kInsertEvent, D = MacroField::kDelayTime, P = MacroField::kPlayCount,
@@ -322,56 +291,48 @@ TEST(MacroFieldLimits, ByField) {
 
 // ---- Recording ----
 
-struct RecordCase {
-    const char* name;
-    int mode;
-    const char* field;
-    std::int64_t releaseAt;  // A is pressed at 1000
-    std::vector<std::string> rows;
-    const char* sent;  // the macro as the keyboard holds it
-};
-
-void PrintTo(const RecordCase& c, std::ostream* os) { *os << c.name; }
-
-class MacroRecordTest : public MacroTest, public ::testing::WithParamInterface<RecordCase> {};
-
-TEST_P(MacroRecordTest, RecordsWithTheDelayMode) {
-    const RecordCase& c = GetParam();
-    const std::int64_t id = macroWith({kWait});  // replaced by the recording
-    chooseDelayMode(c.mode, c.field);
-    page().button_action_recordmacro();
-    EXPECT_EQ(page().macroRecordType(), MacroPage::kRecording);
-    EXPECT_EQ(page().controls().record_button_title, 200);
-    EXPECT_TRUE(page().controls().delayevent_radiobutton);
-    EXPECT_TRUE(page().RecordListDatas().empty());
-    key(4, 1, 1000);
-    key(4, 0, c.releaseAt);
-    EXPECT_EQ(shown(), c.rows);
-    EXPECT_EQ(stored(id), "0=1:100:100");  // stored only at the end
-    EXPECT_TRUE(sets().empty());
-
-    page().button_action_recordmacro();
-    EXPECT_EQ(page().macroRecordType(), MacroPage::kIdle);
-    EXPECT_FALSE(page().eventHandler());
-    EXPECT_EQ(session_->core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE, 0);
-    EXPECT_EQ(texts(ops::storedEvents(*session_->core.db(), id)), c.rows);
-    EXPECT_EQ(commandCodes(), kDownload);
-    EXPECT_EQ(onKeyboard(), c.sent);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, MacroRecordTest,
-    ::testing::Values(
-        RecordCase{"RecordingDelay", MacroPage::kRecordingDelay, "", 1250,
-                   {"[KEY DOWN] A", "[Delay:ms] 250", "[KEY UP] A"}, "down 04, delay 250, up 04"},
+TEST_F(MacroTest, RecordsWithTheDelayMode) {
+    const struct {
+        int mode;
+        const char* field;
+        std::int64_t releaseAt;  // A is pressed at 1000
+        std::vector<std::string> rows;
+        const char* sent;  // the macro as the keyboard holds it
+    } cases[] = {
+        {MacroPage::kRecordingDelay, "", 1250, {"[KEY DOWN] A", "[Delay:ms] 250", "[KEY UP] A"},
+         "down 04, delay 250, up 04"},
         // 100000 ms: only the low 16 bits fit the keyboard's entry (0x186A0 → 0x86A0).
-        RecordCase{"RecordingDelayCapped", MacroPage::kRecordingDelay, "", 1000 + 200000,
-                   {"[KEY DOWN] A", "[Delay:ms] 100000", "[KEY UP] A"}, "down 04, delay 34464, up 04"},
-        RecordCase{"NoDelay", MacroPage::kNoDelay, "", 1250, {"[KEY DOWN] A", "[KEY UP] A"},
-                   "down 04, delay 10, up 04"},
-        RecordCase{"DefaultDelay", MacroPage::kDefaultDelay, "30", 1250,
-                   {"[KEY DOWN] A", "[Delay:ms] 30", "[KEY UP] A"}, "down 04, delay 30, up 04"}),
-    [](const auto& info) { return std::string(info.param.name); });
+        {MacroPage::kRecordingDelay, "", 1000 + 200000, {"[KEY DOWN] A", "[Delay:ms] 100000", "[KEY UP] A"},
+         "down 04, delay 34464, up 04"},
+        {MacroPage::kNoDelay, "", 1250, {"[KEY DOWN] A", "[KEY UP] A"}, "down 04, delay 10, up 04"},
+        {MacroPage::kDefaultDelay, "30", 1250, {"[KEY DOWN] A", "[Delay:ms] 30", "[KEY UP] A"},
+         "down 04, delay 30, up 04"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.sent);
+        const std::int64_t id = macroWith({kWait});  // replaced by the recording
+        chooseDelayMode(c.mode, c.field);
+        clearWire();
+        page().button_action_recordmacro();
+        EXPECT_EQ(page().macroRecordType(), MacroPage::kRecording);
+        EXPECT_EQ(page().controls().record_button_title, 200);
+        EXPECT_TRUE(page().controls().delayevent_radiobutton);
+        EXPECT_TRUE(page().RecordListDatas().empty());
+        key(4, 1, 1000);
+        key(4, 0, c.releaseAt);
+        EXPECT_EQ(shown(), c.rows);
+        EXPECT_EQ(stored(id), "0=1:100:100");  // stored only at the end
+        EXPECT_TRUE(sets().empty());
+
+        page().button_action_recordmacro();
+        EXPECT_EQ(page().macroRecordType(), MacroPage::kIdle);
+        EXPECT_FALSE(page().eventHandler());
+        EXPECT_EQ(session_->core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE, 0);
+        EXPECT_EQ(texts(ops::storedEvents(*session_->core.db(), id)), c.rows);
+        EXPECT_EQ(commandCodes(), kDownload);
+        EXPECT_EQ(onKeyboard(page().MacroListDatas().size() - 1), c.sent);
+    }
+}
 
 TEST_F(MacroTest, RecordingMeasuresFromThePreviousKeyAndSkipsKeysTheQX9Lacks) {
     const std::int64_t id = newMacro();
