@@ -244,8 +244,6 @@ TEST_F(BacklightTest, UnreadableRecordStopsAfterStoringTheSelectionAndNoRowHighl
     EXPECT_EQ(page().selectedRow(), 20);
 }
 
-// ---- Colour ----
-
 class BacklightColourTest : public BacklightTest {
 protected:
     // Static with the random colour off: the colour controls apply.

@@ -9,9 +9,8 @@
 namespace qx9::test {
 namespace {
 
-struct Ev {
-    std::int64_t type;
-    std::int64_t value;
+struct Ev {  // a stored event
+    std::int64_t type, value;
     const char* desc;
 };
 const Ev kDownA{kRecordKeyDown, 4, "A"}, kUpA{kRecordKeyUp, 4, "A"};
@@ -81,8 +80,6 @@ protected:
     }
 };
 
-// ---- The macro list ----
-
 TEST_F(MacroTest, NewMacrosAreNamedAfterTheRowCountAndListEditsSendNothing) {
     newMacro();
     newMacro();
@@ -111,8 +108,6 @@ TEST_F(MacroTest, NewMacrosAreNamedAfterTheRowCountAndListEditsSendNothing) {
     EXPECT_FALSE(page().controlsEnabled());
     EXPECT_TRUE(sets().empty());
 }
-
-// ---- Inserting ----
 
 TEST_F(MacroTest, AKeyInsertedByHandIsAPairWithAPauseOnTheKeyboardAndNoKeyNothing) {
     const std::int64_t id = newMacro();
@@ -187,8 +182,6 @@ TEST_F(MacroTest, InsertPlacesTheNewEventsAndStoresAndSendsTheList) {
     }
 }
 
-// ---- Deleting events ----
-
 TEST_F(MacroTest, DeletingAnEventTakesThePartnerFoundByType) {
     const struct {
         const char* name;
@@ -234,8 +227,6 @@ TEST_F(MacroTest, TheKeyboardKeepsADeletedEventUntilTheNextSave) {
     EXPECT_EQ(stored(id), "0=2:4:A, 1=3:4:A");
     EXPECT_EQ(onKeyboard(), "down 04, delay 10, up 04");
 }
-
-// ---- Delay mode and saving ----
 
 TEST_F(MacroTest, SaveStoresTheDelayModeAndRewritesTheKeyboard) {
     const struct {
@@ -288,8 +279,6 @@ TEST(MacroFieldLimits, ByField) {
     };
     for (const auto& c : cases) EXPECT_EQ(limitFieldText(c.field, c.typed), c.kept) << c.typed;
 }
-
-// ---- Recording ----
 
 TEST_F(MacroTest, RecordsWithTheDelayMode) {
     const struct {

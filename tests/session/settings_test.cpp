@@ -9,11 +9,6 @@ namespace {
 
 using SettingsTest = SessionTest;
 
-void setStored(const std::filesystem::path& db, const char* key, const char* value) {
-    DeviceSQLite store = DeviceSQLite::atPath(db);
-    store.updateConfigData(1, key, value);
-}
-
 TEST_F(SettingsTest, StoredLanguageAtConnection) {
     const struct {
         const char* stored;
@@ -29,7 +24,7 @@ TEST_F(SettingsTest, StoredLanguageAtConnection) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.stored);
         std::filesystem::remove(dbPath_);
-        setStored(dbPath_, "language", c.stored);
+        DeviceSQLite::atPath(dbPath_).updateConfigData(1, "language", c.stored);
         curLanguage = kLanguageSimplifiedChinese;
         session_ = openSession(dbPath_, recorder_, events_);
         connect(std::make_shared<VirtualQX9>());
@@ -52,7 +47,7 @@ TEST_F(SettingsTest, LanguageBoxActsOnlyOnceTheKeyboardIsLoaded) {
 }
 
 TEST_F(SettingsTest, GameModeAndItsBlocks) {
-    setStored(dbPath_, "disable_altf4", "1");
+    DeviceSQLite::atPath(dbPath_).updateConfigData(1, "disable_altf4", "1");
     connect();
     SettingsPage& s = session_->settings;
     // Off at first: every box off although Alt+F4 is stored as blocked.

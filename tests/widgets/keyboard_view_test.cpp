@@ -153,7 +153,7 @@ private slots:
 
     void clickPostsKeyActionOnce_data() {
         QTest::addColumn<QString>("name");
-        for (const char* name : {"escape", "leftShift", "fn", "rightArrow"}) {
+        for (const char* name : {"escape", "leftShift", "rightArrow"}) {
             QTest::newRow(name) << name;
         }
     }
