@@ -1,7 +1,6 @@
 // The window on a virtual QX9, walked as a user would: synthesized clicks and keys, then the
 // database, the keyboard's memory and the widgets checked.
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -30,189 +29,162 @@ using namespace qx9;
 class AppTest : public QObject {
     Q_OBJECT
 
-private slots:
-    void init();
-    void cleanup();
-    void startViewThenPages();
-    void disableKeyFromTheMenu();
-    void paletteWithoutAKeyWarns();
-    void customDialogCapturesShiftAndOne();
-    void profilesAddRenameDeleteSelect();
-    void languageSwitchRelabelsThePage();
-    void unplugAndReplug();
-
-private:
-    void enterPages();
-    void clickKey(int layoutIndex);
-    std::string sql(const std::string& query);
+    QString database() const { return dir_.path() + "/app-test.sqlite3"; }
+    std::string sql(const std::string& query) { return test::sqlValue(database().toStdString(), query); }
     template <typename T>
     T* child(const char* name) {
         T* w = window_->findChild<T*>(name);
         if (!w) qFatal("no widget %s", name);
         return w;
     }
+    void enterPages() {
+        QTest::mouseClick(child<QPushButton>("keyboard_connect"), Qt::LeftButton);
+        QVERIFY(!controller_->session().device.showingHomePage());
+    }
+    void clickKey(int layoutIndex) {
+        KeyboardView* kb = controller_->keyPage()->keyboard();
+        const QPoint p = kb->keyRect(layoutIndex).center();
+        QTest::mouseMove(kb, p);
+        QTest::mousePress(kb, Qt::LeftButton, Qt::NoModifier, p);
+        QTest::mouseRelease(kb, Qt::LeftButton, Qt::NoModifier, p);
+    }
 
     QTemporaryDir dir_;
     QMainWindow* window_ = nullptr;
     KeyboardViewController* controller_ = nullptr;
     std::unique_ptr<KeystrokeCapture> capture_;
+
+private slots:
+    void init() {
+        AppOptions options;
+        options.virtualKeyboard = true;
+        options.noMonitor = true;
+        options.database = database().toStdString();
+        QFile::remove(database());
+        window_ = new QMainWindow;
+        controller_ = new KeyboardViewController(options, window_);
+        window_->setCentralWidget(controller_);
+        window_->show();
+        capture_ = std::make_unique<KeystrokeCapture>();
+        capture_->start(controller_->session().core.capture);
+        QVERIFY(QTest::qWaitForWindowExposed(window_));
+        QTRY_VERIFY(controller_->session().device.keyboardConnected());
+        QTRY_VERIFY(controller_->session().core.initFinish);
+    }
+
+    void cleanup() {
+        capture_.reset();
+        delete window_;
+        window_ = nullptr;
+        curLanguage = kLanguageSimplifiedChinese;
+    }
+
+    void startViewThenPages() {
+        QVERIFY(controller_->session().device.showingHomePage());
+        QVERIFY(controller_->startView()->isVisible());
+        enterPages();
+        QVERIFY(controller_->keyPage()->isVisible());
+        QTest::mouseClick(child<QToolButton>("config_btn"), Qt::LeftButton);
+        QCOMPARE(controller_->session().device.viewType(), int(kPageSettings));
+        QTest::mouseClick(child<QToolButton>("home_btn"), Qt::LeftButton);
+        QVERIFY(controller_->startView()->isVisible());
+    }
+
+    void disableKeyFromTheMenu() {
+        enterPages();
+        clickKey(30);  // "a"
+        KeyMenuViewController* menu = controller_->keyMenu();
+        QTRY_VERIFY(menu->isVisible());
+        QTest::mouseClick(menu->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
+        QVERIFY(!menu->isVisible());
+        KeyboardView* kb = controller_->keyPage()->keyboard();
+        QVERIFY(kb->isMacro(30));
+        QCOMPARE(kb->keyMacro(30), QString::fromStdString(localizedText(102)));
+        QCOMPARE(sql("SELECT macroType || ',' || macroValue FROM t_keyprofile WHERE keyvalue = 4"), std::string("2,1"));
+    }
+
+    void paletteWithoutAKeyWarns() {
+        enterPages();
+        QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
+        CustomKeyFuncView* palette = controller_->keyPage()->palette();
+        QTest::mouseClick(palette, Qt::LeftButton, Qt::NoModifier, palette->keyRect(20).center());
+        QCOMPARE(warnings.count(), 1);
+        QCOMPARE(warnings.at(0).at(1).toString(), QString::fromStdString(localizedText(112)));
+        QCOMPARE(sql("SELECT COUNT(*) FROM t_keyprofile"), std::string("0"));
+    }
+
+    void customDialogCapturesShiftAndOne() {
+        enterPages();
+        clickKey(0);  // escape
+        QTRY_VERIFY(controller_->keyMenu()->isVisible());
+        QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_customkey"), Qt::LeftButton);
+        CustomKeyViewController* dialog = nullptr;
+        QTRY_VERIFY((dialog = window_->findChild<CustomKeyViewController*>()) != nullptr);
+        QTRY_VERIFY(dialog->isVisible());
+        dialog->findChild<QComboBox*>("key_functiontype")->setCurrentIndex(1);  // "Keyboard Function"
+        QLineEdit* target = dialog->findChild<QLineEdit*>("keyfunc_edit");
+        // Left Shift (evdev 42) and 1 (evdev 2), as the window system reports them: code + 8.
+        QKeyEvent shift(QEvent::KeyPress, Qt::Key_Shift, Qt::ShiftModifier, 50, 0, 0);
+        QApplication::sendEvent(target, &shift);
+        QKeyEvent one(QEvent::KeyPress, Qt::Key_Exclam, Qt::ShiftModifier, 10, 0, 0);
+        QApplication::sendEvent(target, &one);
+        QCOMPARE(target->text(), QString("Left Shift + 1"));
+        QTest::mouseClick(dialog->findChild<QPushButton*>("key_savedatabtn"), Qt::LeftButton);
+        QCOMPARE(sql("SELECT macroValue || ',' || macro2Value FROM t_keyprofile WHERE keyvalue = 41"), std::string("30,225"));
+        QTRY_COMPARE(controller_->keyPage()->keyboard()->keyMacro(0), QString("Left Shift + 1"));
+        QKeyEvent release(QEvent::KeyRelease, Qt::Key_Shift, Qt::NoModifier, 50, 0, 0);
+        QApplication::sendEvent(controller_, &release);
+    }
+
+    void profilesAddRenameDeleteSelect() {
+        enterPages();
+        QListWidget* table = controller_->keyPage()->profileTable();
+        QTest::mouseClick(child<QToolButton>("customkey_btn_addprofile"), Qt::LeftButton);
+        QCOMPARE(table->count(), 2);
+        QCOMPARE(table->item(1)->text(), QString("Configuration File 1"));
+        table->item(1)->setText("Games");  // what the in-place editor leaves
+        QCOMPARE(sql("SELECT name FROM t_profile WHERE profId = 2"), std::string("Games"));
+        // The new row is highlighted but not chosen; choosing it means clicking another row first.
+        QCOMPARE(controller_->session().core.currentProfile, 1);
+        table->setCurrentRow(0);
+        table->setCurrentRow(1);
+        QCOMPARE(controller_->session().core.currentProfile, 2);
+        QTest::mouseClick(child<QToolButton>("customkey_btn_delprofile"), Qt::LeftButton);
+        QCOMPARE(table->count(), 1);
+        QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
+        QTest::mouseClick(child<QToolButton>("customkey_btn_delprofile"), Qt::LeftButton);
+        QCOMPARE(warnings.count(), 1);  // the last profile stays
+    }
+
+    void languageSwitchRelabelsThePage() {
+        enterPages();
+        QPushButton* top = child<QPushButton>("customkey_btn_toplayer");
+        QCOMPARE(top->text(), QString("Top Layer"));
+        QTest::mouseClick(child<QToolButton>("config_btn"), Qt::LeftButton);
+        child<QComboBox>("combo_language")->setCurrentIndex(1);
+        QCOMPARE(curLanguage, kLanguageSimplifiedChinese);
+        QCOMPARE(top->text(), QString::fromStdString(CHSLanguage::getLan(90)));
+        child<QComboBox>("combo_language")->setCurrentIndex(0);
+        QCOMPARE(top->text(), QString("Top Layer"));
+    }
+
+    void unplugAndReplug() {
+        enterPages();
+        const auto setsBefore = controller_->virtualKeyboard()->setCount();
+        controller_->plugVirtualKeyboard(false);
+        QTRY_VERIFY(!controller_->session().device.keyboardConnected());
+        QTRY_VERIFY(controller_->startView()->isVisible());
+        clickKey(30);  // under the start view: nothing happens
+        controller_->plugVirtualKeyboard(true);
+        QTRY_VERIFY(controller_->session().device.keyboardConnected());
+        QCOMPARE(controller_->virtualKeyboard()->setCount(), setsBefore);  // nothing resent
+        enterPages();
+        QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);
+        // Choosing "Scrolling" (row 9) in the backlight page's list sends mode 10.
+        child<QListWidget>("light_mode_table")->setCurrentRow(9);
+        QCOMPARE(decodeLightMode(controller_->virtualKeyboard()->memory())->mode, 10);
+    }
 };
-
-void AppTest::init() {
-    AppOptions options;
-    options.virtualKeyboard = true;
-    options.noMonitor = true;
-    options.database = (dir_.path() + "/app-test.sqlite3").toStdString();
-    QFile::remove(QString::fromStdString(options.database));
-    window_ = new QMainWindow;
-    controller_ = new KeyboardViewController(options, window_);
-    window_->setCentralWidget(controller_);
-    window_->show();
-    capture_ = std::make_unique<KeystrokeCapture>();
-    capture_->start(controller_->session().core.capture);
-    QVERIFY(QTest::qWaitForWindowExposed(window_));
-    QTRY_VERIFY(controller_->session().device.keyboardConnected());
-    QTRY_VERIFY(controller_->session().core.initFinish);
-}
-
-void AppTest::cleanup() {
-    capture_.reset();
-    delete window_;
-    window_ = nullptr;
-    curLanguage = kLanguageSimplifiedChinese;
-}
-
-std::string AppTest::sql(const std::string& query) {
-    return test::sqlValue((dir_.path() + "/app-test.sqlite3").toStdString(), query);
-}
-
-void AppTest::enterPages() {
-    QTest::mouseClick(child<QPushButton>("keyboard_connect"), Qt::LeftButton);
-    QVERIFY(!controller_->session().device.showingHomePage());
-}
-
-void AppTest::clickKey(int layoutIndex) {
-    KeyboardView* kb = controller_->keyPage()->keyboard();
-    const QPoint p = kb->keyRect(layoutIndex).center();
-    QTest::mouseMove(kb, p);
-    QTest::mousePress(kb, Qt::LeftButton, Qt::NoModifier, p);
-    QTest::mouseRelease(kb, Qt::LeftButton, Qt::NoModifier, p);
-}
-
-void AppTest::startViewThenPages() {
-    QVERIFY(controller_->session().device.showingHomePage());
-    QVERIFY(controller_->startView()->isVisible());
-    enterPages();
-    QVERIFY(controller_->keyPage()->isVisible());
-    QTest::mouseClick(child<QToolButton>("config_btn"), Qt::LeftButton);
-    QCOMPARE(controller_->session().device.viewType(), int(kPageSettings));
-    QTest::mouseClick(child<QToolButton>("home_btn"), Qt::LeftButton);
-    QVERIFY(controller_->startView()->isVisible());
-}
-
-void AppTest::disableKeyFromTheMenu() {
-    enterPages();
-    clickKey(30);  // "a"
-    KeyMenuViewController* menu = controller_->keyMenu();
-    QTRY_VERIFY(menu->isVisible());
-    QTest::mouseClick(menu->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
-    QVERIFY(!menu->isVisible());
-    KeyboardView* kb = controller_->keyPage()->keyboard();
-    QVERIFY(kb->isMacro(30));
-    QCOMPARE(kb->keyMacro(30), QString::fromStdString(localizedText(102)));
-    QCOMPARE(sql("SELECT macroType || ',' || macroValue FROM t_keyprofile WHERE keyvalue = 4"), std::string("2,1"));
-    const auto slot = keyRecord(controller_->virtualKeyboard()->memory(), 0, 56);
-    QCOMPARE(int(slot[0]), 5);
-    QCOMPARE(int(slot[1]), 3);
-}
-
-void AppTest::paletteWithoutAKeyWarns() {
-    enterPages();
-    QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
-    CustomKeyFuncView* palette = controller_->keyPage()->palette();
-    QTest::mouseClick(palette, Qt::LeftButton, Qt::NoModifier, palette->keyRect(20).center());
-    QCOMPARE(warnings.count(), 1);
-    QCOMPARE(warnings.at(0).at(0).toString(), QString::fromStdString(localizedText(111)));
-    QCOMPARE(warnings.at(0).at(1).toString(), QString::fromStdString(localizedText(112)));
-    QCOMPARE(sql("SELECT COUNT(*) FROM t_keyprofile"), std::string("0"));
-}
-
-void AppTest::customDialogCapturesShiftAndOne() {
-    enterPages();
-    clickKey(0);  // escape
-    QTRY_VERIFY(controller_->keyMenu()->isVisible());
-    QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_customkey"), Qt::LeftButton);
-    CustomKeyViewController* dialog = nullptr;
-    QTRY_VERIFY((dialog = window_->findChild<CustomKeyViewController*>()) != nullptr);
-    QTRY_VERIFY(dialog->isVisible());
-    dialog->findChild<QComboBox*>("key_functiontype")->setCurrentIndex(1);  // "Keyboard Function"
-    QWidget* target = dialog->findChild<QLineEdit*>("keyfunc_edit");
-    // Left Shift (evdev 42) and 1 (evdev 2), as the window system reports them: code + 8.
-    QKeyEvent shift(QEvent::KeyPress, Qt::Key_Shift, Qt::ShiftModifier, 50, 0, 0);
-    QApplication::sendEvent(target, &shift);
-    QKeyEvent one(QEvent::KeyPress, Qt::Key_Exclam, Qt::ShiftModifier, 10, 0, 0);
-    QApplication::sendEvent(target, &one);
-    QCOMPARE(dialog->findChild<QLineEdit*>("keyfunc_edit")->text(), QString("Left Shift + 1"));
-    QTest::mouseClick(dialog->findChild<QPushButton*>("key_savedatabtn"), Qt::LeftButton);
-    QCOMPARE(sql("SELECT macroValue || ',' || macro2Value FROM t_keyprofile WHERE keyvalue = 41"), std::string("30,225"));
-    QTRY_COMPARE(controller_->keyPage()->keyboard()->keyMacro(0), QString("Left Shift + 1"));
-    QKeyEvent release(QEvent::KeyRelease, Qt::Key_Shift, Qt::NoModifier, 50, 0, 0);
-    QApplication::sendEvent(controller_, &release);
-}
-
-void AppTest::profilesAddRenameDeleteSelect() {
-    enterPages();
-    QListWidget* table = controller_->keyPage()->profileTable();
-    QCOMPARE(table->count(), 1);
-    QTest::mouseClick(child<QToolButton>("customkey_btn_addprofile"), Qt::LeftButton);
-    QCOMPARE(table->count(), 2);
-    QCOMPARE(table->item(1)->text(), QString("Configuration File 1"));
-    table->item(1)->setText("Games");  // what the in-place editor leaves
-    QCOMPARE(sql("SELECT name FROM t_profile WHERE profId = 2"), std::string("Games"));
-    // The new row is highlighted but not chosen; choosing it means clicking another row first.
-    QCOMPARE(controller_->session().core.currentProfile, 1);
-    table->setCurrentRow(0);
-    table->setCurrentRow(1);
-    QCOMPARE(controller_->session().core.currentProfile, 2);
-    QTest::mouseClick(child<QToolButton>("customkey_btn_delprofile"), Qt::LeftButton);
-    QCOMPARE(table->count(), 1);
-    QCOMPARE(sql("SELECT COUNT(*) FROM t_profile"), std::string("1"));
-    QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
-    QTest::mouseClick(child<QToolButton>("customkey_btn_delprofile"), Qt::LeftButton);
-    QCOMPARE(warnings.count(), 1);  // the last profile stays
-}
-
-void AppTest::languageSwitchRelabelsThePage() {
-    enterPages();
-    QPushButton* top = child<QPushButton>("customkey_btn_toplayer");
-    QCOMPARE(top->text(), QString("Top Layer"));
-    QTest::mouseClick(child<QToolButton>("config_btn"), Qt::LeftButton);
-    child<QComboBox>("combo_language")->setCurrentIndex(1);
-    QCOMPARE(curLanguage, kLanguageSimplifiedChinese);
-    QCOMPARE(top->text(), QString::fromStdString(CHSLanguage::getLan(90)));
-    QVERIFY(top->text() != QString("Top Layer"));
-    QCOMPARE(sql("SELECT value FROM t_configdata WHERE key = 'language'"), std::string("2052"));
-    child<QComboBox>("combo_language")->setCurrentIndex(0);
-    QCOMPARE(top->text(), QString("Top Layer"));
-}
-
-void AppTest::unplugAndReplug() {
-    enterPages();
-    const auto setsBefore = controller_->virtualKeyboard()->setCount();
-    controller_->plugVirtualKeyboard(false);
-    QTRY_VERIFY(!controller_->session().device.keyboardConnected());
-    QTRY_VERIFY(controller_->startView()->isVisible());
-    clickKey(30);  // under the start view: nothing happens
-    controller_->plugVirtualKeyboard(true);
-    QTRY_VERIFY(controller_->session().device.keyboardConnected());
-    QCOMPARE(controller_->virtualKeyboard()->setCount(), setsBefore);  // nothing resent
-    enterPages();
-    QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);
-    QVERIFY(controller_->virtualKeyboard()->setCount() > setsBefore);  // the backlight page sends
-    // Choosing "Scrolling" (row 9) in its list sends mode 10.
-    child<QListWidget>("light_mode_table")->setCurrentRow(9);
-    QCOMPARE(decodeLightMode(controller_->virtualKeyboard()->memory())->mode, 10);
-}
 
 QTEST_MAIN(AppTest)
 #include "app_test.moc"

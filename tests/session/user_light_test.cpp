@@ -62,16 +62,13 @@ TEST_F(UserLightTest, SetsBelongToProfileOneWhateverProfileIsCurrentAndLoadWithT
     page().addUserLight();
     page().addUserLight();
     ASSERT_EQ(page().userlight_datas().size(), 2u);
-    EXPECT_EQ(page().userlight_datas()[0].name, "User light1");
-    EXPECT_EQ(page().userlight_datas()[1].name, "User light2");
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_data WHERE profile = 1"), "2");
-    EXPECT_EQ(sql("SELECT speed || ',' || brightness FROM t_userlight_data LIMIT 1"), "15,15");
+    EXPECT_EQ(sql("SELECT group_concat(profile || ':' || name) FROM t_userlight_data"),
+              "1:User light1,1:User light2");
     // The new last row is selected and loaded, which sends its (empty) colours and the mode.
     EXPECT_EQ(page().selectedRow(), 1);
     EXPECT_EQ(page().userlight_id(), page().userlight_datas()[1].light);
-    std::vector<int> twice = kColoursThenMode;
-    twice.insert(twice.end(), kColoursThenMode.begin(), kColoursThenMode.end());
-    EXPECT_EQ(commandCodes(), twice);
+    EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x23, 0x02, 0xF0, 0x18, 0x13, 0x02, 0xF0,  //
+                                                0x18, 0x23, 0x02, 0xF0, 0x18, 0x13, 0x02, 0xF0}));
     EXPECT_EQ(decodeLightMode(keyboard_->memory())->mode, 0x80);
 
     // A set stored under another profile is not one of the page's. Loading selects the first set,
@@ -85,7 +82,6 @@ TEST_F(UserLightTest, SetsBelongToProfileOneWhateverProfileIsCurrentAndLoadWithT
     EXPECT_EQ(page().selectedRow(), 0);
     EXPECT_EQ(page().userlight_id(), first);
     EXPECT_EQ(page().keyColours()[kA.layout], 0x12ABEFu);
-    EXPECT_EQ(page().keyColor(kA.layout), (LightColor{0x12 / 255.0, 0xAB / 255.0, 0xEF / 255.0}));
     EXPECT_EQ(commandCodes(), kColoursThenMode);
     EXPECT_EQ(sentColour(kA), 0x12ABEFu);
     // Applying unchanged colours stores them exactly as they were.
@@ -93,19 +89,24 @@ TEST_F(UserLightTest, SetsBelongToProfileOneWhateverProfileIsCurrentAndLoadWithT
     EXPECT_EQ(storedColour(first, kA), std::to_string(0x12ABEF));
 }
 
-TEST_F(UserLightTest, ApplyStoresEveryKeyBlackAsNothingAndSendsTheSetResetStoresAllDark) {
-    const std::int64_t set = newSet(kA, 1);  // red
+TEST_F(UserLightTest, ApplyStoresEveryKeyOfTheSetBlackAsNothingAndResetStoresAllDark) {
+    const std::int64_t first = newSet(kA, 1);  // red
     click(kFour, true);
     page().userLightPresetColor(1);
     clearWire();
     page().applyUserLightKeyColor();
-    EXPECT_EQ(storedColour(set, kA), "16711680");
-    EXPECT_EQ(storedColour(set, kFour), "16711680");
+    EXPECT_EQ(storedColour(first, kA), "16711680");
+    EXPECT_EQ(storedColour(first, kFour), "16711680");
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata"), "2");  // black keys store no row
     EXPECT_EQ(commandCodes(), kColoursThenMode);
-    EXPECT_EQ(sentColour(kA), 0xFF0000u);
     EXPECT_EQ(sentColour(kFour), 0xFF0000u);
-    EXPECT_EQ(sentColour(kEscape), 0u);
+
+    // Applying another set stores every key of it: a takes its colour there, and 4, black in
+    // it, loses its colour in the first set as well.
+    const std::int64_t second = newSet(kA, 8);  // green
+    page().applyUserLightKeyColor();
+    EXPECT_EQ(sql("SELECT group_concat(light_id || ':' || keyvalue || ':' || rgbvalue) FROM t_userlight_leddata"),
+              std::to_string(second) + ":4:65280");
 
     clearWire();
     page().resetUserLightKeyColor();
@@ -113,30 +114,7 @@ TEST_F(UserLightTest, ApplyStoresEveryKeyBlackAsNothingAndSendsTheSetResetStores
     EXPECT_EQ(commandCodes(), kColoursThenMode);
     EXPECT_EQ(sentColour(kA), 0u);
     EXPECT_TRUE(selected().empty());
-    for (std::uint32_t c : page().keyColours()) EXPECT_EQ(c, 0u);
-}
-
-TEST_F(UserLightTest, AKeyIsColouredInOneSetOnly) {
-    const std::int64_t first = newSet(kA, 1);
-    click(kB, true);
-    page().userLightPresetColor(4);  // the selection is a and b: both blue
-    page().applyUserLightKeyColor();
-    EXPECT_EQ(storedColour(first, kA), "255");
-    EXPECT_EQ(storedColour(first, kB), "255");
-
-    // Applying another set stores every key of it: a takes its colour there, and b, black in
-    // it, loses its colour in the first set as well.
-    const std::int64_t second = newSet(kA, 8);  // green
-    page().applyUserLightKeyColor();
-    EXPECT_EQ(storedColour(second, kA), "65280");
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata WHERE light_id = " + std::to_string(first)), "0");
-
-    clearWire();
-    page().userLightTableSelectionChanged(0);
-    EXPECT_EQ(page().userlight_id(), first);
-    for (std::uint32_t c : page().keyColours()) EXPECT_EQ(c, 0u);
-    EXPECT_EQ(commandCodes(), kColoursThenMode);
-    EXPECT_EQ(sentColour(kA), 0u);
+    EXPECT_EQ(page().keyColours(), std::vector<std::uint32_t>(page().keyColours().size(), 0));
 }
 
 TEST_F(UserLightTest, WithoutASetApplyWarnsAndResetDoesNothing) {
@@ -178,55 +156,38 @@ TEST_F(UserLightTest, DeleteLoadsTheSameRowAndPastTheEndNothing) {
     EXPECT_EQ(page().userlight_datas().size(), 1u);
 }
 
-TEST_F(UserLightTest, ColourFieldsPaintTheSelectedKeys) {
-    struct Case {
+TEST_F(UserLightTest, ColourFieldsPresetsAndThePanelPaintTheSelectedKeysAndSendNothing) {
+    // The fields validate as on the backlight page; a channel is on only at 255, and a typed
+    // field leaves the others' values in force.
+    const struct {
         ColorChannel tag;
-        std::string typed;
-        std::string field;
+        std::string typed, fields;
         std::uint32_t colour;  // of the selected key afterwards
-    };
-    const Case cases[] = {
-        {ColorChannel::kRed, "100", "100", 0x000000},  // whole-number division: below 255 is off
-        {ColorChannel::kRed, "255", "255", 0xFF0000},
-        {ColorChannel::kGreen, "12a", "255", 0xFFFF00},  // not an integer: 255; red still comes from its field
-        {ColorChannel::kBlue, "300", "255", 0xFFFFFF},
-        {ColorChannel::kRed, "-4", "0", 0x00FFFF},
-        {ColorChannel::kGreen, "", "255", 0x00FFFF},
+    } cases[] = {
+        {ColorChannel::kRed, "100", "100 0 0", 0x000000},
+        {ColorChannel::kRed, "255", "255 0 0", 0xFF0000},
+        {ColorChannel::kGreen, "12a", "255 255 0", 0xFFFF00},
+        {ColorChannel::kRed, "-4", "0 255 0", 0x00FF00},
     };
     click(kEscape);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.typed);
+    for (const auto& c : cases) {
         page().controlTextDidChange(c.tag, c.typed);
-        const std::string& field = c.tag == ColorChannel::kRed     ? page().userlight_edit_color_r()
-                                   : c.tag == ColorChannel::kGreen ? page().userlight_edit_color_g()
-                                                                   : page().userlight_edit_color_b();
-        EXPECT_EQ(field, c.field);
-        EXPECT_EQ(page().keyColours()[kEscape.layout], c.colour);
+        EXPECT_EQ(fields(), c.fields) << c.typed;
+        EXPECT_EQ(page().keyColours()[kEscape.layout], c.colour) << c.typed;
     }
     EXPECT_EQ(page().keyColours()[kFour.layout], 0u);  // not selected
-    EXPECT_TRUE(sets().empty());                     // painting sends nothing
-}
-
-TEST_F(UserLightTest, PresetsAndTheColourPanel) {
-    struct Case {
-        int preset;
-        RgbColor rgb;
-    };
-    const Case cases[] = {{1, {255, 0, 0}}, {5, {0, 137, 253}}, {7, {51, 153, 51}},
-                          {12, {234, 84, 19}}, {13, {255, 255, 255}}, {14, {0, 0, 0}}};
-    click(kB);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.preset);
-        page().userLightPresetColor(c.preset);
-        EXPECT_EQ(fields(), std::to_string(c.rgb.r) + " " + std::to_string(c.rgb.g) + " " + std::to_string(c.rgb.b));
-        EXPECT_EQ(page().userlight_btn_color(), (LightColor{c.rgb.r / 255.0, c.rgb.g / 255.0, c.rgb.b / 255.0}));
-        EXPECT_EQ(page().keyColours()[kB.layout], std::uint32_t(c.rgb.r) << 16 | c.rgb.g << 8 | c.rgb.b);
-    }
+    // A preset paints exactly and shows in the fields and the swatch.
+    page().userLightPresetColor(5);
+    const LightColor preset{0, 137 / 255.0, 253 / 255.0};
+    EXPECT_EQ(fields(), "0 137 253");
+    EXPECT_EQ(page().userlight_btn_color(), preset);
+    EXPECT_EQ(page().keyColours()[kEscape.layout], 0x0089FDu);
     // The panel's colour is kept exactly: red 100/255 stays 100, and the swatch keeps the preset.
     page().userLightColorPanel({100 / 255.0, 0.5, 0});
     EXPECT_EQ(fields(), "100 127 0");
-    EXPECT_EQ(page().keyColours()[kB.layout], 0x647F00u);
-    EXPECT_EQ(page().userlight_btn_color(), LightColor{});
+    EXPECT_EQ(page().keyColours()[kEscape.layout], 0x647F00u);
+    EXPECT_EQ(page().userlight_btn_color(), preset);
+    EXPECT_TRUE(sets().empty());
 }
 
 TEST_F(UserLightTest, SelectingKeysWithClicksShiftAndTheRubberBand) {
