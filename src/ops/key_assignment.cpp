@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/console.h"
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
 #include "layout/custom_key_func.h"
@@ -126,10 +127,39 @@ Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer
     return sentOrNot(sendKeyMap(target, profile, 0), "the key map");
 }
 
+namespace {
+
+bool isByte(std::int64_t v) { return v >= 0 && v <= 255; }
+
+// Whether a stored assignment can be written into the key-mapping block; a damaged row (a key
+// the QX9 lacks, a value outside what its record holds) is left out with a console line.
+bool encodable(const ProfileKey& k, const std::vector<MacroInfo>& macros) {
+    if (k.keyValue != static_cast<int>(k.keyValue) || !G_KB_SuperKeyCodeMap.contains(static_cast<int>(k.keyValue))) {
+        return false;
+    }
+    switch (k.macroType) {
+        case kMacroTypeKey: return (k.macroValue >= protocol::kFirstApplicationCode || isByte(k.macroValue)) && isByte(k.macro2Value);
+        case kMacroTypeCombination: return isByte(k.macroValue) && isByte(k.macro2Value) && isByte(k.macro3Value);
+        case kMacroTypeMacro:
+            for (std::size_t pos = 0; pos < macros.size(); ++pos) {
+                if (macros[pos].macroId == k.macroValue) return pos <= 255 && isByte(k.macro2Value) && isByte(k.macro3Value);
+            }
+            return true;  // a macro that is gone leaves the record as it is
+        default: return true;
+    }
+}
+
+}  // namespace
+
 bool sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer) {
     protocol::KeyMappingInput input;
     target.db.queryKeysProfile(profile, layer, input.keys);
     target.db.queryAllMacroData(input.macros);
+    std::erase_if(input.keys, [&](const ProfileKey& k) {
+        if (encodable(k, input.macros)) return false;
+        console() << "key assignment " << k.keyId << " is damaged and is not sent\n";
+        return true;
+    });
     return transfer(target, [&] { protocol::SendKeyMacroData(target.keyboard, layer, input); });
 }
 

@@ -1,5 +1,6 @@
 #include "ops/lighting.h"
 
+#include "common/console.h"
 #include "i18n/text_ids.h"
 #include "protocol/light_mode.h"
 #include "ops/settings.h"
@@ -110,6 +111,10 @@ Outcome setDirection(const Target& target, std::int64_t profile, std::int64_t ef
 }
 
 bool sendLightMode(const Target& target, std::int64_t profile, std::int64_t mode) {
+    if (mode < 0 || mode > 255) {  // a damaged selection: nothing the keyboard could take
+        console() << "backlight mode " << mode << " is damaged and is not sent\n";
+        return true;
+    }
     std::optional<LightRecord> record;
     lightData data;
     if (target.db.queryLightInfo(profile, mode, data)) record = data.data;

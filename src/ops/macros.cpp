@@ -1,5 +1,6 @@
 #include "ops/macros.h"
 
+#include "common/console.h"
 #include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
@@ -152,6 +153,13 @@ bool sendMacros(const Target& target, std::int64_t listedMacroCount) {
     for (const MacroInfo& m : macros) {
         protocol::MacroWithEvents entry{m, {}};
         target.db.queryMacroRecord(m.macroId, entry.events);
+        // A damaged event (a key code outside a byte) is left out, with a console line.
+        std::erase_if(entry.events, [](const RecordInfo& e) {
+            const bool key = e.recordType == kRecordKeyDown || e.recordType == kRecordKeyUp;
+            if (!key || (e.recordValue >= 0 && e.recordValue <= 255)) return false;
+            console() << "macro event " << e.recordId << " is damaged and is not sent\n";
+            return true;
+        });
         input.macros.push_back(std::move(entry));
     }
     return transfer(target, [&] { protocol::SaveMacroToKeyboard(target.keyboard, &input); });

@@ -1,5 +1,6 @@
 #include "ops/user_lights.h"
 
+#include "common/console.h"
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
 #include "layout/key_maps.h"
@@ -115,6 +116,14 @@ bool sendUserLightMode(const Target& target) {
 bool sendUserLightColours(const Target& target, std::int64_t setId) {
     std::vector<UserLightLEDData> colours;
     target.db.getUserLightLEDData(setId, colours);
+    // A damaged colour (a key the QX9 lacks, a value that is not 0xRRGGBB) is left out.
+    std::erase_if(colours, [](const UserLightLEDData& c) {
+        const bool known = c.key_value == static_cast<int>(c.key_value) &&
+                           G_KB_SuperKeyCodeMap.contains(static_cast<int>(c.key_value));
+        if (known && c.key_rgbvalue >= 0 && c.key_rgbvalue <= kMaxColour) return false;
+        console() << "key colour " << c.led_id << " is damaged and is not sent\n";
+        return true;
+    });
     return transfer(target, [&] { protocol::SendUserLightLedData(target.keyboard, colours); });
 }
 

@@ -9,8 +9,8 @@ namespace qx9::protocol {
 
 ReportBuffer buildSystemFunctionReport(const SystemSwitches& switches,
                                        const SystemStoredValues& stored) {
-    const std::int64_t fnFunction = parseConfigInteger(stored.fnfunction, "fnfunction");
-    const std::int64_t sleepTime = parseConfigInteger(stored.sleeplight, "sleeplight");
+    const std::int64_t fnFunction = parseConfigInteger(stored.fnfunction, "fnfunction", 0, 255);
+    const std::int64_t sleepTime = parseConfigInteger(stored.sleeplight, "sleeplight", 0, 255);
     ReportBuffer report{};
     report[kGameModeByte] = switches.gameMode ? 1 : 0;
     report[kBlockAltTabByte] = switches.blockAltTab ? 1 : 0;

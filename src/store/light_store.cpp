@@ -1,6 +1,7 @@
 // Built-in lighting modes (t_lightdata): 21 rows per profile, one of them selected.
 #include <string>
 
+#include "common/console.h"
 #include "common/fatal.h"
 #include "store/device_sqlite.h"
 
@@ -11,10 +12,11 @@ namespace {
 // Position 0 of a light record is the mode, positions 1 … 11 the parameter bytes.
 constexpr std::size_t kRecordSize = 12;
 
+// A damaged value is taken as the nearest byte, with a console line.
 std::uint8_t storedByte(std::int64_t value, const char* column) {
     if (value < 0 || value > 255) {
-        fatalError(std::string("t_lightdata.") + column + " holds " + std::to_string(value) +
-                   ", which is not a byte");
+        console() << "t_lightdata." << column << " holds " << value << ", which is not a byte\n";
+        return static_cast<std::uint8_t>(value < 0 ? 0 : 255);
     }
     return static_cast<std::uint8_t>(value);
 }

@@ -1,5 +1,5 @@
 // Macros: headers in t_macro_data, events in t_macrorecord. Macros belong to no profile.
-#include "common/fatal.h"
+#include "common/console.h"
 #include "store/device_sqlite.h"
 
 namespace qx9 {
@@ -7,7 +7,8 @@ namespace qx9 {
 namespace {
 
 MacroInfo readMacroInfo(const sqlite::Statement& row) {
-    if (row.isNull(4)) fatalError("macro " + std::to_string(row.integer(0)) + " has no name");
+    // A damaged row: the macro shows without a name rather than stopping every command.
+    if (row.isNull(4)) console() << "macro " << row.integer(0) << " has no name\n";
     MacroInfo info;
     info.macroId = row.integer(0);
     info.playTimes = row.integer(1);

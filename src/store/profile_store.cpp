@@ -1,5 +1,5 @@
 // Profiles (t_profile) and configuration values (t_configdata).
-#include "common/fatal.h"
+#include "common/console.h"
 #include "store/device_sqlite.h"
 
 namespace qx9 {
@@ -39,9 +39,8 @@ bool DeviceSQLite::queryProfileList(std::vector<ProfileData>& dataArray) const {
     try {
         db_->query(R"(SELECT "profId", "name" FROM "t_profile")")
             .appendRowsTo(dataArray, [](const sqlite::Statement& row) {
-                if (row.isNull(1)) {
-                    fatalError("profile " + std::to_string(row.integer(0)) + " has no name");
-                }
+                // A damaged row: the profile shows without a name rather than stopping every command.
+                if (row.isNull(1)) console() << "profile " << row.integer(0) << " has no name\n";
                 return ProfileData{row.integer(0), row.text(1)};
             });
         return true;

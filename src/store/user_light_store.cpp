@@ -1,5 +1,5 @@
 // User-light sets (t_userlight_data) and their key colours (t_userlight_leddata).
-#include "common/fatal.h"
+#include "common/console.h"
 #include "store/device_sqlite.h"
 
 namespace qx9 {
@@ -10,8 +10,8 @@ constexpr std::int64_t kNewSetSpeed = 15;
 constexpr std::int64_t kNewSetBrightness = 15;
 
 UserLightData readUserLight(const sqlite::Statement& row) {
-    if (row.isNull(2))
-        fatalError("user-light set " + std::to_string(row.integer(0)) + " has no name");
+    // A damaged row: the set shows without a name rather than stopping every command.
+    if (row.isNull(2)) console() << "user-light set " << row.integer(0) << " has no name\n";
     UserLightData set;
     set.userlight_id = row.integer(0);
     set.profile_id = row.integer(1);

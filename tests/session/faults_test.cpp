@@ -3,6 +3,8 @@
 #include <iterator>
 
 #include "session/session_fixture.h"
+#include "hid/virtual_qx9_memory.h"
+#include "layout/key_maps.h"
 #include "support/sql_value.h"
 
 namespace qx9::test {
@@ -54,6 +56,33 @@ TEST_F(FaultsTest, AChangeTheKeyboardDoesNotTakeIsKeptAndTheUserIsTold) {
     ASSERT_EQ(events_.notices.size(), 1u);
     EXPECT_NE(events_.notices[0].find("did not take"), std::string::npos);
     EXPECT_EQ(sql("SELECT macroValue FROM t_keyprofile WHERE keyvalue = 4"), "5");
+}
+
+TEST_F(FaultsTest, DamagedStoredValuesAreLeftOutAndStopNothing) {
+    connect();
+    session_->userLights.addUserLight();
+    for (const char* damage : {
+             "UPDATE t_profile SET name = NULL",
+             "UPDATE t_configdata SET value = 'abc' WHERE key = 'fnfunction'",
+             "UPDATE t_configdata SET value = '300' WHERE key = 'sleeplight'",
+             "INSERT INTO t_userlight_leddata (light_id, keyvalue, rgbvalue) VALUES (1, 4, -5), (1, 9999, 255)",
+             "INSERT INTO t_keyprofile (profId, fnlayerId, keyvalue, macroType, macroValue, macro2Value, macro3Value,"
+             " macroDesc) VALUES (1, 0, 9999, 3, 5, 0, 0, 'x'), (1, 0, 5, 3, -3, 0, 0, 'x'), (1, 0, 6, 3, 7, 0, 0, 'c')",
+             "UPDATE t_lightdata SET byte1 = 999"}) {
+        ASSERT_TRUE(sqlExec(dbPath_.string(), damage)) << damage;
+    }
+    // A fresh start on the damaged file: the first connection loads and sends what is sound.
+    auto other = std::make_shared<VirtualQX9>();
+    session_.reset();
+    session_ = openSession(dbPath_, recorder_, events_);
+    connect(other);
+    const VirtualQX9Memory memory = other->memory();
+    EXPECT_EQ(decodeSystemFunctions(memory)->fnFunction, 0);  // "abc" counts as 0
+    EXPECT_EQ(decodeSystemFunctions(memory)->sleepTime, 0);   // so does 300
+    EXPECT_EQ(keyRecord(memory, 0, G_KB_SuperKeyCodeMap.at(6).key_index)[2], 7);  // c → 7 still goes
+    EXPECT_EQ(keyRecord(memory, 0, G_KB_SuperKeyCodeMap.at(5).key_index)[0], 0);  // b → −3 does not
+    session_->lighting.lightModeSelectionChanged(2);  // a colour of 999 shows as 255
+    EXPECT_EQ(decodeLightMode(other->memory())->red, 255);
 }
 
 }  // namespace
