@@ -1,7 +1,6 @@
 // qx9ctl export / import: the whole configuration as one JSON document.
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 
 #include "cli/ctl_context.h"
 #include "ops/configuration.h"
@@ -36,13 +35,12 @@ void cmdExport(Context& c, const std::vector<std::string>& args) {
 
 void cmdImport(Context& c, const std::vector<std::string>& args) {
     if (args.size() != 1 || args[0].empty()) throw UsageError{"usage: qx9ctl import FILE"};
-    std::ifstream in(args[0], std::ios::binary);
-    if (!in) throw UsageError{"cannot read " + args[0]};
-    const std::string document((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) throw UsageError{"cannot read " + args[0]};
+    std::string error;
+    const std::optional<std::string> read = ops::readDocumentFile(args[0], error);
+    if (!read) throw UsageError{error};
+    const std::string& document = *read;
     // Checked before the database opens: a refused document changes nothing, not even the
     // first-start data of a new database file.
-    std::string error;
     if (!ops::parseConfigurationDocument(document, error)) throw UsageError{args[0] + " was not imported: " + error};
     const ops::Outcome imported = ops::importConfiguration(c.target(), document);
     if (!imported) throw UsageError{args[0] + " was not imported: " + imported.message};

@@ -7,8 +7,10 @@
 // connection, and the write-ahead log beside the file, pointing at the old one.)
 #include "ops/configuration.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <unordered_set>
 
@@ -16,7 +18,10 @@
 #include "ops/key_assignment.h"
 #include "ops/settings.h"
 #include "ops/user_lights.h"
+#include "ops/key_assignment.h"
 #include "ops/macros.h"
+#include "ops/settings.h"
+#include "i18n/language.h"
 
 namespace qx9::ops {
 
@@ -156,12 +161,22 @@ Configuration parseDocument(const ReadJson& doc) {
         doc, "configurationValues", {"id", "profile", "key", "value"}, [](const RowReader& r, std::int64_t id) {
             ConfigValueRow v{id, r.integer("profile"), r.text("key"), r.text("value")};
             if (!isDecimal(v.value)) r.fail(".value \"" + v.value + "\" is not a decimal integer");
-            // Sent to the keyboard as bytes.
-            if (v.profId == 1 && (v.key == "fnfunction" || v.key == "sleeplight")) {
+            // The application's settings take only the values it writes.
+            if (v.profId == kSettingsProfile && !v.value.empty()) {
                 std::int64_t n = 0;
                 const std::string_view s = v.value.starts_with('+') ? std::string_view(v.value).substr(1) : v.value;
                 std::from_chars(s.data(), s.data() + s.size(), n);
-                if (n < 0 || n > 255) r.fail(".value of \"" + v.key + "\" is " + v.value + ", not 0-255");
+                const auto allowed = [&](std::initializer_list<std::int64_t> values, const char* shown) {
+                    if (std::find(values.begin(), values.end(), n) == values.end()) {
+                        r.fail(".value of \"" + v.key + "\" is " + v.value + ", not " + shown);
+                    }
+                };
+                if (v.key == kLanguage) allowed({kLanguageEnglish, kLanguageSimplifiedChinese, kLanguageTraditionalChinese}, "1033, 2052 or 1028");
+                else if (v.key == kSleepLight) allowed({0, 1, 2, 3}, "0-3");
+                else if (v.key == kGameMode || v.key == kBlockAltTab || v.key == kBlockAltF4 || v.key == kBlockWin ||
+                         v.key == kFnFunction) {
+                    allowed({0, 1}, "0 or 1");
+                }
             }
             return v;
         });
@@ -183,9 +198,19 @@ Configuration parseDocument(const ReadJson& doc) {
             if (key && !(k.macroValue >= 0 && k.macroValue <= 255) && !(k.macroValue >= 500 && k.macroValue <= 517)) {
                 r.fail(".value " + std::to_string(k.macroValue) + " is not a key code (0-255, 500-517)");
             }
-            const bool bytes = key || combination || k.macroType == kMacroTypeMacro;
-            k.macro2Value = bytes ? r.integer("value2", 0, 255) : r.integer("value2");
-            k.macro3Value = combination || k.macroType == kMacroTypeMacro ? r.integer("value3", 0, 255) : r.integer("value3");
+            // The functions of a list take the values of their list.
+            if (const auto& list = functionChoices(k.macroType); !list.empty() &&
+                                                                  (k.macroValue < 1 || k.macroValue > static_cast<std::int64_t>(list.size()))) {
+                r.fail(".value " + std::to_string(k.macroValue) + " is not 1-" + std::to_string(list.size()));
+            }
+            if (k.macroType == kMacroTypeDisabled && k.macroValue != 0 && k.macroValue != 1) {
+                r.fail(".value " + std::to_string(k.macroValue) + " is not 0 or 1");
+            }
+            const bool macro = k.macroType == kMacroTypeMacro;
+            const bool bytes = key || combination || macro;
+            k.macro2Value = macro ? r.integer("value2", kPlayOnce, kPlayUntilPressedAgain)
+                                  : bytes ? r.integer("value2", 0, 255) : r.integer("value2");
+            k.macro3Value = combination || macro ? r.integer("value3", 0, 255) : r.integer("value3");
             k.macroDesc = r.text("text");
             return k;
         });
@@ -213,7 +238,7 @@ Configuration parseDocument(const ReadJson& doc) {
     c.userLights = rows<UserLightData>(doc, "userLights", {"id", "profile", "name", "speed", "brightness"},
                                        [](const RowReader& r, std::int64_t id) {
                                            return UserLightData{id, r.integer("profile"), r.text("name"),
-                                                                r.integer("speed"), r.integer("brightness")};
+                                                                r.integer("speed", 0, 255), r.integer("brightness", 0, 255)};
                                        });
 
     c.userLightColours = rows<UserLightLEDData>(
@@ -231,8 +256,9 @@ Configuration parseDocument(const ReadJson& doc) {
 
     c.macros = rows<MacroInfo>(doc, "macros", {"id", "name", "playTimes", "delayType", "delayTime"},
                                [](const RowReader& r, std::int64_t id) {
-                                   return MacroInfo{id, r.integer("playTimes"), r.integer("delayType"),
-                                                    r.integer("delayTime"), r.text("name")};
+                                   return MacroInfo{id, r.integer("playTimes", 0, kMaxPlayCount),
+                                                    r.integer("delayType", kRecordingDelay, kDefaultDelay),
+                                                    r.integer("delayTime", 0, kMaxRecordedDelay), r.text("name")};
                                });
     if (static_cast<std::int64_t>(c.macros.size()) > kMaxMacros) {
         throw Invalid{"it has " + std::to_string(c.macros.size()) + " macros; the keyboard holds at most " +
@@ -247,7 +273,10 @@ Configuration parseDocument(const ReadJson& doc) {
             e.recordType = r.integer("type", kRecordDelay, kRecordMouseUp);
             e.recordIndex = r.integer("index");
             const bool key = e.recordType == kRecordKeyDown || e.recordType == kRecordKeyUp;
-            e.recordValue = key ? r.integer("value", 0, 255) : e.recordType == kRecordDelay ? r.integer("value", 0) : r.integer("value");
+            constexpr std::int64_t kMouseButtons = 3;  // left, middle, right
+            e.recordValue = key                              ? r.integer("value", 0, 255)
+                            : e.recordType == kRecordDelay ? r.integer("value", 0, kMaxRecordedDelay)
+                                                           : r.integer("value", 1, kMouseButtons);
             e.recordDesc = r.text("text");
             return e;
         });
@@ -319,6 +348,31 @@ std::optional<Configuration> parseConfigurationDocument(std::string_view text, s
 }
 
 // ---- Export and import ----------------------------------------------------------------------
+
+std::optional<std::string> readDocumentFile(const std::filesystem::path& file, std::string& error) {
+    std::error_code ec;
+    const auto status = std::filesystem::status(file, ec);
+    if (ec || !std::filesystem::exists(status)) {
+        error = "cannot read " + file.string();
+        return std::nullopt;
+    }
+    if (!std::filesystem::is_regular_file(status)) {
+        error = file.string() + " is not a file";
+        return std::nullopt;
+    }
+    const std::uintmax_t size = std::filesystem::file_size(file, ec);
+    if (ec || size > kMaxDocumentBytes) {
+        error = file.string() + " is larger than a configuration can be (" + std::to_string(kMaxDocumentBytes >> 20) + " MiB)";
+        return std::nullopt;
+    }
+    std::ifstream in(file, std::ios::binary);
+    std::string text(static_cast<std::size_t>(size), '\0');
+    if (!in || !in.read(text.data(), static_cast<std::streamsize>(size)) || in.peek() != std::ifstream::traits_type::eof()) {
+        error = "cannot read " + file.string();
+        return std::nullopt;
+    }
+    return text;
+}
 
 std::optional<std::string> exportConfiguration(const DeviceSQLite& db, std::string& error) {
     const std::optional<Configuration> c = db.readConfiguration(error);

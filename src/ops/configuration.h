@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -29,6 +30,13 @@ inline constexpr std::int64_t kConfigurationVersion = 1;
 // keyboard can address — and gives nothing but an error message when anything is wrong.
 std::string configurationDocument(const Configuration& configuration);
 std::optional<Configuration> parseConfigurationDocument(std::string_view text, std::string& error);
+
+// The largest document import reads: far more than a full configuration (100 macros of
+// several hundred events each come to a few megabytes).
+inline constexpr std::uintmax_t kMaxDocumentBytes = 16u << 20;
+// Reads a document file: a regular file of at most kMaxDocumentBytes; none and the reason when
+// it is not one or cannot be read.
+std::optional<std::string> readDocumentFile(const std::filesystem::path& file, std::string& error);
 
 // The database as a document.
 std::optional<std::string> exportConfiguration(const DeviceSQLite& db, std::string& error);

@@ -132,6 +132,10 @@ TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
         {{}, {"key", "set", "1", "0", "a", "mouse:9"}, "mouse is 1-8, not 9"},
         {{}, {"key", "set", "1", "0", "a", "macro:3"}, "no macro 3"},
         {{}, {"key", "set", "1", "0", "a", "key:9999"}, "no function 9999 in the key palette"},
+        {{}, {"key", "set", "1", "0", "a", "key:4294967337"}, "no function 4294967337 in the key palette"},
+        {{}, {"key", "set", "1", "0", "a", "combo:4294967337"}, "no key code 4294967337 on the QX9"},
+        {{}, {"import", "/dev/zero"}, "/dev/zero is not a file"},
+        {{}, {"import", "/"}, "/ is not a file"},
         {{}, {"key", "set", "1", "0", "a", "combo:4+x"}, "a combination key must be a number: \"x\""},
         {{}, {"key", "set", "1", "0", "a", "teleport"},
          "unknown function \"teleport\"; FUNCTION is default | disable | key:CODE | combo:CODE[+CODE…] | "

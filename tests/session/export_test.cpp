@@ -129,6 +129,13 @@ TEST_F(ExportTest, DamagedOrForeignDocumentsAreRefusedAndChangeNothing) {
         std::function<std::string(Json&)> damage;
         const char* message;
     };
+    // A setting of profile 1 given another value.
+    const auto setting = [](Json& d, const char* key, const char* value) {
+        for (Json& row : d["configurationValues"]) {
+            if (row["profile"] == 1 && row["key"] == key) row["value"] = value;
+        }
+        return d.dump();
+    };
     // One macro more than the keyboard addresses.
     const auto tooManyMacros = [](Json& d) {
         for (int id = 2; id <= ops::kMaxMacros + 1; ++id)
@@ -155,6 +162,15 @@ TEST_F(ExportTest, DamagedOrForeignDocumentsAreRefusedAndChangeNothing) {
         {"duplicate id", [](Json& d) { d["macroEvents"][2]["id"] = d["macroEvents"][0]["id"]; return d.dump(); }, "macroEvents[2] has the id"},
         {"fraction", [](Json& d) { d["macros"][0]["playTimes"] = 1.5; return d.dump(); }, "macros[0].playTimes is not a whole number"},
         {"text value", [](Json& d) { d["configurationValues"][2]["value"] = "on"; return d.dump(); }, "is not a decimal integer"},
+        {"fn mode", [&](Json& d) { return setting(d, "fnfunction", "256"); }, "\"fnfunction\" is 256, not 0 or 1"},
+        {"sleep time", [&](Json& d) { return setting(d, "sleeplight", "4"); }, "\"sleeplight\" is 4, not 0-3"},
+        {"game mode", [&](Json& d) { return setting(d, "gamemode", "99999999999"); }, "is 99999999999, not 0 or 1"},
+        {"language", [&](Json& d) { return setting(d, "language", "1031"); }, "not 1033, 2052 or 1028"},
+        {"set speed", [](Json& d) { d["userLights"][0]["speed"] = -7; return d.dump(); }, "userLights[0].speed is -7"},
+        {"mouse", [](Json& d) { d["keyAssignments"][0]["type"] = 6; d["keyAssignments"][0]["value"] = 99999; return d.dump(); },
+         ".value 99999 is not 1-8"},
+        {"play mode", [](Json& d) { d["keyAssignments"][3]["value2"] = 3; return d.dump(); }, "value2 is 3"},
+        {"repeat count", [](Json& d) { d["macros"][0]["playTimes"] = 100000; return d.dump(); }, "playTimes is 100000"},
         {"unknown field", [](Json& d) { d["macros"][0]["colour"] = "red"; return d.dump(); }, "unknown field \"colour\""},
         {"row not object", [](Json& d) { d["userLights"][0] = 7; return d.dump(); }, "userLights[0] is not an object"},
         {"too many macros", tooManyMacros, "at most 100"},
