@@ -35,22 +35,36 @@ bool DeviceSQLite::readable() const {
 }
 
 void DeviceSQLite::open(const std::filesystem::path& directory, const std::filesystem::path& file) {
+    namespace fs = std::filesystem;
     db_.reset();
     file_ = file;
     if (!directory.empty()) {
+        // The folders this creates are the user's alone, whatever the umask: recorded macros
+        // are keystrokes. Folders that exist already are left as they are.
         std::error_code ec;
-        std::filesystem::create_directories(directory, ec);
+        std::vector<fs::path> created;
+        for (fs::path p = directory; !p.empty() && !fs::exists(p, ec); p = p.parent_path()) {
+            created.push_back(p);
+            if (p == p.parent_path()) break;
+        }
+        fs::create_directories(directory, ec);
         if (ec) {
             console() << "init: connect fail "
                       << "cannot create " << directory.string() << ": " << ec.message() << '\n';
             return;
         }
+        for (const fs::path& p : created) fs::permissions(p, fs::perms::owner_all, fs::perm_options::replace, ec);
     }
+    std::error_code ec;
+    const bool newFile = !fs::exists(file, ec);
     try {
         db_.emplace(sqlite::Connection::open(file.string()));
     } catch (const sqlite::Error& e) {
         console() << "init: connect fail " << e.what() << '\n';
         return;
+    }
+    if (newFile) {
+        fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::replace, ec);
     }
     createTable();
     console() << "init: connect success\n";

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "hid/virtual_qx9_memory.h"
@@ -243,6 +244,29 @@ TEST_F(OpsTest, EveryFaultAtEveryReportIsReported) {
         }
     }
     for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(clean + suffix);
+}
+
+}  // namespace
+}  // namespace qx9::test
+
+namespace qx9::test {
+namespace {
+
+// Recorded macros are keystrokes: the folders the application makes and its database are the
+// user's alone, whatever the umask.
+TEST(DatabaseFile, FoldersAndFileAreTheUsersAloneWhateverTheUmask) {
+    namespace fs = std::filesystem;
+    const fs::path base = fs::temp_directory_path() / ("qx9-perm-" + std::to_string(::getpid()));
+    fs::create_directories(base);
+    const mode_t previous = ::umask(0);
+    { DeviceSQLite db = DeviceSQLite::atPath(base / "data" / "db" / "file.sqlite3"); }
+    ::umask(previous);
+    const auto mode = [](const fs::path& p) { return fs::status(p).permissions() & fs::perms::all; };
+    EXPECT_EQ(mode(base / "data"), fs::perms::owner_all);
+    EXPECT_EQ(mode(base / "data" / "db"), fs::perms::owner_all);
+    EXPECT_EQ(mode(base / "data" / "db" / "file.sqlite3"), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_NE(mode(base), fs::perms::owner_all);  // a folder that was there stays as it was
+    fs::remove_all(base);
 }
 
 }  // namespace
