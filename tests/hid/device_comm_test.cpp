@@ -7,41 +7,29 @@ namespace {
 
 using Transport = WireFixture;
 
-TEST_F(Transport, CommandReportIsPausedSetPausedAndAcknowledged) {
-    const Bytes open = sparse({{0, 0x04}, {1, 0x18}}, 65);
-    EXPECT_TRUE(comm_->sendDeviceData(open));
-    EXPECT_TRUE(wireMatches(recorder_->events, {Step::command("04 18")}));
-}
-
-TEST_F(Transport, BusyAnswerCausesExactlyOneResendAndOneMoreRead) {
+// A command report is pause, set, pause, get; a busy answer (FF at byte 3) brings exactly one
+// resend and one more read; a failed set is not read back and fails the command.
+TEST_F(Transport, BusyAnswerCausesOneResendAndAFailedSetEndsTheCommand) {
     struct Case {
-        int busyReads;
-        std::size_t sets;
+        int busyReads, failSet;
+        bool result;
+        const char* wire;  // p pause, S set, X failed set, G answer, B busy answer
     };
-    for (const Case c : {Case{0, 1}, Case{1, 2}, Case{2, 2}, Case{5, 2}}) {
-        SCOPED_TRACE(c.busyReads);
+    const Bytes command = report("04 13 00 00 00 00 00 00 01");
+    for (const Case c : {Case{0, 0, true, "pSpG"}, Case{1, 0, true, "pSpBpSpG"}, Case{2, 0, true, "pSpBpSpB"},
+                         Case{5, 0, true, "pSpBpSpB"}, Case{0, 1, false, "pX"}, Case{1, 2, false, "pSpBpX"}}) {
         clearWire();
         keyboard_->setBusyReads(c.busyReads);
-        EXPECT_TRUE(comm_->sendDeviceData(report("04 13 00 00 00 00 00 00 01")));
-        const auto wire = calls();
-        ASSERT_EQ(wire.size(), 2 * c.sets);
-        for (std::size_t i = 0; i < wire.size(); i += 2) {
-            EXPECT_EQ(wire[i].kind, WireEvent::Set);
-            EXPECT_EQ(wire[i].bytes, report("04 13 00 00 00 00 00 00 01"));
-            EXPECT_EQ(wire[i + 1].kind, WireEvent::Get);
+        keyboard_->failSetAt(c.failSet);
+        EXPECT_EQ(comm_->sendDeviceData(command), c.result) << c.wire;
+        std::string wire;
+        for (const WireEvent& e : recorder_->events) {
+            if (e.kind == WireEvent::Pause) wire += 'p';
+            else if (e.kind == WireEvent::Get) wire += e.bytes[3] == 0xFF ? 'B' : 'G';
+            else wire += !e.ok ? 'X' : e.bytes == command ? 'S' : '?';
         }
-        EXPECT_EQ(wire[1].bytes[3], c.busyReads > 0 ? 0xFF : 0x00);
-        EXPECT_EQ(pauseCount(), 2 * c.sets);
-        keyboard_->setBusyReads(0);
+        EXPECT_EQ(wire, c.wire);
     }
-}
-
-TEST_F(Transport, CallersArrayIsNeverChanged) {
-    Bytes data = sparse({{0, 0x04}, {1, 0x18}, {3, 0xFF}, {64, 0x77}}, 65);
-    const Bytes before = data;
-    keyboard_->setBusyReads(1);
-    comm_->sendDeviceData(data);
-    EXPECT_EQ(data, before);
 }
 
 // A backend that answers busy with a short read, to see which length the resend uses.
@@ -73,66 +61,25 @@ TEST(TransportResend, UsesTheLengthTheReadReturned) {
     EXPECT_EQ(backend->setLengths, (std::vector<std::size_t>{64, 60}));
 }
 
-TEST_F(Transport, ResultIsTheResultOfTheLastPlatformCall) {
-    keyboard_->failSetAt(1);
-    EXPECT_FALSE(comm_->sendDeviceData(report("04 18")));
-    EXPECT_EQ(calls().size(), 1u);  // no read after a failed set
-
-    clearWire();
-    keyboard_->setBusyReads(1);
-    keyboard_->failSetAt(2);  // the resend fails
-    EXPECT_FALSE(comm_->sendDeviceData(report("04 18")));
-    EXPECT_EQ(calls().size(), 3u);
-
-    clearWire();
-    keyboard_->vanish();
-    EXPECT_FALSE(comm_->sendDeviceData(report("04 18")));
-    EXPECT_TRUE(comm_->sendDeviceData(Bytes(576), 640));  // a block reports success regardless
-    EXPECT_EQ(calls().size(), 2u);  // the failed set of each: no read, no second report
-    keyboard_->reappear();
-}
-
 TEST_F(Transport, AbsentKeyboardRefusesWithoutPlatformCallsOrPauses) {
     comm_->setDeviceStatus(0);
     EXPECT_FALSE(comm_->sendDeviceData(report("04 18")));
     EXPECT_FALSE(comm_->sendDeviceData(Bytes(640, 1), 640));
     EXPECT_FALSE(comm_->sendDeviceDataNoGet(report("04 18")));
     EXPECT_TRUE(recorder_->events.empty());
-    EXPECT_EQ(keyboard_->setCount() + keyboard_->getCount(), 0u);
     EXPECT_EQ(consoleText(), "");
 }
 
-Bytes counting(std::size_t size) {
-    Bytes b(size);
-    for (std::size_t i = 0; i < size; ++i) b[i] = static_cast<std::uint8_t>(i * 7 + 1);
-    return b;
-}
-
 TEST_F(Transport, BlockWriteSendsOneReportFewerThanLengthCounts) {
-    struct Case {
-        std::int64_t length;
-        std::size_t reports;
-    };
-    const Bytes data = counting(700);
-    for (const Case c : {Case{64, 0}, Case{127, 0}, Case{128, 1}, Case{640, 9}, Case{700, 9}}) {
-        SCOPED_TRACE(c.length);
+    Bytes data(700);
+    for (std::size_t i = 0; i < data.size(); ++i) data[i] = static_cast<std::uint8_t>(i * 7 + 1);
+    const std::pair<std::int64_t, int> cases[] = {{64, 0}, {127, 0}, {128, 1}, {640, 9}, {700, 9}};
+    for (const auto& [length, reports] : cases) {
         clearWire();
-        EXPECT_TRUE(comm_->sendDeviceData(data, c.length));
-        EXPECT_TRUE(wireMatches(recorder_->events,
-                                {Step::block(Bytes(data.begin(), data.begin() + 64 * c.reports))}));
+        EXPECT_TRUE(comm_->sendDeviceData(data, length));
+        EXPECT_TRUE(wireMatches(recorder_->events, {Step::block(Bytes(data.begin(), data.begin() + 64 * reports))}))
+            << length;
     }
-}
-
-TEST_F(Transport, BlockWriteStopsAtTheFirstFailureAndStillSucceeds) {
-    keyboard_->failSetAt(3);
-    EXPECT_TRUE(comm_->sendDeviceData(counting(576), 640));
-    const auto wire = calls();
-    ASSERT_EQ(wire.size(), 3u);
-    EXPECT_TRUE(wire[0].ok && wire[1].ok);
-    EXPECT_FALSE(wire[2].ok);
-    // One diagnostic line per report attempted.
-    const std::string lines = consoleText();
-    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 3);
 }
 
 std::string repeat(const std::string& text, int n) {
@@ -141,21 +88,14 @@ std::string repeat(const std::string& text, int n) {
     return s;
 }
 
-TEST_F(Transport, BlockWritePrintsEachReport) {
-    const Bytes data = sparse({{0, 4}, {1, 24}, {64, 255}}, 192);
-    EXPECT_TRUE(comm_->sendDeviceData(data, 192));
-    EXPECT_EQ(consoleText(), "newArr-0[4, 24" + repeat(", 0", 62) + "]\nnewArr-1[255" + repeat(", 0", 63) + "]\n");
-}
-
-TEST_F(Transport, ReconnectPointsTheSameTransportAtTheNewDevice) {
-    auto replugged = std::make_shared<VirtualQX9>();
-    comm_->setDeviceStatus(0);
-    comm_->setDevice(replugged);
-    comm_->setDeviceStatus(1);
-    EXPECT_TRUE(comm_->sendDeviceData(report("04 18")));
-    EXPECT_EQ(replugged->setCount(), 1u);
-    EXPECT_EQ(keyboard_->setCount(), 0u);
-    EXPECT_FALSE(sameDevice(replugged, keyboard_));
+TEST_F(Transport, BlockWritePrintsEachReportAndStopsAtTheFirstFailureYetSucceeds) {
+    keyboard_->failSetAt(3);
+    EXPECT_TRUE(comm_->sendDeviceData(sparse({{0, 4}, {1, 24}, {64, 255}}, 320), 320));
+    const auto wire = calls();
+    ASSERT_EQ(wire.size(), 3u);
+    EXPECT_TRUE(wire[0].ok && wire[1].ok && !wire[2].ok);
+    EXPECT_EQ(consoleText(), "newArr-0[4, 24" + repeat(", 0", 62) + "]\nnewArr-1[255" + repeat(", 0", 63) +
+                                 "]\nnewArr-2[0" + repeat(", 0", 63) + "]\n");
 }
 
 TEST(WireLog, LineFormat) {

@@ -115,13 +115,12 @@ TEST_F(WireFixture, CapacityIsCheckedBeforeAnythingIsSent) {
     };
     for (const Case c : {Case{600, 13, false}, Case{600, 12, true}, Case{625, 1, false}, Case{0, 313, false},
                          Case{0, 312, true}}) {
-        SCOPED_TRACE(std::to_string(c.events) + " events, " + std::to_string(c.macros) + " macros");
         clearWire();
         MacroDownloadInput in;
         in.storedEventCount = c.events;
         in.listedMacroCount = c.macros;
         SaveMacroToKeyboard(comm_.get(), &in);
-        EXPECT_EQ(!sets().empty(), c.sent);
+        EXPECT_EQ(!sets().empty(), c.sent) << c.events << " events, " << c.macros << " macros";
     }
 }
 

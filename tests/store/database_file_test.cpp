@@ -37,7 +37,6 @@ TEST(StoreLocation, WithoutApplicationIdNothingIsCreated) {
     EXPECT_FALSE(db.isConnected());
     EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
     EXPECT_EQ(console.text(), "");
-    EXPECT_EQ(db.addProfile("Two"), 0);
 }
 
 TEST_F(StoreTest, FirstStartHoldsOneProfileAndTheGlobalSettings) {
@@ -65,7 +64,6 @@ TEST_F(StoreTest, FirstSelectionWritesTheModesAndLegacyValues) {
     EXPECT_EQ(sql_.value("SELECT count(DISTINCT key) || '/' || count(*) FROM t_configdata "
                          "WHERE profId = 2"),
               "15/15");
-    EXPECT_EQ(db_.getConfigData(2, "gamemode"), "");
     EXPECT_EQ(console_.text(), "createTable success\ninit: connect success\n");
 
     // Any light row means the profile is set up; the legacy values alone are added again.
@@ -125,9 +123,6 @@ TEST_F(StoreTest, ResetOfProfileOneDropsGlobalSettingsAndKeepsModeParameters) {
     EXPECT_EQ(sql_.rows("SELECT profId, fnlayerId FROM t_keyprofile"), (Rows{"2|0", "2|1"}));
     db_.writeConfigInfo(9);
     EXPECT_EQ(configOf(sql_, 1), configOf(sql_, 9));  // the legacy values alone
-    EXPECT_TRUE(db_.updateConfigData(1, "gamemode", "1"));
-    EXPECT_EQ(db_.getConfigData(1, "gamemode"), "");
-    EXPECT_EQ(sql_.value("SELECT group_concat(mode) FROM t_lightdata WHERE status = 1"), "3");
     lightData light;
     ASSERT_TRUE(db_.queryLightInfo(1, 3, light));
     EXPECT_EQ(light.data, saved);
@@ -166,7 +161,6 @@ TEST_F(StoreTest, DropKeepsTriggerKeysAndReopeningStartsAfresh) {
     EXPECT_EQ(console_.text(), "createTable success\ninit: connect success\ndropTable  success\n");
 
     DeviceSQLite fresh = DeviceSQLite::atPath(file_);
-    EXPECT_EQ(sql_.rows("SELECT * FROM t_profile"), Rows{"1|Configuration File 1"});
     EXPECT_EQ(sql_.rows("SELECT * FROM t_configdata"), firstStart);
     EXPECT_EQ(sql_.rows("SELECT * FROM t_triggerkey"), Rows{"1|1|0|4|A"});
 

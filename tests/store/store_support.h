@@ -1,42 +1,66 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <stdlib.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "common/console.h"
 #include "store/device_sqlite.h"
-
-struct sqlite3;
 
 namespace qx9::test {
 
 using Rows = std::vector<std::string>;
 
 // Records as their table rows read with plain SQL ("SELECT *"): columns in table order, '|'.
-std::string str(const ProfileKey& k);
-std::string str(const MacroInfo& m);
-std::string str(const RecordInfo& r);
-std::string str(const UserLightData& s);
-std::string str(const UserLightLEDData& l);
+template <typename... Fields>
+std::string joined(const Fields&... fields) {
+    std::ostringstream out;
+    const char* separator = "";
+    ((out << separator << fields, separator = "|"), ...);
+    return out.str();
+}
+inline std::string str(const ProfileKey& k) {
+    return joined(k.keyId, k.profId, k.fnlayerId, k.keyValue, k.macroType, k.macroValue, k.macro2Value,
+                  k.macro3Value, k.macroDesc);
+}
+inline std::string str(const MacroInfo& m) {
+    return joined(m.macroId, m.playTimes, m.delayType, m.delayTime, m.macroName);
+}
+inline std::string str(const RecordInfo& r) {
+    return joined(r.recordId, r.macroId, r.recordType, r.recordIndex, r.recordDesc, r.recordValue);
+}
+inline std::string str(const UserLightData& s) {
+    return joined(s.userlight_id, s.profile_id, s.userlight_name, s.speed, s.brightness);
+}
+inline std::string str(const UserLightLEDData& l) {
+    return joined(l.led_id, l.userlight_id, l.key_value, l.key_rgbvalue);
+}
 template <typename T>
 Rows strs(const std::vector<T>& records) {
     Rows rows;
     for (const T& r : records) rows.push_back(str(r));
     return rows;
 }
-inline RecordInfo event(std::int64_t macro, std::int64_t type, std::int64_t index,
-                        std::int64_t value) {
+inline RecordInfo event(std::int64_t macro, std::int64_t type, std::int64_t index, std::int64_t value) {
     return {0, macro, type, index, value, "e" + std::to_string(index)};
 }
 
 // A fresh directory under the temporary directory, removed with its contents.
 class TempDir {
 public:
-    TempDir();
+    TempDir() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "qx9-store-XXXXXX").string();
+        if (!mkdtemp(pattern.data())) ADD_FAILURE() << "mkdtemp failed for " << pattern;
+        path_ = pattern;
+    }
     ~TempDir() {
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
@@ -51,30 +75,62 @@ private:
 // The tests' own view of a database file: plain SQL through the C API, not through the store.
 class SqlFile {
 public:
-    explicit SqlFile(const std::filesystem::path& file);
-    ~SqlFile();
+    explicit SqlFile(const std::filesystem::path& file) {
+        if (sqlite3_open(file.c_str(), &db_) != SQLITE_OK) ADD_FAILURE() << file << ": " << sqlite3_errmsg(db_);
+    }
+    ~SqlFile() { sqlite3_close_v2(db_); }
     SqlFile(const SqlFile&) = delete;
     SqlFile& operator=(const SqlFile&) = delete;
 
     // Every row of a query, its columns as text joined by '|' (NULL reads "NULL").
-    Rows rows(const std::string& sql) const;
-    // The first row, or "" when there is none.
+    Rows rows(const std::string& sql) const {
+        Rows result;
+        sqlite3_stmt* stmt = nullptr;
+        if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) {
+            ADD_FAILURE() << sql << ": " << sqlite3_errmsg(db_);
+        }
+        while (stmt && sqlite3_step(stmt) == SQLITE_ROW) {
+            std::string row;
+            for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
+                const auto* text = sqlite3_column_text(stmt, i);
+                row += (i ? "|" : "") + std::string(text ? reinterpret_cast<const char*>(text) : "NULL");
+            }
+            result.push_back(row);
+        }
+        sqlite3_finalize(stmt);
+        return result;
+    }
     std::string value(const std::string& sql) const {
         const Rows all = rows(sql);
         return all.empty() ? std::string() : all.front();
     }
-    // Runs statements that must succeed (set-up of a test).
-    void exec(const std::string& sql) const;
-    // Names of the tables in their order of creation.
-    Rows tables() const {
-        return rows("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY rowid");
+    void exec(const std::string& sql) const {
+        char* error = nullptr;
+        if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
+            ADD_FAILURE() << sql << ": " << (error ? error : "");
+        }
+        sqlite3_free(error);
     }
+    Rows tables() const { return rows("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY rowid"); }
     // Every row of every table, each as "table|columns…".
-    Rows dump() const;
+    Rows dump() const {
+        Rows all;
+        for (const std::string& table : tables()) {
+            for (const std::string& row : rows("SELECT * FROM \"" + table + "\" ORDER BY rowid")) {
+                all.push_back(table + "|" + row);
+            }
+        }
+        return all;
+    }
     // A trigger that refuses the statements `when` describes ("BEFORE INSERT ON t WHEN …"),
     // with RAISE(ABORT) or RAISE(ROLLBACK); allowAll() drops every one.
-    void refuse(const std::string& when, const char* action = "ABORT");
-    void allowAll();
+    void refuse(const std::string& when, const char* action = "ABORT") {
+        exec("CREATE TRIGGER refuse" + std::to_string(++triggers_) + " " + when + " BEGIN SELECT RAISE(" + action +
+             ", 'refused'); END");
+    }
+    void allowAll() {
+        for (; triggers_ > 0; --triggers_) exec("DROP TRIGGER refuse" + std::to_string(triggers_));
+    }
 
 private:
     sqlite3* db_ = nullptr;
@@ -84,8 +140,8 @@ private:
 // Collects the console lines for the life of the object.
 class ConsoleCapture {
 public:
-    ConsoleCapture();
-    ~ConsoleCapture();
+    ConsoleCapture() : previous_(setConsoleStream(&out_)) {}
+    ~ConsoleCapture() { setConsoleStream(previous_); }
     std::string text() const { return out_.str(); }
     void clear() { out_.str({}); }
 
@@ -97,16 +153,24 @@ private:
 // Sets (or with nullopt unsets) an environment variable for the life of the object.
 class EnvOverride {
 public:
-    EnvOverride(const char* name, const std::optional<std::string>& value);
+    EnvOverride(const char* name, const std::optional<std::string>& value) : name_(name) {
+        if (const char* old = std::getenv(name)) previous_ = old;
+        set(value);
+    }
     ~EnvOverride() { set(previous_); }
 
 private:
-    void set(const std::optional<std::string>& value);
+    void set(const std::optional<std::string>& value) {
+        value ? setenv(name_.c_str(), value->c_str(), 1) : unsetenv(name_.c_str());
+    }
     std::string name_;
     std::optional<std::string> previous_;
 };
 
-std::string fileBytes(const std::filesystem::path& file);
+inline std::string fileBytes(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
 
 // A database file in a temporary directory, opened the way the application opens it, with the
 // console captured from the start.
