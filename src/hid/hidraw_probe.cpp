@@ -13,7 +13,8 @@ static_assert(kQX9VendorId == QX9_USB_VENDOR_ID && kQX9ProductId == QX9_USB_PROD
 
 bool isQX9ConfigurationNode(const std::string& hidrawSyspath) {
     const auto descriptor = readReportDescriptor(hidrawSyspath);
-    return featureReportSize(descriptor, kQX9ReportId) == kQX9FeatureSize;
+    return featureReportSize(descriptor, kQX9ReportId) == kQX9FeatureSize &&
+           !parseReportDescriptor(descriptor).keystrokeInputs;
 }
 
 }  // namespace qx9

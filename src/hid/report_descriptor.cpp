@@ -10,7 +10,13 @@ namespace {
 
 enum ItemType { kMain = 0, kGlobal = 1, kLocal = 2, kReserved = 3 };
 enum MainTag { kInput = 8, kOutput = 9, kCollection = 10, kFeature = 11, kEndCollection = 12 };
-enum GlobalTag { kReportSize = 7, kReportId = 8, kReportCount = 9, kPush = 10, kPop = 11 };
+enum GlobalTag { kUsagePage = 0, kReportSize = 7, kReportId = 8, kReportCount = 9, kPush = 10, kPop = 11 };
+enum LocalTag { kUsage = 0 };
+
+// Usage pages whose input reports carry keystrokes.
+constexpr std::uint32_t kKeyboardPage = 0x07;
+constexpr std::uint32_t kConsumerPage = 0x0C;
+bool keystrokePage(std::uint32_t page) { return page == kKeyboardPage || page == kConsumerPage; }
 
 constexpr std::size_t kMaxPushDepth = 32;
 constexpr std::size_t kMaxCollectionDepth = 256;
@@ -18,6 +24,7 @@ constexpr std::size_t kMaxCollectionDepth = 256;
 constexpr std::uint64_t kMaxReportBits = std::uint64_t{1} << 24;
 
 struct GlobalState {
+    std::uint32_t usagePage = 0;
     std::uint32_t reportSize = 0;
     std::uint32_t reportCount = 0;
     std::uint32_t reportId = 0;
@@ -27,6 +34,7 @@ struct Totals {
     // bits[kind][reportId], kind 0 input, 1 output, 2 feature
     std::array<std::array<std::uint64_t, 256>, 3> bits{};
     bool numbered = false;
+    bool keystrokeInputs = false;
 };
 
 // Walks the items; false when the descriptor is malformed.
@@ -34,6 +42,7 @@ bool walk(std::span<const std::uint8_t> d, Totals& totals) {
     GlobalState global;
     std::vector<GlobalState> stack;
     std::size_t collectionDepth = 0;
+    bool localKeystrokeUsage = false;  // a local usage since the last main item names a key page
     std::size_t i = 0;
     while (i < d.size()) {
         const std::uint8_t prefix = d[i];
@@ -55,6 +64,7 @@ bool walk(std::span<const std::uint8_t> d, Totals& totals) {
 
         if (type == kGlobal) {
             switch (tag) {
+                case kUsagePage: global.usagePage = value; break;
                 case kReportSize: global.reportSize = value; break;
                 case kReportCount: global.reportCount = value; break;
                 case kReportId:
@@ -88,13 +98,17 @@ bool walk(std::span<const std::uint8_t> d, Totals& totals) {
                     break;
                 default: break;
             }
+            if (kind == 0 && (keystrokePage(global.usagePage) || localKeystrokeUsage)) totals.keystrokeInputs = true;
+            localKeystrokeUsage = false;  // local items last until the next main item
             if (kind >= 0) {
                 auto& bits = totals.bits[static_cast<std::size_t>(kind)][global.reportId];
                 bits += static_cast<std::uint64_t>(global.reportSize) * global.reportCount;
                 if (bits > kMaxReportBits) return false;
             }
+        } else if (type == kLocal && tag == kUsage && size == 4 && keystrokePage(value >> 16)) {
+            localKeystrokeUsage = true;  // an extended usage: page in the high half
         }
-        // Local items and reserved types carry nothing the sizes depend on.
+        // Other local items and reserved types carry nothing the sizes depend on.
     }
     return collectionDepth == 0;
 }
@@ -111,6 +125,7 @@ ReportSizes parseReportDescriptor(std::span<const std::uint8_t> descriptor) {
     if (!walk(descriptor, totals)) return {};
     ReportSizes sizes;
     sizes.valid = true;
+    sizes.keystrokeInputs = totals.keystrokeInputs;
     std::int64_t* out[3] = {&sizes.input, &sizes.output, &sizes.feature};
     for (std::size_t kind = 0; kind < 3; ++kind) {
         for (std::uint64_t bits : totals.bits[kind]) {

@@ -13,6 +13,9 @@ struct ReportSizes {
     std::int64_t output = 0;
     std::int64_t feature = 0;
     bool valid = false;
+    // Some input report carries keys: an Input item of the Keyboard/Keypad (0x07) or Consumer
+    // (0x0C) usage page, by its global usage page or an extended usage.
+    bool keystrokeInputs = false;
 };
 
 // Reads a descriptor that comes from a device: never reads outside `descriptor`, always ends,

@@ -1,6 +1,7 @@
 #include "hid/udev_hid.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -69,8 +70,11 @@ std::int64_t locationIdFromUsb(std::int64_t busnum, const std::string& devpath) 
 std::vector<std::uint8_t> readReportDescriptor(const std::string& hidrawSyspath) {
     std::vector<std::uint8_t> out;
     const std::string path = hidrawSyspath + "/device/report_descriptor";
-    UniqueFd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!fd) return out;
+    // Never blocks: only a regular file is read (sysfs attributes are), so a FIFO or a device
+    // put in its place yields nothing; and at most the 4096 bytes a descriptor can have.
+    UniqueFd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat st {};
+    if (!fd || ::fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode)) return out;
     std::uint8_t buf[4096];  // the largest descriptor the kernel keeps
     std::size_t total = 0;
     for (;;) {

@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
+#include "hid/hidraw_probe.h"
 #include "hid/report_descriptor.h"
 #include "support/descriptors.h"
 #include "support/wire_fixture.h"
@@ -22,18 +26,27 @@ struct DescriptorCase {
     std::int64_t input, output, feature;
     bool valid;
     std::int64_t report4 = 0;  // featureReportSize(…, 4)
+    bool keystrokes = false;   // an input report of the keyboard or consumer page
 };
 
 const DescriptorCase kCases[] = {
-    {"BootKeyboard", kKeyboardInterface, 8, 1, 0, true},
-    {"ConsumerControl", kConsumerInterface, 3, 0, 0, true},
+    {"BootKeyboard", kKeyboardInterface, 8, 1, 0, true, 0, true},
+    {"ConsumerControl", kConsumerInterface, 3, 0, 0, true, 0, true},
     {"ConfigurationInterface", kConfigurationInterface, 0, 0, 64, true, 64},
     // and an input report 5 of 32 bytes after the feature report
     {"ConfigurationWithInputReport",
      "06 0A FF 09 01 A1 01 85 04 15 00 26 FF 00 75 08 95 3F 09 01 B1 02 85 05 95 20 09 02 81 02 C0",
      33, 0, 64, true, 64},
     {"FeatureReport4Of32Bytes", "06 0A FF 09 01 A1 01 85 04 75 08 95 20 B1 02 C0", 0, 0, 33, true, 33},
-    {"NumberedKeyboard", kNumberedKeyboard, 8, 0, 0, true},
+    {"NumberedKeyboard", kNumberedKeyboard, 8, 0, 0, true, 0, true},
+    // Feature report 4 of 64 bytes beside keystrokes: in the same collection, in another one, and
+    // as an extended usage (page 7 in the usage's high half) under a vendor page.
+    {"KeyboardWithReport4",
+     "05 01 09 06 A1 01 85 01 05 07 19 E0 29 E7 75 01 95 08 81 02 06 0A FF 85 04 75 08 95 3F 09 01 B1 02 C0",
+     2, 0, 64, true, 64, true},
+    {"ConsumerBesideReport4", std::string(kConfigurationInterface) + " " + kConsumerInterface, 3, 0, 64, true, 64, true},
+    {"ExtendedKeyboardUsage", "06 0A FF 09 01 A1 01 85 04 75 08 95 3F 09 01 B1 02 85 05 95 08 0B E0 00 07 00 81 02 C0",
+     9, 0, 64, true, 64, true},
     // Long items between short ones; push saves 8 × 16; the 1-bit input in between, then 128 bits
     // again: 129 bits in, 17 bytes; the feature after the pop is 128 bits, 16 bytes.
     {"LongItemsAndPushPop",
@@ -53,8 +66,8 @@ TEST(ReportDescriptor, Sizes) {
     for (const DescriptorCase& c : kCases) {
         const Bytes d = hexBytes(c.hex);
         const ReportSizes s = parseReportDescriptor(d);
-        EXPECT_EQ((std::vector<std::int64_t>{s.valid, s.input, s.output, s.feature, featureReportSize(d, 4)}),
-                  (std::vector<std::int64_t>{c.valid, c.input, c.output, c.feature, c.report4}))
+        EXPECT_EQ((std::vector<std::int64_t>{s.valid, s.input, s.output, s.feature, featureReportSize(d, 4), s.keystrokeInputs}),
+                  (std::vector<std::int64_t>{c.valid, c.input, c.output, c.feature, c.report4, c.keystrokes}))
             << c.name;
     }
 }
@@ -74,6 +87,34 @@ TEST(ReportDescriptorCorpus, EveryKeptInputParses) {
         ++files;
     }
     EXPECT_GT(files, 0u);
+}
+
+}  // namespace
+}  // namespace qx9::test
+
+namespace qx9::test {
+namespace {
+
+// The probe udev runs reads the node's descriptor from sysfs: it grants access only to the
+// configuration interface, never to one that also carries keystrokes, and never waits on a file
+// that is not a plain one.
+TEST(HidrawProbe, AcceptsOnlyTheConfigurationInterfaceAndNeverBlocks) {
+    namespace fs = std::filesystem;
+    const fs::path node = fs::temp_directory_path() / ("qx9-probe-" + std::to_string(::getpid()));
+    fs::create_directories(node / "device");
+    const fs::path file = node / "device" / "report_descriptor";
+    for (const auto& [hex, accepted] : {std::pair{std::string(kConfigurationInterface), true},
+                                        {std::string(kConfigurationInterface) + " " + kKeyboardInterface, false},
+                                        {std::string(kKeyboardInterface), false}}) {
+        const Bytes d = hexBytes(hex);
+        std::ofstream(file, std::ios::binary | std::ios::trunc).write(reinterpret_cast<const char*>(d.data()),
+                                                                        static_cast<std::streamsize>(d.size()));
+        EXPECT_EQ(isQX9ConfigurationNode(node.string()), accepted) << hex;
+    }
+    fs::remove(file);
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);  // no writer: an open or read would wait forever
+    EXPECT_FALSE(isQX9ConfigurationNode(node.string()));
+    fs::remove_all(node);
 }
 
 }  // namespace
