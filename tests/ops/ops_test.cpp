@@ -8,13 +8,16 @@
 #include "hid/virtual_qx9_memory.h"
 #include "i18n/language.h"
 #include "layout/key_maps.h"
+#include "ops/configuration.h"
 #include "ops/key_assignment.h"
 #include "ops/lighting.h"
 #include "ops/macros.h"
+#include "ops/profiles.h"
 #include "ops/settings.h"
 #include "ops/user_lights.h"
 #include "support/sql_value.h"
 #include <functional>
+#include <random>
 #include "support/wire_fixture.h"
 
 namespace qx9::test {
@@ -267,6 +270,57 @@ TEST(DatabaseFile, FoldersAndFileAreTheUsersAloneWhateverTheUmask) {
     EXPECT_EQ(mode(base / "data" / "db" / "file.sqlite3"), fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_NE(mode(base), fs::perms::owner_all);  // a folder that was there stays as it was
     fs::remove_all(base);
+}
+
+}  // namespace
+}  // namespace qx9::test
+
+namespace qx9::test {
+namespace {
+
+// After any sequence of valid changes, an export imports into a fresh database and gives the
+// same document back.
+TEST_F(OpsTest, AnyConfigurationExportsAndImportsBackUnchanged) {
+    std::mt19937 random(7);
+    const auto pick = [&](int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); };
+    const std::vector<KeyData>& keys = ops::paintableKeys();
+    for (int sequence = 0; sequence < 12; ++sequence) {
+        const ops::Target t{db_};
+        for (int step = 0; step < 30; ++step) {
+            std::vector<ProfileData> profiles;
+            db_.queryProfileList(profiles);
+            const std::int64_t profile = profiles[static_cast<std::size_t>(pick(static_cast<int>(profiles.size())))].profId;
+            const std::int64_t key = keys[static_cast<std::size_t>(pick(static_cast<int>(keys.size())))].keycode;
+            std::int64_t id = 0, mode = 0;
+            switch (pick(9)) {
+                case 0: ops::addProfile(t, ops::newProfileName(profiles.size()), id); break;
+                case 1: ops::renameProfile(t, profile, "P\\t" + std::to_string(step)); break;
+                case 2: ops::deleteProfile(t, profile); break;
+                case 3: ops::assignKey(t, profile, pick(2), key, *ops::listFunction(kMacroTypeMouse, static_cast<std::size_t>(pick(8)))); break;
+                case 4: ops::assignKey(t, profile, 0, key, *ops::capturedKeysFunction({225, key})); break;
+                case 5:
+                    if (ops::addMacro(t, ops::newMacroName(static_cast<std::size_t>(db_.countMacros())), id)) {
+                        ops::saveMacro(t, id, *ops::keyPressEvents(key), pick(3), pick(500), db_.countMacros());
+                    }
+                    break;
+                case 6: ops::selectProfile(t, profile, mode), ops::setLightColour(t, profile, pick(20), 1, 2, 3); break;
+                case 7:
+                    if (ops::addUserLight(t, ops::newUserLightName(0), id)) ops::paintKeys(t, id, {key}, 0x010203u * pick(80));
+                    break;
+                default: ops::setFnMode(t, pick(2) == 1, {}); break;
+            }
+        }
+        std::string error;
+        const std::optional<std::string> document = ops::exportConfiguration(db_, error);
+        ASSERT_TRUE(document) << error;
+        const std::filesystem::path copy = file_.string() + ".copy";
+        {
+            DeviceSQLite fresh = DeviceSQLite::atPath(copy);
+            ASSERT_EQ(ops::importConfiguration({fresh}, *document).message, "") << sequence;
+            EXPECT_EQ(ops::exportConfiguration(fresh, error), document) << sequence;
+        }
+        for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(copy.string() + suffix);
+    }
 }
 
 }  // namespace

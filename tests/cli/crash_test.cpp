@@ -1,0 +1,99 @@
+// qx9ctl killed at random moments of writes that change many rows: the database afterwards is
+// sound and holds either what it held before or the whole change, never a mix.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <iostream>
+#include <filesystem>
+#include <random>
+#include <thread>
+
+#include "support/sql_value.h"
+
+namespace qx9::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class CrashTest : public ::testing::Test {
+protected:
+    CrashTest() : dir_(fs::temp_directory_path() / ("qx9-crash-" + std::to_string(::getpid()))) {
+        fs::create_directories(dir_);
+    }
+    ~CrashTest() override { fs::remove_all(dir_); }
+
+    // Runs qx9ctl on `db` with a virtual keyboard; kills it after `killAfter` unless negative.
+    void run(const fs::path& db, const std::vector<std::string>& args, std::chrono::microseconds killAfter) {
+        std::vector<std::string> full = {QX9CTL, "--db", db.string(), "--device", "virtual"};
+        full.insert(full.end(), args.begin(), args.end());
+        std::vector<char*> argv;
+        for (std::string& a : full) argv.push_back(a.data());
+        argv.push_back(nullptr);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            ::execv(argv[0], argv.data());
+            ::_exit(127);
+        }
+        if (killAfter.count() >= 0) {
+            std::this_thread::sleep_for(killAfter);
+            ::kill(child, SIGKILL);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+    }
+    // The database as it reads after a crash: sound (SQLite replays its log), every row.
+    std::map<std::string, std::string> afterCrash(const fs::path& db) {
+        EXPECT_EQ(sqlValue(db.string(), "PRAGMA integrity_check"), "ok");
+        sqlExec(db.string(), "PRAGMA wal_checkpoint(TRUNCATE)");
+        return dumpDatabase(db.string());
+    }
+    fs::path copyOf(const fs::path& from, const std::string& name) {
+        const fs::path to = dir_ / name;
+        for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(to.string() + suffix);
+        fs::copy_file(from, to);
+        return to;
+    }
+
+    fs::path dir_;
+};
+
+TEST_F(CrashTest, AKilledWriteLeavesTheOldOrTheNewStateAndASoundFile) {
+    const fs::path base = dir_ / "base.sqlite3";
+    const auto zero = std::chrono::microseconds(-1);
+    run(base, {"macro", "add"}, zero);
+    for (int i = 0; i < 20; ++i) run(base, {"macro", "insert", "1", "key:a"}, zero);
+    run(base, {"userlight", "add"}, zero);
+    run(base, {"export", (dir_ / "doc.json").string()}, zero);
+    run(base, {"macro", "add"}, zero);  // the document has one macro fewer than the file
+    sqlExec(base.string(), "PRAGMA wal_checkpoint(TRUNCATE)");
+    const auto before = dumpDatabase(base.string());
+
+    const std::vector<std::vector<std::string>> changes = {
+        {"macro", "insert", "1", "delay:7", "--before", "0"},  // 41 events stored again
+        {"light", "select", "9"},                              // the selection moves
+        {"userlight", "paint", "1", "w", "a", "s", "d", "--color", "FF4000"},  // 66 colours
+        {"import", (dir_ / "doc.json").string()},              // every table
+    };
+    std::mt19937 random(20261123);
+    int trials = 0, old = 0, changed = 0;
+    for (const auto& change : changes) {
+        const fs::path done = copyOf(base, "done.sqlite3");
+        run(done, change, zero);
+        const auto after = afterCrash(done);
+        ASSERT_NE(after, before) << change[0];
+        for (int trial = 0; trial < 25; ++trial, ++trials) {
+            const fs::path db = copyOf(base, "trial.sqlite3");
+            run(db, change, std::chrono::microseconds(std::uniform_int_distribution<int>(0, 20000)(random)));
+            const auto state = afterCrash(db);
+            EXPECT_TRUE(state == before || state == after) << change[0] << " trial " << trial;
+            (state == before ? old : changed) += 1;
+        }
+    }
+    std::cout << trials << " kills: " << old << " left the old state, " << changed << " the new\n";
+}
+
+}  // namespace
+}  // namespace qx9::test
