@@ -115,6 +115,17 @@ TEST(LanguageSwitch, EveryTextExistsOnceAndTheModeRowsFollowTheirIds) {
         }
     }
     EXPECT_EQ(modeRows, 20);
+    // The four sleep-time choices read differently in every language.
+    for (int language : {kLanguageEnglish, kLanguageSimplifiedChinese, kLanguageTraditionalChinese}) {
+        const LanguageTable& table = languageTable(language);
+        std::set<std::string> labels;
+        for (const SwitchedText& t : texts) {
+            if (std::string_view(t.control).starts_with("light_label_lightsleep") && t.control.size() == 23) {
+                labels.insert(table.getLan(t.textId));
+            }
+        }
+        EXPECT_EQ(labels.size(), 4u) << language;
+    }
 }
 
 }  // namespace

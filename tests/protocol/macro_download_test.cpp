@@ -113,8 +113,9 @@ TEST_F(WireFixture, CapacityIsCheckedBeforeAnythingIsSent) {
         std::int64_t events, macros;
         bool sent;
     };
-    for (const Case c : {Case{600, 13, false}, Case{600, 12, true}, Case{625, 1, false}, Case{0, 313, false},
-                         Case{0, 312, true}}) {
+    // 4 bytes an event and 8 a macro, 2500 in all: exactly 2500 still fits.
+    for (const Case c : {Case{600, 13, false}, Case{600, 12, true}, Case{623, 1, true}, Case{624, 1, false},
+                         Case{0, 313, false}, Case{0, 312, true}}) {
         clearWire();
         MacroDownloadInput in;
         in.storedEventCount = c.events;

@@ -76,6 +76,17 @@ TEST_F(SettingsTest, GameModeAndItsBlocks) {
                       "WHEN 'gamemode' THEN 0 WHEN 'disable_alttab' THEN 1 WHEN 'disable_altf4' THEN 2 ELSE 3 END)"),
                   step.stored);
     }
+    // A later start reads the game mode and the blocks back and sends them with the first
+    // connection; the boxes show them.
+    s.button_action_gamemode(SettingsPage::kAltTab, false);
+    auto next = std::make_shared<VirtualQX9>();
+    session_.reset();
+    session_ = openSession(dbPath_, recorder_, events_);
+    connect(next);
+    const VirtualSystemFunctions f = decodeSystemFunctions(next->memory()).value();
+    EXPECT_EQ((std::array{f.gameMode, f.blockAltTab, f.blockAltF4, f.lockWin}), (std::array{1, 0, 1, 1}));
+    EXPECT_TRUE(session_->settings.box(SettingsPage::kLockWin));
+    EXPECT_FALSE(session_->settings.box(SettingsPage::kAltTab));
 }
 
 TEST_F(SettingsTest, ConfirmationTexts) {
