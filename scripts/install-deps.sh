@@ -11,6 +11,7 @@ packages=(
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6
     fonts-noto-cjk xvfb xauth
     qemu-system-x86 linux-image-amd64 busybox-static
+    clang libclang-rt-14-dev
 )
 
 missing=()

@@ -133,10 +133,14 @@ protected:
         EXPECT_EQ((std::array{l.light_direction_top().hidden, l.light_direction_bottom().hidden,
                               l.light_direction_left().hidden, l.light_direction_right().hidden}),
                   (std::array{!ud, !ud, !lr, !lr}));
-        if (ud) EXPECT_EQ(l.light_direction_top().on, p.direction == 3);
-        if (ud) EXPECT_EQ(l.light_direction_bottom().on, p.direction != 3);
-        if (lr) EXPECT_EQ(l.light_direction_right().on, p.direction == 1);
-        if (lr) EXPECT_EQ(l.light_direction_left().on, p.direction != 1);
+        if (ud) {
+            EXPECT_EQ(l.light_direction_top().on, p.direction == 3);
+            EXPECT_EQ(l.light_direction_bottom().on, p.direction != 3);
+        }
+        if (lr) {
+            EXPECT_EQ(l.light_direction_right().on, p.direction == 1);
+            EXPECT_EQ(l.light_direction_left().on, p.direction != 1);
+        }
     }
 
     void selectEveryRow(const Params& params, bool defaults = false) {
