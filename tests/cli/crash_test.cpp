@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <iostream>
 #include <filesystem>
@@ -93,6 +94,64 @@ TEST_F(CrashTest, AKilledWriteLeavesTheOldOrTheNewStateAndASoundFile) {
         }
     }
     std::cout << trials << " kills: " << old << " left the old state, " << changed << " the new\n";
+}
+
+}  // namespace
+}  // namespace qx9::test
+
+namespace qx9::test {
+namespace {
+
+// A database another program holds locked, and one this user may only read: every write is
+// refused with one line and status 1, nothing reaches the keyboard, and the file stays as it was.
+TEST_F(CrashTest, LockedAndReadOnlyDatabasesRefuseWritesAndSendNothing) {
+    const fs::path db = dir_ / "locked.sqlite3";
+    run(db, {"userlight", "add"}, std::chrono::microseconds(-1));
+    sqlExec(db.string(), "PRAGMA wal_checkpoint(TRUNCATE)");
+    const auto before = dumpDatabase(db.string());
+    const std::vector<std::vector<std::string>> writes = {
+        {"key", "set", "1", "0", "a", "key:5"}, {"macro", "add"}, {"light", "select", "3"},
+        {"settings", "gamemode", "on"}, {"userlight", "paint", "1", "w", "--color", "FF0000"}};
+    const auto refused = [&](const std::vector<std::string>& args, uid_t uid) {
+        int pipes[2];
+        EXPECT_EQ(::pipe(pipes), 0);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            ::dup2(pipes[1], 1);
+            ::dup2(pipes[1], 2);
+            if (uid != 0 && ::setuid(uid) != 0) ::_exit(126);
+            std::vector<std::string> full = {QX9CTL, "--db", db.string(), "--device", "virtual", "--wire", "-"};
+            full.insert(full.end(), args.begin(), args.end());
+            std::vector<char*> argv;
+            for (std::string& a : full) argv.push_back(a.data());
+            argv.push_back(nullptr);
+            ::execv(argv[0], argv.data());
+            ::_exit(127);
+        }
+        ::close(pipes[1]);
+        std::string output;
+        char buf[4096];
+        for (ssize_t n; (n = ::read(pipes[0], buf, sizeof buf)) > 0;) output.append(buf, static_cast<std::size_t>(n));
+        ::close(pipes[0]);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_EQ(WEXITSTATUS(status), 1) << args[0] << ": " << output;
+        EXPECT_EQ(output.find("SET "), std::string::npos) << args[0];  // nothing on the wire
+        EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1) << output;
+    };
+    {
+        sqlite3* lock = nullptr;
+        ASSERT_EQ(sqlite3_open(db.c_str(), &lock), SQLITE_OK);
+        ASSERT_EQ(sqlite3_exec(lock, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+        for (const auto& w : writes) refused(w, 0);
+        sqlite3_close(lock);
+    }
+    EXPECT_EQ(dumpDatabase(db.string()), before);
+    // Read-only: for root by running as nobody, since root may write any file.
+    fs::permissions(db, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    fs::permissions(dir_, fs::perms::all);
+    for (const auto& w : writes) refused(w, ::geteuid() == 0 ? 65534 : 0);
+    EXPECT_EQ(dumpDatabase(db.string()), before);
 }
 
 }  // namespace
