@@ -31,8 +31,6 @@ struct Scenario {
 };
 
 const Scenario kScenarios[] = {
-    {"PressA", true, {{4, 1}}, 4, "down", {4}, {}, 0},
-    {"PressReleaseA", true, {{4, 1}, {4, 0}}, 4, "up", {}, {}, 0},
     {"ShiftA", true, {{225, 1}, {4, 1}}, 4, "down", {4}, {225}, 1},
     {"ShiftAThenShiftUp", true, {{225, 1}, {4, 1}, {225, 0}}, 225, "up", {4}, {}, 0},
     {"RightShiftIsNoShiftState", true, {{229, 1}}, 229, "down", {}, {229}, 0},

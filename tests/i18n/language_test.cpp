@@ -3,6 +3,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "i18n/language.h"
@@ -11,15 +12,12 @@
 namespace qx9 {
 namespace {
 
-TEST(LanguageTables, TableChoiceByLanguageId) {
+TEST(LanguageTables, TableChoiceByLanguageIdAndTheCurrentLanguage) {
     for (const auto& [id, tag] :
-         {std::pair{1033, "ENG"}, {2052, "CHS"}, {1028, "CHT"}, {0, "ENG"}, {1041, "ENG"}}) {
+         {std::pair{1033, "ENG"}, {2052, "CHS"}, {1028, "CHT"}, {0, "ENG"}, {1041, "ENG"}})
         EXPECT_EQ(languageTable(id).tag, tag) << id;
-    }
     EXPECT_EQ(languageTable(1028).getLan(2), "是");
-}
-
-TEST(LanguageTables, CurrentLanguageStartsAsSimplifiedChineseAndChoosesTheTable) {
+    // The current language starts as Simplified Chinese and chooses the table.
     EXPECT_EQ(curLanguage, 2052);
     EXPECT_EQ(localizedText(3), "否");
     curLanguage = 1033;
@@ -29,31 +27,20 @@ TEST(LanguageTables, CurrentLanguageStartsAsSimplifiedChineseAndChoosesTheTable)
     curLanguage = kLanguageSimplifiedChinese;
 }
 
-struct FallbackCase {
-    int id;
-    const char* eng;
-    const char* chs;
-    const char* cht;
-};
-
 // getLan answers ids outside 1–234 through getLan2; ids no table holds yield the tag.
-const FallbackCase kFallbacks[] = {
-    {1, "", "", ""},
-    {300, "ENG", "CHS", "CHT"}, {318, "ENG", "CHS", "CHT"}, {0, "ENG", "CHS", "CHT"},
-    {-1, "ENG", "CHS", "CHT"},  {4, "ENG", "CHS", "CHT"},   {568, "ENG", "CHS", "CHT"},
-    {604, "ENG", "CHS", "CHT"}, {622, "ENG", "CHS", "CHT"},
-    {600, "Fn Switch function", "Fn 开关功能", "Fn 開關功能"},
-    {605, "Game Mode", "游戏模式", "CHT"},
-    {606, "Lock Command", "锁Command", "CHT"},
-    {607, "Disabled", "禁用", "CHT"},
-};
-
 TEST(LanguageTables, Fallbacks) {
-    for (const FallbackCase& c : kFallbacks) {
-        SCOPED_TRACE(c.id);
-        EXPECT_EQ(ENGLanguage::getLan(c.id), c.eng);
-        EXPECT_EQ(CHSLanguage::getLan(c.id), c.chs);
-        EXPECT_EQ(CHTLanguage::getLan(c.id), c.cht);
+    const std::tuple<int, const char*, const char*, const char*> cases[] = {
+        {1, "", "", ""},
+        {300, "ENG", "CHS", "CHT"}, {0, "ENG", "CHS", "CHT"}, {-1, "ENG", "CHS", "CHT"},
+        {600, "Fn Switch function", "Fn 开关功能", "Fn 開關功能"},
+        {605, "Game Mode", "游戏模式", "CHT"},
+        {606, "Lock Command", "锁Command", "CHT"},
+        {607, "Disabled", "禁用", "CHT"},
+    };
+    for (const auto& [id, eng, chs, cht] : cases) {
+        EXPECT_EQ(ENGLanguage::getLan(id), eng) << id;
+        EXPECT_EQ(CHSLanguage::getLan(id), chs) << id;
+        EXPECT_EQ(CHTLanguage::getLan(id), cht) << id;
     }
     EXPECT_EQ(ENGLanguage::getLan2(2), "ENG") << "getLan2 does not hold getLan's ids";
     EXPECT_EQ(CHSLanguage::getLan2(611), "恢复出厂设置");
@@ -61,8 +48,7 @@ TEST(LanguageTables, Fallbacks) {
 
 std::optional<std::string> held(const LanguageTable& t, int id) {
     std::string text = id <= 234 ? t.getLan(id) : t.getLan2(id);
-    if (text == t.tag) return std::nullopt;
-    return text;
+    return text == t.tag ? std::nullopt : std::optional(text);
 }
 
 // Each table holds 81 getLan ids and 43 getLan2 ids (40 in Traditional Chinese), the same ids
@@ -76,24 +62,21 @@ TEST(LanguageTables, SameIdsInAllThreeTablesAndEveryChineseTextTranslated) {
         const auto chs = held(languageTable(kLanguageSimplifiedChinese), id);
         const auto cht = held(languageTable(kLanguageTraditionalChinese), id);
         EXPECT_EQ(chs.has_value(), eng.has_value());
-        const bool missingInCht = id >= 605 && id <= 607;
-        EXPECT_EQ(cht.has_value(), eng.has_value() && !missingInCht);
+        EXPECT_EQ(cht.has_value(), eng.has_value() && (id < 605 || id > 607));  // 605–607 missing
         if (!eng) continue;
         (id <= 234 ? lan : lan2) += 1;
         if (cht) cht2 += id > 234;
         if (id == 1 || id == 30) continue;
         EXPECT_NE(*chs, *eng);
-        if (cht) {
-            EXPECT_NE(*cht, *eng);
-        }
+        EXPECT_NE(cht.value_or(""), *eng);
     }
     EXPECT_EQ(lan, 81);
     EXPECT_EQ(lan2, 43);
     EXPECT_EQ(cht2, 40);
 }
 
-// Every text the language switch sets exists in the three tables (605–607 fall back in
-// Traditional Chinese), no control is set twice, and the twenty lighting-mode rows show 500 + row.
+// Every text the language switch sets exists, no control is set twice, and the twenty
+// lighting-mode rows show 500 + row.
 TEST(LanguageSwitch, EveryTextExistsOnceAndTheModeRowsFollowTheirIds) {
     const auto texts = languageSwitchTexts();
     ASSERT_FALSE(texts.empty());
@@ -104,11 +87,7 @@ TEST(LanguageSwitch, EveryTextExistsOnceAndTheModeRowsFollowTheirIds) {
     for (const SwitchedText& t : texts) {
         SCOPED_TRACE(t.textId);
         EXPECT_TRUE(seen.insert({std::string(t.control), t.item}).second) << t.control << " is set twice";
-        EXPECT_NE(ENGLanguage::getLan(t.textId), "ENG");
-        EXPECT_NE(CHSLanguage::getLan(t.textId), "CHS");
-        if (t.textId < 605 || t.textId > 607) {
-            EXPECT_NE(CHTLanguage::getLan(t.textId), "CHT");
-        }
+        EXPECT_NE(ENGLanguage::getLan(t.textId), "ENG");  // so in all three tables, as above
         if (t.control == "light_mode_datas") {
             EXPECT_EQ(t.textId, 500 + t.item) << "row " << t.item;
             ++modeRows;

@@ -13,16 +13,6 @@
 namespace qx9 {
 namespace {
 
-TEST(KeyMaps, LayoutBuilderInstallsTheMapsInForce) {
-    G_KB_SuperKeyNameMap = {};
-    G_KB_SuperKeyCodeMap = {};
-    const std::vector<KeyData> keys = buildKeyboardLayout();
-    EXPECT_EQ(G_KB_SuperKeyNameMap.size(), 109u);
-    EXPECT_EQ(G_KB_SuperKeyCodeMap.size(), 80u);
-    ASSERT_EQ(keys.size(), 66u);
-    EXPECT_EQ(buildKeyboardLayout(), keys) << "a second build differs";
-}
-
 // Each code entry names a key of the name map and has its own slot 1–121, its light index.
 TEST(KeyMaps, EveryCodeHasItsOwnSlot) {
     std::set<int> slots;
@@ -30,25 +20,28 @@ TEST(KeyMaps, EveryCodeHasItsOwnSlot) {
         SCOPED_TRACE(e.code);
         EXPECT_TRUE(KB_108K_SuperKeyNameMap().contains(e.key_name));
         EXPECT_EQ(e.light_index, e.key_index);
-        EXPECT_GE(e.key_index, 1);
-        EXPECT_LE(e.key_index, 121);
+        EXPECT_TRUE(e.key_index >= 1 && e.key_index <= 121) << e.key_index;
         slots.insert(e.key_index);
     }
     EXPECT_EQ(slots.size(), 80u) << "two codes share a slot";
-    for (int code : {231, 101, 70, 71, 72, 73, 74, 77, 83, 98}) {
+    for (int code : {231, 101, 70, 71, 72, 73, 74, 77, 83, 98})
         EXPECT_EQ(KB_108K_SuperKeyCodeMap().find(code), nullptr) << code << ": the QX9 has no such key";
-    }
     std::set<int> flags;  // caps lock and the eight modifiers
-    for (const auto& e : KB_108K_SuperKeyNameMap().entries()) {
+    for (const auto& e : KB_108K_SuperKeyNameMap().entries())
         if (e.key_type) flags.insert(e.key_code);
-    }
     EXPECT_EQ(flags, (std::set<int>{57, 224, 225, 226, 227, 228, 229, 230, 231}));
 }
 
-// Every key's code leads back to the key through "layout_index", except that leftWin and leftAlt
-// point at each other, as on a Mac keyboard.
-TEST(KeyboardLayout, CodesLeadBackToTheirKeysExceptTheSwappedAltAndCommand) {
+// Building the layout installs the maps in force. Every key's code leads back to the key through
+// "layout_index", except that leftWin and leftAlt point at each other, as on a Mac keyboard.
+TEST(KeyboardLayout, BuildInstallsTheMapsAndCodesLeadBackExceptTheSwappedAltAndCommand) {
+    G_KB_SuperKeyNameMap = {};
+    G_KB_SuperKeyCodeMap = {};
     const std::vector<KeyData> keys = buildKeyboardLayout();
+    EXPECT_EQ(G_KB_SuperKeyNameMap.size(), 109u);
+    EXPECT_EQ(G_KB_SuperKeyCodeMap.size(), 80u);
+    ASSERT_EQ(keys.size(), 66u);
+    EXPECT_EQ(buildKeyboardLayout(), keys) << "a second build differs";
     for (const KeyData& k : keys) {
         SCOPED_TRACE(k.keyname);
         EXPECT_EQ(k.keycode, KB_108K_SuperKeyNameMap().at(k.keyname).key_code);
@@ -61,7 +54,6 @@ TEST(KeyboardLayout, CodesLeadBackToTheirKeysExceptTheSwappedAltAndCommand) {
     EXPECT_EQ(keys[59].keycode, 226);  // leftAlt
 }
 
-// Rows of a layout: the first and last index and the y of the row's keys.
 struct Row {
     int first, last;
     double y;
@@ -69,21 +61,23 @@ struct Row {
 
 // Each key has its index, the y of its row and the given height, rows start at the left margin,
 // and no two keys overlap: a point is over one key at the most.
-void expectRows(const std::vector<Rect>& rects, const std::vector<Row>& rows, double marginX,
+template <typename Key>
+void expectRows(const std::vector<Key>& keys, const std::vector<Row>& rows, double marginX,
                 double height, const std::set<int>& tall = {}) {
-    std::size_t keys = 0;
+    std::size_t count = 0;
     for (const Row& row : rows) {
-        EXPECT_EQ(rects[row.first].x, marginX) << row.first;
-        for (int i = row.first; i <= row.last; ++i, ++keys) {
-            EXPECT_EQ(rects[i].y, row.y) << i;
-            EXPECT_EQ(rects[i].height, tall.contains(i) ? 2 * height + 4 : height) << i;
+        EXPECT_EQ(keys[row.first].rect.x, marginX) << row.first;
+        for (int i = row.first; i <= row.last; ++i, ++count) {
+            EXPECT_EQ(keys[i].index, i);
+            EXPECT_EQ(keys[i].rect.y, row.y) << i;
+            EXPECT_EQ(keys[i].rect.height, tall.contains(i) ? 2 * height + 4 : height) << i;
         }
     }
-    EXPECT_EQ(keys, rects.size());
-    for (std::size_t i = 0; i < rects.size(); ++i) {
-        for (std::size_t j = i + 1; j < rects.size(); ++j) {
-            const Rect& a = rects[i];
-            const Rect& b = rects[j];
+    EXPECT_EQ(count, keys.size());
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        for (std::size_t j = i + 1; j < keys.size(); ++j) {
+            const Rect& a = keys[i].rect;
+            const Rect& b = keys[j].rect;
             const bool apart = a.x + a.width <= b.x || b.x + b.width <= a.x || a.y + a.height <= b.y ||
                                b.y + b.height <= a.y;
             EXPECT_TRUE(apart) << i << " overlaps " << j;
@@ -93,13 +87,8 @@ void expectRows(const std::vector<Rect>& rects, const std::vector<Row>& rows, do
 
 TEST(KeyboardLayout, Geometry) {
     const std::vector<KeyData> keys = buildKeyboardLayout();
-    std::vector<Rect> rects;
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        EXPECT_EQ(keys[i].index, static_cast<std::int64_t>(i));
-        EXPECT_TRUE(keys[i].keyMacro.empty());
-        rects.push_back(keys[i].rect);
-    }
-    expectRows(rects, {{0, 13, 187}, {14, 28, 148}, {29, 42, 107}, {43, 56, 64}, {57, 65, 23}}, 23, 36);
+    for (const KeyData& k : keys) EXPECT_TRUE(k.keyMacro.empty());
+    expectRows(keys, {{0, 13, 187}, {14, 28, 148}, {29, 42, 107}, {43, 56, 64}, {57, 65, 23}}, 23, 36);
 
     // The rectangles the keyboard picture is drawn for; backslash worked out from its row.
     const std::pair<const char*, Rect> expected[] = {
@@ -123,13 +112,8 @@ TEST(Palette, Geometry) {
     const std::vector<keyFunc> keys = buildCustomKeyFuncLayout();
     ASSERT_EQ(keys.size(), 111u);
     EXPECT_EQ(buildCustomKeyFuncLayout(), keys) << "a second build differs";
-    std::vector<Rect> rects;
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        EXPECT_EQ(keys[i].index, static_cast<std::int64_t>(i));
-        rects.push_back(keys[i].rect);
-    }
     // Keypad + and keypad Enter are two rows high and reach into the row above.
-    expectRows(rects, {{0, 15, 176}, {16, 37, 143}, {38, 57, 110}, {58, 75, 77}, {76, 93, 44}, {94, 110, 11}},
+    expectRows(keys, {{0, 15, 176}, {16, 37, 143}, {38, 57, 110}, {58, 75, 77}, {76, 93, 44}, {94, 110, 11}},
                12, 30, {75, 110});
 
     const std::pair<int, Rect> expected[] = {
@@ -146,9 +130,8 @@ TEST(Palette, Geometry) {
         {{90, 106}, 562},              // Up over Down
         {{37, 75, 110}, 739},          // keypad -, +, Enter
     };
-    for (const auto& [indexes, x] : columns) {
+    for (const auto& [indexes, x] : columns)
         for (int i : indexes) EXPECT_EQ(keys[i].rect.x, x) << keys[i].keyname;
-    }
 }
 
 // Every palette code has its description, and the map holds nothing else but the consumer

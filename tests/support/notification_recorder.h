@@ -43,32 +43,26 @@ public:
 
     // The objects of the notifications called `name`, in posting order, as T.
     template <typename T>
-    std::vector<T> objects(const std::string& name) const {
-        std::lock_guard lock(mutex_);
-        return objectsLocked<T>(name);
-    }
+    std::vector<T> objects(const std::string& name) const { return waitFor<T>(name, 0, {}); }
     // The same once at least `count` of them have arrived, or the time is up.
     template <typename T>
     std::vector<T> waitFor(const std::string& name, std::size_t count,
-                           std::chrono::milliseconds timeout) {
+                           std::chrono::milliseconds timeout) const {
         std::unique_lock lock(mutex_);
-        changed_.wait_for(lock, timeout, [&] { return objectsLocked<T>(name).size() >= count; });
-        return objectsLocked<T>(name);
-    }
-
-private:
-    template <typename T>
-    std::vector<T> objectsLocked(const std::string& name) const {
         std::vector<T> out;
-        for (const Notification& n : seen_) {
-            if (n.name == name) out.push_back(std::any_cast<T>(n.object));
-        }
+        changed_.wait_for(lock, timeout, [&] {
+            out.clear();
+            for (const Notification& n : seen_)
+                if (n.name == name) out.push_back(std::any_cast<T>(n.object));
+            return out.size() >= count;
+        });
         return out;
     }
 
+private:
     std::vector<NotificationCenter::Token> tokens_;
     mutable std::mutex mutex_;
-    std::condition_variable changed_;
+    mutable std::condition_variable changed_;
     std::vector<Notification> seen_;
 };
 

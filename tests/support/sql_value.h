@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <map>
+#include <optional>
 #include <string>
 
 namespace qx9::test {
@@ -31,13 +32,11 @@ inline std::string columnText(sqlite3_stmt* st, int column, const char* null = "
 // One value of a database read with plain SQL: the first column of the first row, "" when there
 // is no row or the database cannot be read.
 inline std::string sqlValue(const std::string& databasePath, const std::string& query) {
-    std::string out;
-    bool first = true;
+    std::optional<std::string> out;
     sqlRows(databasePath, query, [&](sqlite3_stmt* st) {
-        if (first) out = columnText(st, 0);
-        first = false;
+        if (!out) out = columnText(st, 0);
     });
-    return out;
+    return out.value_or("");
 }
 
 // Runs one statement that changes the database; false when it fails.

@@ -1,6 +1,7 @@
 #include "support/wire_fixture.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "common/console.h"
 #include "layout/key_maps.h"
@@ -42,9 +43,8 @@ void put(Bytes& block, std::size_t offset, std::string_view hex) {
 
 std::vector<Bytes> setsOf(const std::vector<WireEvent>& events) {
     std::vector<Bytes> out;
-    for (const auto& e : events) {
+    for (const auto& e : events)
         if (e.kind == WireEvent::Set) out.push_back(e.bytes);
-    }
     return out;
 }
 
@@ -67,31 +67,22 @@ std::vector<Bytes> WireFixture::sets() const { return setsOf(recorder_->events);
 
 std::vector<WireEvent> WireFixture::calls() const {
     std::vector<WireEvent> out;
-    for (const auto& e : recorder_->events) {
-        if (e.kind != WireEvent::Pause) out.push_back(e);
-    }
+    std::ranges::copy_if(recorder_->events, std::back_inserter(out),
+                         [](const WireEvent& e) { return e.kind != WireEvent::Pause; });
     return out;
 }
 
 std::size_t WireFixture::pauseCount() const {
-    std::size_t n = 0;
-    for (const auto& e : recorder_->events) n += e.kind == WireEvent::Pause;
-    return n;
+    return std::ranges::count(recorder_->events, WireEvent::Pause, &WireEvent::kind);
 }
-
-}  // namespace qx9::test
-
-namespace qx9::test {
 
 namespace {
 
-std::string describe(const WireEvent& e) {
-    switch (e.kind) {
-        case WireEvent::Pause: return "pause " + std::to_string(e.micros) + " us";
-        case WireEvent::Set: return "SET " + hexString(e.bytes) + (e.ok ? "" : " FAIL");
-        case WireEvent::Get: return "GET " + hexString(e.bytes) + (e.ok ? "" : " FAIL");
-    }
-    return "?";
+std::string describe(const std::vector<WireEvent>& events, std::size_t i) {
+    if (i >= events.size()) return "(end)";
+    const WireEvent& e = events[i];
+    if (e.kind == WireEvent::Pause) return "pause " + std::to_string(e.micros) + " us";
+    return (e.kind == WireEvent::Set ? "SET " : "GET ") + hexString(e.bytes) + (e.ok ? "" : " FAIL");
 }
 
 }  // namespace
@@ -99,44 +90,26 @@ std::string describe(const WireEvent& e) {
 ::testing::AssertionResult wireMatches(const std::vector<WireEvent>& events,
                                        const std::vector<Step>& steps) {
     std::vector<WireEvent> expected;
-    const auto pause = [&] { expected.push_back({WireEvent::Pause, {}, true, 5000}); };
+    const auto add = [&](WireEvent::Kind kind, const Bytes& bytes = {}) {  // each after a 5 ms pause
+        expected.push_back({WireEvent::Pause, {}, true, 5000});
+        if (kind != WireEvent::Pause) expected.push_back({kind, bytes});
+    };
     for (const Step& s : steps) {
-        switch (s.kind) {
-            case Step::Command: {
-                pause();
-                expected.push_back({WireEvent::Set, s.bytes, true, 0});
-                pause();
-                Bytes ack = s.bytes;
-                ack[3] = 0;
-                expected.push_back({WireEvent::Get, ack, true, 0});
-                break;
-            }
-            case Step::Raw:
-                pause();
-                expected.push_back({WireEvent::Set, s.bytes, true, 0});
-                break;
-            case Step::Pause:
-                pause();
-                break;
-            case Step::Block:
-                for (std::size_t o = 0; o + 64 <= s.bytes.size(); o += 64) {
-                    pause();
-                    expected.push_back({WireEvent::Set, Bytes(s.bytes.begin() + o, s.bytes.begin() + o + 64), true, 0});
-                }
-                break;
+        if (s.kind == Step::Pause) add(WireEvent::Pause);
+        if (s.kind == Step::Command || s.kind == Step::Raw) add(WireEvent::Set, s.bytes);
+        for (std::size_t o = 0; s.kind == Step::Block && o + 64 <= s.bytes.size(); o += 64)
+            add(WireEvent::Set, Bytes(s.bytes.begin() + o, s.bytes.begin() + o + 64));
+        if (s.kind == Step::Command) {
+            Bytes ack = s.bytes;
+            ack[3] = 0;
+            add(WireEvent::Get, ack);
         }
     }
-    const std::size_t n = std::max(events.size(), expected.size());
-    for (std::size_t i = 0; i < n; ++i) {
-        const bool haveE = i < expected.size(), haveA = i < events.size();
-        if (haveE && haveA && expected[i].kind == events[i].kind && expected[i].bytes == events[i].bytes &&
-            expected[i].ok == events[i].ok && expected[i].micros == events[i].micros) {
-            continue;
-        }
-        return ::testing::AssertionFailure()
-               << "wire differs at event " << i << " of " << events.size() << "\n  expected: "
-               << (haveE ? describe(expected[i]) : "(end)") << "\n  actual:   "
-               << (haveA ? describe(events[i]) : "(end)");
+    for (std::size_t i = 0; i < std::max(events.size(), expected.size()); ++i) {
+        if (i < expected.size() && i < events.size() && expected[i] == events[i]) continue;
+        return ::testing::AssertionFailure() << "wire differs at event " << i << " of " << events.size()
+                                             << "\n  expected: " << describe(expected, i)
+                                             << "\n  actual:   " << describe(events, i);
     }
     return ::testing::AssertionSuccess();
 }

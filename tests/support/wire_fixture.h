@@ -25,6 +25,7 @@ struct WireEvent {
     Bytes bytes;               // set: what was sent; get: what was read
     bool ok = true;
     std::int64_t micros = 0;   // pause
+    bool operator==(const WireEvent&) const = default;
 };
 
 // Records pauses and platform calls into one ordered list.
@@ -41,12 +42,9 @@ Bytes hexBytes(std::string_view hex);
 Bytes report(const std::string& hexPrefix);
 // A 64-byte report, zero except for (index, value) pairs.
 Bytes sparse(std::initializer_list<std::pair<int, int>> bytes, std::size_t size = 64);
-// Writes hex bytes into `block` from `offset` on.
 void put(Bytes& block, std::size_t offset, std::string_view hex);
-// The reports of the SET events, in order.
 std::vector<Bytes> setsOf(const std::vector<WireEvent>& events);
 
-// A key assignment as the store holds it.
 ProfileKey profileKey(std::int64_t key, std::int64_t type, std::int64_t value, std::int64_t value2 = 0,
                       std::int64_t value3 = 0);
 
@@ -71,10 +69,6 @@ private:
     std::ostringstream console_;
     std::ostream* previousConsole_ = nullptr;
 };
-
-}  // namespace qx9::test
-
-namespace qx9::test {
 
 // The expected shape of a transaction on the wire, step by step.
 struct Step {

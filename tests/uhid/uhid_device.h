@@ -20,7 +20,7 @@ namespace qx9::test {
 class UhidDevice {
 public:
     UhidDevice(const std::string& name, const Bytes& descriptor, bool answersWithKeyboard);
-    ~UhidDevice();
+    ~UhidDevice() { destroy(); }
 
     bool created() const { return fd_.valid(); }
     const std::string& error() const { return error_; }
@@ -30,11 +30,9 @@ public:
     VirtualQX9& keyboard() { return *keyboard_; }
     std::mutex& keyboardMutex() { return mutex_; }
 
-    // Sends one input report to the host.
     bool input(const Bytes& report);
     // Stop answering GET requests (the host's read then waits on the device).
     void stallReads(bool stall) { stall_ = stall; }
-    // Removes the device from the kernel.
     void destroy();
 
 private:

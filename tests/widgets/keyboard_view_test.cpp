@@ -18,15 +18,12 @@ const QPoint kOutsideView(5, 5);   // in the window, off the keyboard
 const QPoint kViewCorner(3, 3);    // on the keyboard, over no key
 const QColor kHighlight(202, 81, 0);
 
-bool isDark(const QColor& c) {
-    return c.lightness() < 100;
-}
-
 }  // namespace
 
 class KeyboardViewTest : public QObject, ViewHarness<KeyboardView> {
     Q_OBJECT
 
+    static bool isDark(const QColor& c) { return c.lightness() < 100; }
     int key(const char* name) const {
         for (const KeyData& k : view_->keys()) {
             if (k.keyname == name) return static_cast<int>(k.index);
@@ -43,25 +40,19 @@ class KeyboardViewTest : public QObject, ViewHarness<KeyboardView> {
         return p;
     }
     void move(const QPoint& p) { QTest::mouseMove(view_, p); }
-    void click(const QPoint& p, Qt::MouseButton b = Qt::LeftButton) {
-        QTest::mousePress(view_, b, {}, p);
-        QTest::mouseRelease(view_, b, {}, p);
-    }
+    void click(const QPoint& p, Qt::MouseButton b = Qt::LeftButton) { QTest::mouseClick(view_, b, {}, p); }
     std::vector<KeyboardToolTip> tips() const {
         return rec_->objects<KeyboardToolTip>(kShowKeyboardToolTipWnd);
     }
     // "show NAME" for a key's tooltip, "hide" for the hidden one.
     QStringList tipLog() const {
         QStringList out;
-        for (const KeyboardToolTip& t : tips()) {
-            const QString name = QString::fromStdString(t.keyDesc);
-            out << (t == KeyboardToolTip::hidden() ? QString("hide") : (t.show ? "show " : "odd ") + name);
-        }
+        for (const KeyboardToolTip& t : tips())
+            out << (t == KeyboardToolTip::hidden() ? "hide"
+                                                   : (t.show ? "show " : "odd ") + QString::fromStdString(t.keyDesc));
         return out;
     }
-    std::vector<std::string> actions() const {
-        return rec_->objects<std::string>(kKeyboardKeyAction);
-    }
+    std::vector<std::string> actions() const { return rec_->objects<std::string>(kKeyboardKeyAction); }
 
 private slots:
     void init() {
@@ -79,7 +70,6 @@ private slots:
         // Layout rectangles have their origin at the bottom left of the 234-point-high keyboard.
         QCOMPARE(view_->sizeHint(), QSize(644 + 1 + 21, 223 + 1 + 10));  // key cells + margins
         QCOMPARE(view_->keyRect(key("escape")), QRect(23, 234 - 223, 33, 36));  // (23, 187, 33, 36)
-        QCOMPARE(view_->keyRect(key("space")), QRect(173, 234 - 59, 236, 36));  // (173, 23, 236, 36)
     }
 
     // Moves over the keyboard and the tooltips they post: one show when the pointer comes onto a
@@ -116,60 +106,42 @@ private slots:
         QCOMPARE(tipLog(), tips);
     }
 
-    void shownTooltipDescribesTheKeyBelowIt() {
-        const int backspace = key("backspace");
-        QSignalSpy spy(view_, &KeyboardView::tooltipChanged);
-        move(at(backspace));
-        QCOMPARE(tips().size(), 1u);
-        const KeyboardToolTip show = tips()[0];
-        QCOMPARE(show.keyMacro, std::string("<-"));
-        const QRect r = view_->keyRect(backspace);  // middle of its bottom edge, in the parent
-        QCOMPARE(show.x, kViewOrigin.x() + r.x() + r.width() / 2.0);
-        QCOMPARE(show.y, double(kViewOrigin.y() + r.y() + r.height()));
-        QCOMPARE(spy.count(), 1);
-        QVERIFY(spy.at(0).at(0).value<KeyboardToolTip>() == show);
-    }
-
-    void leavingUnchecksOnlyTheHoveredKeyOutsideCustomMode_data() {
-        QTest::addColumn<bool>("customMode");
-        QTest::newRow("assignment page") << false;
-        QTest::newRow("custom mode") << true;
-    }
     void leavingUnchecksOnlyTheHoveredKeyOutsideCustomMode() {
-        QFETCH(bool, customMode);
         const int escape = key("escape"), tab = key("tab");
-        view_->setCustomMode(customMode);
-        view_->setKeyCheck(escape, true);
-        view_->setKeyCheck(tab, true);
-        move(at(escape));
-        QTest::mouseMove(window_.get(), kOutsideView);
-        QCOMPARE(view_->hoverKeyItem(), -1);
-        QVERIFY(!view_->isKeyHighlighted(escape));
-        QCOMPARE(view_->keyCheck(escape), customMode);
-        QVERIFY(view_->keyCheck(tab));
-        move(at(escape, 0.3, 0.6));  // entering hides, then the key shows again
-        QCOMPARE(tipLog(), (QStringList{"show escape", "hide", "hide", "show escape"}));
+        for (bool customMode : {false, true}) {
+            view_->setCustomMode(customMode);
+            view_->setKeyCheck(escape, true);
+            view_->setKeyCheck(tab, true);
+            move(at(escape));
+            QTest::mouseMove(window_.get(), kOutsideView);
+            QCOMPARE(view_->hoverKeyItem(), -1);
+            QVERIFY(!view_->isKeyHighlighted(escape));
+            QCOMPARE(view_->keyCheck(escape), customMode);
+            QVERIFY(view_->keyCheck(tab));
+        }
+        // Entering the view again hides, then the key shows.
+        QCOMPARE(tipLog(), (QStringList{"show escape", "hide", "hide", "show escape", "hide"}));
     }
 
-    void clickPostsKeyActionOnce_data() {
-        QTest::addColumn<QString>("name");
-        for (const char* name : {"escape", "leftShift", "rightArrow"}) {
-            QTest::newRow(name) << name;
-        }
-    }
+    // Only the left button clicks; a click posts the key's name once and selects the key.
     void clickPostsKeyActionOnce() {
-        QFETCH(QString, name);
-        const int k = key(qPrintable(name));
-        move(at(k, 0.8, 0.2));
         QSignalSpy spy(view_, &KeyboardView::keyActivated);
-        click(at(k, 0.8, 0.2), Qt::RightButton);  // only the left button clicks
-        QCOMPARE(view_->selectKeyItem(), -1);
-        click(at(k, 0.8, 0.2));
-        QCOMPARE(actions(), std::vector<std::string>{name.toStdString()});
-        QCOMPARE(spy.count(), 1);
-        QCOMPARE(spy.at(0).at(0).toString(), name);
-        QCOMPARE(view_->selectKeyItem(), k);
-        QVERIFY(view_->isKeyHighlighted(k));
+        std::vector<std::string> names;
+        int previous = -1;
+        for (const char* name : {"escape", "leftShift", "rightArrow"}) {
+            const int k = key(name);
+            move(at(k, 0.8, 0.2));
+            click(at(k, 0.8, 0.2), Qt::RightButton);
+            QCOMPARE(view_->selectKeyItem(), previous);
+            click(at(k, 0.8, 0.2));
+            names.push_back(name);
+            QCOMPARE(actions(), names);
+            QCOMPARE(spy.count(), int(names.size()));
+            QCOMPARE(spy.last().at(0).toString(), QString(name));
+            QCOMPARE(view_->selectKeyItem(), k);
+            QVERIFY(view_->isKeyHighlighted(k) && (previous < 0 || !view_->isKeyHighlighted(previous)));
+            previous = k;
+        }
     }
 
     void pressAndReleaseMustMeetOnOneKey() {
@@ -191,10 +163,6 @@ private slots:
         move(gapAfter(a - 1));  // pressing on no key changes nothing either
         click(gapAfter(a - 1));
         QVERIFY(view_->selectKeyItem() == a && view_->isKeyHighlighted(a));
-        move(at(b));
-        click(at(b));
-        QCOMPARE(view_->selectKeyItem(), b);
-        QVERIFY(!view_->isKeyHighlighted(a));
     }
 
     void homePageIgnoresMotion() {
@@ -210,8 +178,7 @@ private slots:
         QVERIFY(!view_->isKeyHighlighted(a) && !view_->isKeyHighlighted(b));
         homePage = false;
         move(at(b, 0.3, 0.3));
-        QCOMPARE(tips().size(), 1u);
-        QCOMPARE(tips()[0].keyDesc, std::string("x"));
+        QCOMPARE(tipLog(), QStringList{"show x"});
     }
 
     void setAndResetKeyMacro() {
@@ -221,8 +188,14 @@ private slots:
         view_->setKeyMacro(caps, "Ctrl+C", false);  // a text without the mark
         QCOMPARE(view_->keyMacro(caps), QString("Ctrl+C"));
         QVERIFY(!view_->isMacro(caps) && !view_->isKeyHighlighted(caps));
+        // The tooltip shows that text and hangs from the middle of the key's bottom edge, in the parent.
+        QSignalSpy spy(view_, &KeyboardView::tooltipChanged);
         move(at(caps));
-        QCOMPARE(tips().at(0).keyMacro, std::string("Ctrl+C"));
+        const KeyboardToolTip tip = tips().at(0);
+        const QRect r = view_->keyRect(caps).translated(kViewOrigin);
+        QCOMPARE(tip.keyMacro, std::string("Ctrl+C"));
+        QCOMPARE(QPointF(tip.x, tip.y), QPointF(r.x() + r.width() / 2.0, r.y() + r.height()));
+        QVERIFY(spy.count() == 1 && spy.at(0).at(0).value<KeyboardToolTip>() == tip);
 
         // Reset restores the default texts and marks, and keeps selection and hover.
         view_->setKeyMacro(key("escape"), "Macro 1", true);
@@ -246,11 +219,9 @@ private slots:
         click(at(selected));
         move(kViewCorner + QPoint(1, 0));
         const QImage image = view_->grab().toImage();
-        auto aboveLabel = [&](int k) { return at(k, 0.5, 0.12); };
-        QCOMPARE(image.pixelColor(aboveLabel(rest)), QColor(Qt::white));
-        QCOMPARE(image.pixelColor(aboveLabel(marked)), kHighlight);
-        QCOMPARE(image.pixelColor(aboveLabel(selected)), kHighlight);
-        QCOMPARE(image.pixelColor(aboveLabel(checked)), QColor(Qt::white));
+        for (auto [k, fill] : {std::pair{rest, QColor(Qt::white)}, {marked, kHighlight}, {selected, kHighlight},
+                               {checked, QColor(Qt::white)}})
+            QCOMPARE(image.pixelColor(at(k, 0.5, 0.12)), fill);  // above the label
         QVERIFY(isDark(image.pixelColor(gapAfter(rest))));  // the body between the keys
 
         int label = 0;  // dark text across the middle of the resting key
@@ -261,21 +232,18 @@ private slots:
 
         int frame = 0, edge = 0;  // a dashed frame along the checked key's edge
         const QRect t = view_->keyRect(checked);
-        for (int x = t.left() + 5; x < t.right() - 4; ++x, ++edge) {
+        for (int x = t.left() + 5; x < t.right() - 4; ++x, ++edge)
             frame += image.pixelColor(x, t.top() + 1) == kHighlight;
-        }
-        QVERIFY2(frame > edge / 2 && frame < edge,
-                 qPrintable(QString("%1 of %2").arg(frame).arg(edge)));
+        QVERIFY2(frame > edge / 2 && frame < edge, qPrintable(QString("%1 of %2").arg(frame).arg(edge)));
     }
 
     void drawsGivenPicture() {
         QTemporaryDir dir;
         const QString svg = dir.filePath("keyboard.svg");
         QFile file(svg);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(
-            "<svg xmlns='http://www.w3.org/2000/svg' width='666' height='234'>"
-            "<rect width='666' height='234' fill='#00ff00'/></svg>");
+        QVERIFY(file.open(QIODevice::WriteOnly) &&
+                file.write("<svg xmlns='http://www.w3.org/2000/svg' width='666' height='234'>"
+                           "<rect width='666' height='234' fill='#00ff00'/></svg>") > 0);
         file.close();
         const QString png = dir.filePath("keyboard.png");
         QImage blue(333, 117, QImage::Format_RGB32);

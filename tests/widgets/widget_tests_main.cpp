@@ -6,7 +6,6 @@ int runCustomKeyFuncViewTests(int argc, char** argv);
 }  // namespace qx9
 
 int main(int argc, char** argv) {
-    // The views are tested without a display.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     const int failed =
