@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <iostream>
 #include <filesystem>
+#include <iostream>
 #include <random>
 #include <thread>
 
@@ -26,24 +26,36 @@ protected:
     }
     ~CrashTest() override { fs::remove_all(dir_); }
 
-    // Runs qx9ctl on `db` with a virtual keyboard; kills it after `killAfter` unless negative.
-    void run(const fs::path& db, const std::vector<std::string>& args, std::chrono::microseconds killAfter) {
+    // Runs qx9ctl on `db` with a virtual keyboard as `uid` (0: as is), killing it after `killAfter`
+    // unless negative; its exit status and, with `capture`, its output.
+    std::pair<int, std::string> run(const fs::path& db, const std::vector<std::string>& args,
+                                    std::chrono::microseconds killAfter, bool capture = false, uid_t uid = 0) {
         std::vector<std::string> full = {QX9CTL, "--db", db.string(), "--device", "virtual"};
         full.insert(full.end(), args.begin(), args.end());
         std::vector<char*> argv;
         for (std::string& a : full) argv.push_back(a.data());
         argv.push_back(nullptr);
+        int pipes[2];
+        EXPECT_EQ(::pipe(pipes), 0);
         const pid_t child = ::fork();
         if (child == 0) {
+            if (capture) ::dup2(pipes[1], 1), ::dup2(pipes[1], 2);
+            if (uid != 0 && ::setuid(uid) != 0) ::_exit(126);
             ::execv(argv[0], argv.data());
             ::_exit(127);
         }
+        ::close(pipes[1]);
         if (killAfter.count() >= 0) {
             std::this_thread::sleep_for(killAfter);
             ::kill(child, SIGKILL);
         }
+        std::string output;
+        char buf[4096];
+        for (ssize_t n; (n = ::read(pipes[0], buf, sizeof buf)) > 0;) output.append(buf, static_cast<std::size_t>(n));
+        ::close(pipes[0]);
         int status = 0;
         ::waitpid(child, &status, 0);
+        return {WEXITSTATUS(status), output};
     }
     // The database as it reads after a crash: sound (SQLite replays its log), every row.
     std::map<std::string, std::string> afterCrash(const fs::path& db) {
@@ -96,12 +108,6 @@ TEST_F(CrashTest, AKilledWriteLeavesTheOldOrTheNewStateAndASoundFile) {
     std::cout << trials << " kills: " << old << " left the old state, " << changed << " the new\n";
 }
 
-}  // namespace
-}  // namespace qx9::test
-
-namespace qx9::test {
-namespace {
-
 // A database another program holds locked, and one this user may only read: every write is
 // refused with one line and status 1, nothing reaches the keyboard, and the file stays as it was.
 TEST_F(CrashTest, LockedAndReadOnlyDatabasesRefuseWritesAndSendNothing) {
@@ -112,31 +118,11 @@ TEST_F(CrashTest, LockedAndReadOnlyDatabasesRefuseWritesAndSendNothing) {
     const std::vector<std::vector<std::string>> writes = {
         {"key", "set", "1", "0", "a", "key:5"}, {"macro", "add"}, {"light", "select", "3"},
         {"settings", "gamemode", "on"}, {"userlight", "paint", "1", "w", "--color", "FF0000"}};
-    const auto refused = [&](const std::vector<std::string>& args, uid_t uid) {
-        int pipes[2];
-        EXPECT_EQ(::pipe(pipes), 0);
-        const pid_t child = ::fork();
-        if (child == 0) {
-            ::dup2(pipes[1], 1);
-            ::dup2(pipes[1], 2);
-            if (uid != 0 && ::setuid(uid) != 0) ::_exit(126);
-            std::vector<std::string> full = {QX9CTL, "--db", db.string(), "--device", "virtual", "--wire", "-"};
-            full.insert(full.end(), args.begin(), args.end());
-            std::vector<char*> argv;
-            for (std::string& a : full) argv.push_back(a.data());
-            argv.push_back(nullptr);
-            ::execv(argv[0], argv.data());
-            ::_exit(127);
-        }
-        ::close(pipes[1]);
-        std::string output;
-        char buf[4096];
-        for (ssize_t n; (n = ::read(pipes[0], buf, sizeof buf)) > 0;) output.append(buf, static_cast<std::size_t>(n));
-        ::close(pipes[0]);
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        EXPECT_EQ(WEXITSTATUS(status), 1) << args[0] << ": " << output;
-        EXPECT_EQ(output.find("SET "), std::string::npos) << args[0];  // nothing on the wire
+    const auto refused = [&](std::vector<std::string> args, uid_t uid) {
+        args.insert(args.begin(), {"--wire", "-"});
+        const auto [status, output] = run(db, args, std::chrono::microseconds(-1), true, uid);
+        EXPECT_EQ(status, 1) << args[2] << ": " << output;
+        EXPECT_EQ(output.find("SET "), std::string::npos) << args[2];  // nothing on the wire
         EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1) << output;
     };
     {

@@ -1,13 +1,14 @@
 // The operations on a database file and a virtual QX9: what each stores, refuses and sends.
 #include <gtest/gtest.h>
-
-#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
+#include <functional>
+#include <random>
+
 #include "hid/virtual_qx9_memory.h"
 #include "i18n/language.h"
-#include "layout/key_maps.h"
 #include "ops/configuration.h"
 #include "ops/key_assignment.h"
 #include "ops/lighting.h"
@@ -16,8 +17,6 @@
 #include "ops/settings.h"
 #include "ops/user_lights.h"
 #include "support/sql_value.h"
-#include <functional>
-#include <random>
 #include "support/wire_fixture.h"
 
 namespace qx9::test {
@@ -38,61 +37,31 @@ protected:
     }
     ops::Target target() { return {db_, comm_.get()}; }
     std::string sql(const std::string& query) const { return sqlValue(file_.string(), query); }
-    // Runs statements on the file with a connection of its own.
-    void exec(const std::string& statements) const {
-        sqlite3* db = nullptr;
-        sqlite3_open(file_.c_str(), &db);
-        EXPECT_EQ(sqlite3_exec(db, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-        sqlite3_close(db);
-    }
-    // Command codes (byte 1) of the command reports sent.
-    std::vector<int> commands() const {
-        std::vector<int> codes;
-        for (const Bytes& b : sets()) {
-            if (b[0] == 0x04) codes.push_back(b[1]);
-        }
-        return codes;
-    }
 
     std::filesystem::path file_;
     DeviceSQLite db_;
 };
 
-const std::vector<int> kKeyMap = {0x18, 0x11, 0x02};
-
-TEST_F(OpsTest, AKeyGetsItsFunctionStoredAndOneKeyMapSent) {
-    // Shift + 1, as the custom key dialog captures it: one transaction, whatever the kind.
-    ASSERT_TRUE(ops::assignKey(target(), 1, 0, 41, *ops::capturedKeysFunction({225, 30})));
-    EXPECT_EQ(commands(), kKeyMap);
-    EXPECT_EQ(sql("SELECT macroType || ' ' || macroValue || ' ' || macro2Value || ' ' || macroDesc FROM t_keyprofile"),
-              "3 30 225 Left Shift + 1");
-    EXPECT_EQ(keyRecord(keyboard_->memory(), 0, 1), (std::array<std::uint8_t, 4>{2, 2, 0x1E, 0}));
-    // A key made Fn is Fn on both layers; the default function takes the row away.
-    ASSERT_TRUE(ops::assignKey(target(), 1, 1, 5, *ops::paletteFunction(kFnKeyCode)));
-    EXPECT_EQ(sql("SELECT group_concat(fnlayerId) FROM (SELECT fnlayerId FROM t_keyprofile WHERE keyvalue = 5 ORDER BY fnlayerId)"), "0,1");
-    ASSERT_TRUE(ops::assignKey(target(), 1, 0, 41, ops::defaultFunction()));
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_keyprofile WHERE keyvalue = 41"), "0");
-}
-
-TEST_F(OpsTest, RefusedAssignmentsStoreAndSendNothing) {
-    MacroInfo missing;
-    missing.macroId = 7;
-    const struct {
-        std::int64_t profile, layer, key;
-        ProfileKey function;
-        const char* message;
-    } cases[] = {
-        {1, 2, 4, ops::disabledFunction(), "the layer is 0 (base) or 1 (Fn)"},
-        {1, 0, 9999, ops::disabledFunction(), "no key 9999 on the QX9"},
-        {5, 0, 4, ops::disabledFunction(), "no profile 5"},
-        {1, 0, 4, ops::macroFunction(missing, ops::kPlayOnce, 1), "no macro 7"},
+TEST_F(OpsTest, RefusedChangesStoreAndSendNothing) {
+    std::int64_t set = 0;
+    ASSERT_TRUE(ops::addUserLight({db_}, "one", set));
+    const auto assign = [this](std::int64_t profile, std::int64_t layer, std::int64_t key, const ProfileKey& f) {
+        return ops::assignKey(target(), profile, layer, key, f);
     };
-    for (const auto& c : cases) {
-        const ops::Outcome o = ops::assignKey(target(), c.profile, c.layer, c.key, c.function);
-        EXPECT_EQ(o.status, ops::Outcome::kRefused);
-        EXPECT_EQ(o.message, c.message);
+    const std::pair<std::function<ops::Outcome()>, const char*> cases[] = {
+        {[&] { return assign(1, 2, 4, ops::disabledFunction()); }, "the layer is 0 (base) or 1 (Fn)"},
+        {[&] { return assign(1, 0, 9999, ops::disabledFunction()); }, "no key 9999 on the QX9"},
+        {[&] { return assign(5, 0, 4, ops::disabledFunction()); }, "no profile 5"},
+        {[&] { return assign(1, 0, 4, ops::macroFunction({7, 0, 0, 0, "M"}, ops::kPlayOnce, 1)); }, "no macro 7"},
+        {[&] { return ops::paintKeys(target(), set, {61}, 0xFF0000); },  // f4: Fn layer only
+         "the key 61 is not on the on-screen keyboard"},
+    };
+    for (const auto& [change, message] : cases) {
+        const ops::Outcome o = change();
+        EXPECT_EQ(o.status, ops::Outcome::kRefused) << message;
+        EXPECT_EQ(o.message, message);
     }
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_keyprofile"), "0");
+    EXPECT_EQ(sql("SELECT (SELECT COUNT(*) FROM t_keyprofile) + (SELECT COUNT(*) FROM t_userlight_leddata)"), "0");
     EXPECT_TRUE(sets().empty());
 }
 
@@ -116,22 +85,6 @@ TEST_F(OpsTest, NoMoreMacrosThanTheKeyboardAddresses) {
     EXPECT_EQ(keyRecord(keyboard_->memory(), 0, 56)[1], 99);
 }
 
-TEST_F(OpsTest, EventsAreStoredAllOrNothing) {
-    std::int64_t macro = 0;
-    ASSERT_TRUE(ops::addMacro(target(), "Macro1", macro));
-    ASSERT_TRUE(ops::storeAndSendEvents(target(), macro, *ops::keyPressEvents(4), 1));
-    EXPECT_EQ(commands(), (std::vector<int>{0x19, 0x15, 0x02}));
-    clearWire();
-    // The third row is refused: the two stored before it go back, nothing is sent.
-    exec("CREATE TRIGGER refuse BEFORE INSERT ON t_macrorecord WHEN NEW.record_index = 2 "
-         "BEGIN SELECT RAISE(ABORT, 'refused'); END");
-    std::vector<ops::RecordRow> events = ops::storedEvents(db_, macro);
-    ops::insertEvents(events, std::nullopt, false, ops::delayEvents(10));
-    EXPECT_EQ(ops::storeAndSendEvents(target(), macro, events, 1).status, ops::Outcome::kNotStored);
-    EXPECT_EQ(sql("SELECT group_concat(record_type || ':' || record_value) FROM t_macrorecord"), "2:4,3:4");
-    EXPECT_TRUE(sets().empty());
-}
-
 TEST_F(OpsTest, ALanguageChosenAfterResettingProfileOneIsStored) {
     std::int64_t lightMode = 0;
     ASSERT_TRUE(ops::resetKeys(target(), 1, lightMode));
@@ -141,32 +94,10 @@ TEST_F(OpsTest, ALanguageChosenAfterResettingProfileOneIsStored) {
     ASSERT_TRUE(ops::applyStoredLanguage(db_, choice));
     EXPECT_EQ(choice.language, kLanguageSimplifiedChinese);
     EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE profId = 1 AND key = 'language'"), "2052");
-    exec("DELETE FROM t_configdata WHERE key = 'language'");
+    ASSERT_TRUE(sqlExec(file_.string(), "DELETE FROM t_configdata WHERE key = 'language'"));
     ASSERT_TRUE(ops::setLanguage({db_}, kLanguageEnglish));
     EXPECT_EQ(sql("SELECT group_concat(value) FROM t_configdata WHERE profId = 1 AND key = 'language'"), "1033");
 }
-
-TEST_F(OpsTest, PaintingTakesTheKeysOutOfOtherSets) {
-    std::int64_t first = 0, second = 0;
-    ASSERT_TRUE(ops::addUserLight(target(), "one", first));
-    ASSERT_TRUE(ops::addUserLight(target(), "two", second));
-    ASSERT_TRUE(ops::paintKeys(target(), second, {26}, 0x00FF00));  // w
-    clearWire();
-    ASSERT_TRUE(ops::paintKeys(target(), first, {26, 4, 22, 7}, 0xFF4000));  // w a s d
-    EXPECT_EQ(sql("SELECT group_concat(keyvalue) FROM (SELECT keyvalue FROM t_userlight_leddata WHERE light_id = " +
-                  std::to_string(first) + " AND rgbvalue = 16728064 ORDER BY keyvalue)"),
-              "4,7,22,26");
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata WHERE light_id = " + std::to_string(second)), "0");
-    EXPECT_EQ(commands(), (std::vector<int>{0x18, 0x23, 0x02, 0xF0, 0x18, 0x13, 0x02, 0xF0}));
-    EXPECT_EQ(keyColour(keyboard_->memory(), G_KB_SuperKeyCodeMap.at(26).light_index), 0xFF4000u);
-    EXPECT_EQ(ops::paintKeys(target(), first, {61}, 0xFF0000).status, ops::Outcome::kRefused);  // f4: Fn layer only
-}
-
-}  // namespace
-}  // namespace qx9::test
-
-namespace qx9::test {
-namespace {
 
 // A virtual QX9 that fails at the k-th report set: that one report, every call from it on (the
 // keyboard unplugged), or by answering busy to the reads after it.
@@ -218,42 +149,31 @@ TEST_F(OpsTest, EveryFaultAtEveryReportIsReported) {
         {"system", [](const ops::Target& t) { return ops::setFnMode(t, true, {}); }},
     };
     for (const auto& [name, change] : changes) {
-        // The clean run: how many reports, and the store after it.
-        std::filesystem::copy_file(file_, clean, std::filesystem::copy_options::overwrite_existing);
-        auto counter = std::make_shared<FaultyKeyboard>(std::make_shared<VirtualQX9>(), FaultyKeyboard::kNone, 0);
-        {
+        const auto runOn = [&, &change = change](FaultyKeyboard::Fault fault, int k) {
+            std::filesystem::copy_file(file_, clean, std::filesystem::copy_options::overwrite_existing);
+            std::filesystem::remove(clean + "-wal");
+            auto keyboard = std::make_shared<FaultyKeyboard>(std::make_shared<VirtualQX9>(), fault, k);
             DeviceSQLite db = DeviceSQLite::atPath(clean);
-            DeviceComm comm(counter, recorder_.get());
-            ASSERT_EQ(change({db, &comm}).message, "") << name;
-        }
+            DeviceComm comm(keyboard, recorder_.get());
+            return std::pair(change({db, &comm}), keyboard);
+        };
+        // The clean run: how many reports, and the store after it.
+        const auto [cleanOutcome, counter] = runOn(FaultyKeyboard::kNone, 0);
+        ASSERT_EQ(cleanOutcome.message, "") << name;
         const auto expected = dumpDatabase(clean);
         for (int k = 1; k <= counter->sets; ++k) {
             for (auto fault : {FaultyKeyboard::kFailOnce, FaultyKeyboard::kVanish, FaultyKeyboard::kBusyOnce,
                                FaultyKeyboard::kBusyTwice}) {
-                SCOPED_TRACE(std::string(name) + " report " + std::to_string(k) + " fault " + std::to_string(fault));
-                std::filesystem::copy_file(file_, clean, std::filesystem::copy_options::overwrite_existing);
-                std::filesystem::remove(clean + "-wal");
-                auto faulty = std::make_shared<FaultyKeyboard>(std::make_shared<VirtualQX9>(), fault, k);
-                ops::Outcome outcome;
-                {
-                    DeviceSQLite db = DeviceSQLite::atPath(clean);
-                    DeviceComm comm(faulty, recorder_.get());
-                    outcome = change({db, &comm});
-                }
                 // A busy answer the resend cures is no fault; any other fault is said.
-                EXPECT_EQ(outcome.status, fault == FaultyKeyboard::kBusyOnce ? ops::Outcome::kDone : ops::Outcome::kNotSent);
-                EXPECT_EQ(dumpDatabase(clean), expected);
+                EXPECT_EQ(runOn(fault, k).first.status,
+                          fault == FaultyKeyboard::kBusyOnce ? ops::Outcome::kDone : ops::Outcome::kNotSent)
+                    << name << " report " << k << " fault " << fault;
+                EXPECT_EQ(dumpDatabase(clean), expected) << name << " report " << k << " fault " << fault;
             }
         }
     }
     for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(clean + suffix);
 }
-
-}  // namespace
-}  // namespace qx9::test
-
-namespace qx9::test {
-namespace {
 
 // Recorded macros are keystrokes: the folders the application makes and its database are the
 // user's alone, whatever the umask.
@@ -271,12 +191,6 @@ TEST(DatabaseFile, FoldersAndFileAreTheUsersAloneWhateverTheUmask) {
     EXPECT_NE(mode(base), fs::perms::owner_all);  // a folder that was there stays as it was
     fs::remove_all(base);
 }
-
-}  // namespace
-}  // namespace qx9::test
-
-namespace qx9::test {
-namespace {
 
 // After any sequence of valid changes, an export imports into a fresh database and gives the
 // same document back.

@@ -60,13 +60,12 @@ const BlockCase kBlocks[] = {
 
 TEST(MacroBlock, Layout) {
     for (const BlockCase& c : kBlocks) {
-        SCOPED_TRACE(c.name);
         const auto block = buildMacroBlock(c.macros);
         const int end = 64 * c.reports;
         Bytes expected = sparse({{end - 2, 0xAA}, {end - 1, 0x55}}, protocol::kMacroBlockSize);
         for (const auto& [offset, hex] : c.bytes) put(expected, offset, hex);
-        EXPECT_EQ(block.reports, c.reports);
-        EXPECT_EQ(block.bytes, expected);
+        EXPECT_EQ(block.reports, c.reports) << c.name;
+        EXPECT_EQ(block.bytes, expected) << c.name;
     }
 }
 
@@ -78,17 +77,16 @@ TEST(MacroBlockReportCount, UsedLengthOnAReportBoundaryAddsAWholeReport) {
     };
     // L = 408 + 8 × pairs.
     for (const Case c : {Case{13, 512, 9}, Case{12, 504, 9}, Case{14, 520, 10}, Case{5, 448, 8}}) {
-        SCOPED_TRACE(c.pairs);
         std::vector<RecordInfo> events;
         for (int i = 0; i < c.pairs; ++i) {
             events.push_back(down(4));
             events.push_back(delay(5));
         }
         const auto block = buildMacroBlock({macro(events)});
-        EXPECT_EQ(block.usedLength, c.length);
-        EXPECT_EQ(block.reports, c.reports);
-        EXPECT_EQ(block.bytes[64 * c.reports - 2], 0xAA);
-        EXPECT_EQ(block.bytes[64 * c.reports - 1], 0x55);
+        EXPECT_EQ(block.usedLength, c.length) << c.pairs;
+        EXPECT_EQ(block.reports, c.reports) << c.pairs;
+        EXPECT_EQ(Bytes(block.bytes.begin() + 64 * c.reports - 2, block.bytes.begin() + 64 * c.reports),
+                  (Bytes{0xAA, 0x55})) << c.pairs;
     }
 }
 
@@ -101,11 +99,6 @@ TEST_F(WireFixture, MacroTransactionOpensWith19AndSendsTheBlock) {
     EXPECT_TRUE(wireMatches(recorder_->events,
                             {Step::command("04 19"), Step::command("04 15 00 00 00 00 00 00 08"), Step::pause(),
                              Step::block(block), Step::pause(), Step::command("04 02")}));
-    const auto macros = decodeMacros(keyboard_->memory());
-    ASSERT_EQ(macros.size(), 1u);
-    std::vector<std::string> events;
-    for (const auto& e : macros[0].events) events.push_back(macroEventText(e));
-    EXPECT_EQ(events, (std::vector<std::string>{"down 04", "delay 10", "up 04"}));
 }
 
 TEST_F(WireFixture, CapacityIsCheckedBeforeAnythingIsSent) {

@@ -13,30 +13,23 @@ Rows configOf(const SqlFile& sql, int profile) {
 }
 
 TEST(StoreLocation, FileLivesInTheDataDirectoryOfTheApplication) {
-    // XDG_DATA_HOME as set ("xdg" stands for an absolute path), and the two ways it falls back.
+    // XDG_DATA_HOME as set ("xdg" stands for an absolute path), the two ways it falls back, and no
+    // application id (""): nothing is created.
     const std::pair<std::optional<std::string>, std::string> cases[] = {
-        {"xdg", "xdg/"}, {std::nullopt, "home/.local/share/"}, {"rel", "home/.local/share/"}};
+        {"xdg", "xdg/"}, {std::nullopt, "home/.local/share/"}, {"rel", "home/.local/share/"}, {"xdg", ""}};
     for (const auto& [xdg, expected] : cases) {
         TempDir dir;
         EnvOverride home("HOME", (dir / "home").string());
         EnvOverride data("XDG_DATA_HOME", xdg == "xdg" ? (dir / "xdg").string() : xdg);
         ConsoleCapture console;
-        DeviceSQLite db(kDeviceDatabaseFileName);
-        EXPECT_TRUE(db.isConnected()) << expected;
-        EXPECT_TRUE(std::filesystem::is_regular_file(
-            dir / (expected + "org.qx9config.Qx9/db/device_keyboard_81k_v2.sqlite3")))
+        DeviceSQLite db(kDeviceDatabaseFileName, expected.empty() ? "" : kApplicationId);
+        EXPECT_EQ(db.isConnected(), !expected.empty()) << expected;
+        EXPECT_EQ(std::filesystem::is_regular_file(
+                      dir / (expected + "org.qx9config.Qx9/db/device_keyboard_81k_v2.sqlite3")),
+                  !expected.empty())
             << expected;
+        if (expected.empty()) EXPECT_EQ(std::filesystem::is_empty(dir.path()) ? console.text() : "files", "");
     }
-}
-
-TEST(StoreLocation, WithoutApplicationIdNothingIsCreated) {
-    TempDir dir;
-    EnvOverride xdg("XDG_DATA_HOME", dir.path().string());
-    ConsoleCapture console;
-    DeviceSQLite db(kDeviceDatabaseFileName, "");
-    EXPECT_FALSE(db.isConnected());
-    EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
-    EXPECT_EQ(console.text(), "");
 }
 
 TEST_F(StoreTest, FirstStartHoldsOneProfileAndTheGlobalSettings) {
@@ -127,29 +120,17 @@ TEST_F(StoreTest, ResetOfProfileOneDropsGlobalSettingsAndKeepsModeParameters) {
     ASSERT_TRUE(db_.queryLightInfo(1, 3, light));
     EXPECT_EQ(light.data, saved);
     EXPECT_EQ(console_.text(), "createTable success\ninit: connect success\n");
-}
 
-TEST_F(StoreTest, RefusedResetStopsAfterTheKeys) {
-    db_.writeLightProfile(1);
+    // A refused reset stops after the keys.
     db_.addKeyProfile({0, 0, 1, 4, kMacroTypeKey, 5, 0, 0, "B"});
+    db_.selectLightMode(1, 7);
     sql_.refuse("BEFORE DELETE ON t_configdata");
     console_.clear();
     db_.resetProfile(1);
     EXPECT_EQ(console_.text(), "resetProfile  fail refused\n");
-    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_keyprofile"), "0");
-    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_configdata"), "28");
-    EXPECT_EQ(db_.getLightModeSelectIndex(1), 11);
-}
-
-TEST_F(StoreTest, ReopeningLeavesTheFileAsItWas) {
-    db_.writeLightProfile(1);
-    db_.addProfile("Two");
-    db_.addKeyProfile({0, 0, 1, 4, kMacroTypeKey, 5, 0, 0, "B"});
-    const std::string before = fileBytes(file_);
-
-    DeviceSQLite again = DeviceSQLite::atPath(file_);
-    again.createTable();
-    EXPECT_EQ(fileBytes(file_), before);
+    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_keyprofile WHERE profId = 1"), "0");
+    EXPECT_EQ(configOf(sql_, 1).size(), 15u);
+    EXPECT_EQ(db_.getLightModeSelectIndex(1), 7);
 }
 
 TEST_F(StoreTest, DropKeepsTriggerKeysAndReopeningStartsAfresh) {

@@ -12,10 +12,6 @@ ProfileKey key(std::int64_t layer, std::int64_t keyValue, std::int64_t value,
     return {0, layer, 1, keyValue, kMacroTypeKey, value, value + 1, value + 2, desc};
 }
 
-UserLightLEDData led(std::int64_t set, std::int64_t keyValue, std::int64_t rgb) {
-    return {0, set, keyValue, rgb};
-}
-
 TEST_F(StoreTest, ProfileListAppendsInIdOrder) {
     EXPECT_EQ(db_.addProfile("x'); DROP TABLE t_profile; --"), 2);
     EXPECT_TRUE(db_.updateProfileName(1, "Game \"quoted\""));
@@ -186,11 +182,11 @@ TEST_F(StoreTest, UserLightSetsAndAKeyWithItsColourInOneSetOnly) {
     EXPECT_EQ(db_.getUserLightData(1, sets), 2);
     EXPECT_EQ(strs(sets), (Rows{"0|0||0|0", "1|1|Dusk|15|15"}));
 
-    EXPECT_EQ(db_.addUserLightLEDData(led(1, 30, 0xFF0000)), 1);
-    EXPECT_EQ(db_.addUserLightLEDData(led(1, 31, 0x00FF00)), 2);
-    EXPECT_EQ(db_.addUserLightLEDData(led(2, 30, 0x0000FF)), 3);
-    EXPECT_EQ(db_.addUserLightLEDData(led(1, 31, 0)), -1);  // colour 0 clears the key
-    EXPECT_EQ(db_.addUserLightLEDData(led(1, 0, 0x123456)), -1);
+    EXPECT_EQ(db_.addUserLightLEDData({0, 1, 30, 0xFF0000}), 1);
+    EXPECT_EQ(db_.addUserLightLEDData({0, 1, 31, 0x00FF00}), 2);
+    EXPECT_EQ(db_.addUserLightLEDData({0, 2, 30, 0x0000FF}), 3);
+    EXPECT_EQ(db_.addUserLightLEDData({0, 1, 31, 0}), -1);  // colour 0 clears the key
+    EXPECT_EQ(db_.addUserLightLEDData({0, 1, 0, 0x123456}), -1);
     EXPECT_EQ(sql_.rows("SELECT * FROM t_userlight_leddata"), Rows{"3|2|30|255"});
 
     // A deleted set keeps its colours; the next set of that id starts with them.

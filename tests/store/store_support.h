@@ -53,7 +53,6 @@ inline RecordInfo event(std::int64_t macro, std::int64_t type, std::int64_t inde
     return {0, macro, type, index, value, "e" + std::to_string(index)};
 }
 
-// A fresh directory under the temporary directory, removed with its contents.
 class TempDir {
 public:
     TempDir() {
@@ -100,10 +99,7 @@ public:
         sqlite3_finalize(stmt);
         return result;
     }
-    std::string value(const std::string& sql) const {
-        const Rows all = rows(sql);
-        return all.empty() ? std::string() : all.front();
-    }
+    std::string value(const std::string& sql) const { return rows(sql).empty() ? "" : rows(sql).front(); }
     void exec(const std::string& sql) const {
         char* error = nullptr;
         if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
@@ -137,7 +133,6 @@ private:
     int triggers_ = 0;
 };
 
-// Collects the console lines for the life of the object.
 class ConsoleCapture {
 public:
     ConsoleCapture() : previous_(setConsoleStream(&out_)) {}
@@ -150,7 +145,6 @@ private:
     std::ostream* previous_;
 };
 
-// Sets (or with nullopt unsets) an environment variable for the life of the object.
 class EnvOverride {
 public:
     EnvOverride(const char* name, const std::optional<std::string>& value) : name_(name) {
@@ -172,8 +166,7 @@ inline std::string fileBytes(const std::filesystem::path& file) {
     return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
-// A database file in a temporary directory, opened the way the application opens it, with the
-// console captured from the start.
+// A database file opened the way the application opens it, the console captured from the start.
 class StoreTest : public ::testing::Test {
 protected:
     TempDir dir_;
