@@ -209,11 +209,7 @@ protected:
 };
 
 TEST_F(BacklightColourTest, NumberFieldsValidateAndKeepOnlyFullChannels) {
-    const struct {
-        const char* typed;
-        const char* shown;
-        int red;
-    } cases[] = {
+    const struct { const char* typed; const char* shown; int red; } cases[] = {
         {"200", "200", 0}, {"255", "255", 255}, {"12a", "255", 255}, {"300", "255", 255}, {"-5", "0", 0},
         {"", "255", 255},  {"0", "0", 0},       {"254", "254", 0},   {"2.5", "255", 255},
         {"99999999999999999999", "255", 255},
@@ -294,11 +290,8 @@ TEST_F(BacklightColourTest, RandomSwitchPreviewsTheExactColour) {
 
 TEST_F(BacklightTest, DirectionButtons) {
     connectInEnglish();
-    const struct {
-        ops::Direction pressed;
-        int stored;
-        std::array<bool, 4> shown;  // top, right, left, bottom selected
-    } cases[] = {  // each press changes its pair only
+    // Each press changes its pair only; shown: top, right, left, bottom selected.
+    const struct { ops::Direction pressed; int stored; std::array<bool, 4> shown; } cases[] = {
         {ops::kUp, 2, {true, false, true, false}},
         {ops::kRight, 1, {true, true, false, false}},
         {ops::kDown, 3, {false, true, false, true}},

@@ -97,11 +97,7 @@ TEST_F(ExportTest, ImportIntoAnotherDatabaseGivesTheSameOneAndSendsWhatAFirstCon
 TEST_F(ExportTest, DamagedOrForeignDocumentsAreRefusedAndChangeNothing) {
     fill();
     const std::string good = exported();
-    struct Case {
-        const char* name;
-        std::function<std::string(Json&)> damage;
-        const char* message;
-    };
+    struct Case { const char* name; std::function<std::string(Json&)> damage; const char* message; };
     const auto setting = [](Json& d, const char* key, const char* value) {
         for (Json& row : d["configurationValues"]) {
             if (row["profile"] == 1 && row["key"] == key) row["value"] = value;
