@@ -122,7 +122,8 @@ TEST_F(MacroTest, AKeyInsertedByHandIsAPairWithAPauseOnTheKeyboardAndNoKeyNothin
 
 TEST_F(MacroTest, InsertPlacesTheNewEventsAndStoresAndSendsTheList) {
     // position: 0 before, 1 after; input: the typed delay, or the mouse pop-up item.
-    const struct { const char* name; int selected, position, kind; std::string input; std::vector<std::string> rows; } cases[] = {
+    const struct { const char* name; int selected, position, kind; std::string input;
+                   std::vector<std::string> rows; } cases[] = {
         {"key appended without selection", -1, 0, MacroPage::kInsertKeyboard, "",
          {"[Delay:ms] 100", "[Delay:ms] 200", "[KEY DOWN] B", "[KEY UP] B"}},
         {"key before the second", 1, 0, MacroPage::kInsertKeyboard, "",
@@ -246,7 +247,8 @@ TEST(MacroFieldLimits, ByField) {
 
 TEST_F(MacroTest, RecordsWithTheDelayMode) {
     // A is pressed at 1000; `sent` is the macro as the keyboard holds it.
-    const struct { int mode; const char* field; std::int64_t releaseAt; std::vector<std::string> rows; const char* sent; } cases[] = {
+    const struct { int mode; const char* field; std::int64_t releaseAt; std::vector<std::string> rows;
+                   const char* sent; } cases[] = {
         {MacroPage::kRecordingDelay, "", 1250, {"[KEY DOWN] A", "[Delay:ms] 250", "[KEY UP] A"},
          "down 04, delay 250, up 04"},
         // 100000 ms: only the low 16 bits fit the keyboard's entry (0x186A0 → 0x86A0).
