@@ -1,5 +1,3 @@
-// The backlight page: the effect catalogue, every effect's controls and preview, the parameter
-// controls, and what each stores and sends.
 #include "hid/virtual_qx9_memory.h"
 #include "i18n/language.h"
 #include "layout/key_maps.h"
@@ -8,46 +6,13 @@
 namespace qx9::test {
 namespace {
 
-enum class Random { Switch, ShownOff, Disabled };
-enum class Directions { None, UpDown, LeftRight };
-
-// The effect catalogue as the page must show it.
-struct CatalogueRow {
-    int mode;
-    const char* name;
-    bool colours;
-    Random random;
-    bool speed;  // false: disabled, shows 0
-    Directions directions;
-};
-
-constexpr CatalogueRow kCatalogue[20] = {
-    {1, "Static", true, Random::Switch, false, Directions::None},
-    {2, "SingleOn", true, Random::Switch, true, Directions::None},
-    {3, "SingleOff", true, Random::Switch, true, Directions::None},
-    {4, "Glittering", true, Random::Switch, true, Directions::None},
-    {5, "Falling", true, Random::Switch, true, Directions::None},
-    {6, "Colourful", false, Random::ShownOff, true, Directions::None},
-    {7, "Breath", true, Random::Switch, true, Directions::None},
-    {8, "Spectrum", false, Random::ShownOff, true, Directions::None},
-    {9, "Outward", true, Random::Switch, true, Directions::None},
-    {10, "Scrolling", true, Random::Switch, true, Directions::UpDown},
-    {11, "Rolling", true, Random::Switch, true, Directions::LeftRight},
-    {12, "Rotating", true, Random::Switch, true, Directions::None},
-    {13, "Explode", true, Random::Switch, true, Directions::None},
-    {14, "Launch", true, Random::Switch, true, Directions::None},
-    {15, "Ripples", true, Random::Switch, true, Directions::None},
-    {16, "Flowing", true, Random::Switch, true, Directions::LeftRight},
-    {17, "Pulsating", true, Random::Switch, true, Directions::None},
-    {18, "Tilt", true, Random::Switch, true, Directions::LeftRight},
-    {19, "Shuttle", true, Random::Switch, true, Directions::None},
-    {0, "Close Backlight", false, Random::Disabled, false, Directions::None},
-};
+// The effect names by row; row r is mode (r + 1) % 20.
+constexpr const char* kNames[20] = {"Static",  "SingleOn", "SingleOff", "Glittering", "Falling", "Colourful", "Breath",
+                                    "Spectrum", "Outward", "Scrolling", "Rolling",   "Rotating", "Explode",  "Launch",
+                                    "Ripples", "Flowing",  "Pulsating", "Tilt",      "Shuttle",  "Close Backlight"};
 
 // The parameter bytes of a light record.
-struct Params {
-    int red, green, blue, random, brightness, speed, direction;
-};
+struct Params { int red, green, blue, random, brightness, speed, direction; };
 constexpr Params kDefaults{202, 81, 0, 1, 15, 12, 0};
 
 constexpr std::uint32_t kBlack = 0x000000;
@@ -68,7 +33,6 @@ protected:
             out += (out.empty() ? "" : separator) + std::to_string(v);
         return out;
     }
-    // Stores the parameters in the records of a profile (`where`: which of them).
     void store(std::int64_t profile, const Params& p, const std::string& where = "") {
         ASSERT_TRUE(sqlExec(dbPath_, "UPDATE t_lightdata SET (byte1, byte2, byte3, byte8, byte9, byte10, byte11) = (" +
                                          text(p, ", ") + ") WHERE profId = " + std::to_string(profile) + where));
@@ -91,7 +55,6 @@ protected:
         EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x13, 0x02, 0xF0}));
     }
 
-    // Every key in the given colour.
     std::vector<std::uint32_t> uniform(std::uint32_t colour) const {
         return std::vector<std::uint32_t>(session_->keys.keys().size(), colour);
     }
@@ -110,26 +73,21 @@ protected:
                (p.blue == 255 ? 0x0000FFu : 0);
     }
 
-    // The controls and preview the page must show for a catalogue row and its record.
-    void expectControls(const CatalogueRow& row, const Params& p) {
+    // The controls and preview the page must show for an effect and its record. Colourful (6),
+    // Spectrum (8) and Close Backlight (0) have no colour and show random off; 0 disables it.
+    void expectControls(int mode, const Params& p) {
         const LightingPage& l = page();
-        const bool random = p.random == 1;
-        EXPECT_EQ(l.light_slider_brightness().value, row.mode == 0 ? 0 : (p.brightness & 15));
+        const bool random = p.random == 1, colours = mode != 0 && mode != 6 && mode != 8, speed = mode > 1;
+        EXPECT_EQ(l.light_slider_brightness().value, mode == 0 ? 0 : (p.brightness & 15));
         EXPECT_TRUE(l.light_slider_brightness().enabled);
-        EXPECT_EQ(l.colorButtonsEnabled(), row.colours && !random);
-
-        const LightToggle& sw = l.light_btn_randomcolor();
-        EXPECT_EQ(sw.enabled, row.random != Random::Disabled);
-        EXPECT_EQ(sw.on, row.random == Random::Switch && random);
-
-        EXPECT_EQ(l.keyColours(), row.random == Random::Disabled ? uniform(kBlack)
-                                  : !row.colours || random       ? colourful()
-                                                                 : uniform(coarse(p)));
-        EXPECT_EQ(l.light_slider_speed().enabled, row.speed);
-        EXPECT_EQ(l.light_slider_speed().value, row.speed ? (p.speed & 15) : 0);
-
+        EXPECT_EQ(l.colorButtonsEnabled(), colours && !random);
+        EXPECT_EQ(l.light_btn_randomcolor().enabled, mode != 0);
+        EXPECT_EQ(l.light_btn_randomcolor().on, colours && random);
+        EXPECT_EQ(l.keyColours(), mode == 0 ? uniform(kBlack) : !colours || random ? colourful() : uniform(coarse(p)));
+        EXPECT_EQ(l.light_slider_speed().enabled, speed);
+        EXPECT_EQ(l.light_slider_speed().value, speed ? (p.speed & 15) : 0);
         // Top, bottom, left, right: which are hidden and which are on; 3 reads as up.
-        const bool ud = row.directions == Directions::UpDown, lr = row.directions == Directions::LeftRight;
+        const bool ud = mode == 10, lr = mode == 11 || mode == 16 || mode == 18;
         EXPECT_EQ((std::array{l.light_direction_top().hidden, l.light_direction_bottom().hidden,
                               l.light_direction_left().hidden, l.light_direction_right().hidden}),
                   (std::array{!ud, !ud, !lr, !lr}));
@@ -147,19 +105,18 @@ protected:
         // Out of order, so that no row relies on what the previous one left behind.
         for (int row :
              {19, 9, 0, 5, 10, 7, 1, 2, 3, 4, 6, 8, 11, 12, 13, 14, 15, 16, 17, 18, 9, 19}) {
-            const CatalogueRow& c = kCatalogue[row];
-            SCOPED_TRACE(c.name);
+            const int mode = (row + 1) % 20;
+            SCOPED_TRACE(kNames[row]);
             Params p = params;
-            if (defaults && c.mode == 10) p.direction = 3;  // Scrolling's default direction
+            if (defaults && mode == 10) p.direction = 3;  // Scrolling's default direction
             clearWire();
             page().lightModeSelectionChanged(row);
-            EXPECT_EQ(session_->core.currentLightMode, c.mode);
-            EXPECT_EQ(
-                sql("SELECT group_concat(mode) FROM t_lightdata WHERE profId = 1 AND status = 1"),
-                std::to_string(c.mode));
-            expectControls(c, p);
-            expectSent(c.mode, p);
-            EXPECT_EQ(stored(1, c.mode), text(p));  // a selection changes no record
+            EXPECT_EQ(session_->core.currentLightMode, mode);
+            EXPECT_EQ(sql("SELECT group_concat(mode) FROM t_lightdata WHERE profId = 1 AND status = 1"),
+                      std::to_string(mode));
+            expectControls(mode, p);
+            expectSent(mode, p);
+            EXPECT_EQ(stored(1, mode), text(p));  // a selection changes no record
         }
     }
 };
@@ -172,10 +129,15 @@ TEST_F(BacklightTest, CatalogueFromPlaceholdersToEnglishWithTheDefaultHighlight)
     ASSERT_EQ(rows.size(), 20u);
     for (int i = 0; i < 20; ++i) {
         EXPECT_EQ(std::to_string(rows[i].mode) + " " + rows[i].text,
-                  std::to_string(kCatalogue[i].mode) + " " + kCatalogue[i].name);
+                  std::to_string((i + 1) % 20) + " " + kNames[i]);
     }
     EXPECT_EQ(page().selectedRow(), 10);  // mode 11
     EXPECT_TRUE(sets().empty());          // the highlight sends nothing
+    // A stored selection without a row highlights nothing.
+    ASSERT_TRUE(sqlExec(dbPath_, "UPDATE t_lightdata SET status = (mode = 20) WHERE profId = 1"));
+    page().loadLightModeData();
+    EXPECT_EQ(session_->core.currentLightMode, 20);
+    EXPECT_EQ(page().selectedRow(), 20);
 }
 
 TEST_F(BacklightTest, EveryEffectWithTheDefaultAndWithStoredRecords) {
@@ -206,7 +168,7 @@ TEST_F(BacklightTest, SelectionAndSleepTimeUnderProfileOneRecordOfTheCurrentProf
     page().lightModeSelectionChanged(15);  // Flowing
     EXPECT_EQ(sql("SELECT group_concat(profId || ':' || mode) FROM t_lightdata WHERE status = 1 ORDER BY profId"),
               "1:16," + std::to_string(second) + ":11");
-    expectControls(kCatalogue[15], p2);
+    expectControls(16, p2);
     expectSent(16, p2);
     // Brightness and speed are stored and sent whole; the sliders show the low four bits.
     page().backlightBrightnessChange(0x39);
@@ -230,28 +192,9 @@ TEST_F(BacklightTest, SelectionAndSleepTimeUnderProfileOneRecordOfTheCurrentProf
     }
 }
 
-TEST_F(BacklightTest, UnreadableRecordStopsAfterStoringTheSelectionAndNoRowHighlightsNothing) {
-    connectInEnglish();
-    page().lightModeSelectionChanged(0);
-    ASSERT_TRUE(sqlExec(dbPath_, "DELETE FROM t_lightdata WHERE profId = 1 AND mode = 5"));
-    clearWire();
-    page().lightModeSelectionChanged(4);
-    EXPECT_EQ(session_->core.currentLightMode, 5);
-    // Stored as far as the store can: the profile is left with no selected mode.
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_lightdata WHERE profId = 1 AND status = 1"), "0");
-    EXPECT_TRUE(sets().empty());
-    expectControls(kCatalogue[0], kDefaults);  // still Static's
-    // A stored selection without a row highlights nothing.
-    ASSERT_TRUE(sqlExec(dbPath_, "UPDATE t_lightdata SET status = (mode = 20) WHERE profId = 1"));
-    page().loadLightModeData();
-    EXPECT_EQ(session_->core.currentLightMode, 20);
-    EXPECT_EQ(page().selectedRow(), 20);
-}
-
 class BacklightColourTest : public BacklightTest {
 protected:
-    // Static with the random colour off: the colour controls apply.
-    void SetUp() override {
+    void SetUp() override {  // Static with the random colour off
         connectInEnglish();
         page().lightModeSelectionChanged(0);
         page().lightRondomColorSwitch();
@@ -260,21 +203,16 @@ protected:
     std::string colour() const {
         return sql("SELECT byte1||' '||byte2||' '||byte3 FROM t_lightdata WHERE profId = 1 AND mode = 1");
     }
-    // The page's colour fields, "r g b".
     std::string fields() {
         return page().light_edit_color_r() + " " + page().light_edit_color_g() + " " + page().light_edit_color_b();
     }
 };
 
 TEST_F(BacklightColourTest, NumberFieldsValidateAndKeepOnlyFullChannels) {
-    const struct {
-        const char* typed;
-        const char* shown;
-        int red;
-    } cases[] = {
-        {"200", "200", 0},   {"255", "255", 255}, {"12a", "255", 255}, {"300", "255", 255},
-        {"-5", "0", 0},      {"", "255", 255},    {"0", "0", 0},       {"254", "254", 0},
-        {"2.5", "255", 255}, {"99999999999999999999", "255", 255},
+    const struct { const char* typed; const char* shown; int red; } cases[] = {
+        {"200", "200", 0}, {"255", "255", 255}, {"12a", "255", 255}, {"300", "255", 255}, {"-5", "0", 0},
+        {"", "255", 255},  {"0", "0", 0},       {"254", "254", 0},   {"2.5", "255", 255},
+        {"99999999999999999999", "255", 255},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.typed);
@@ -333,14 +271,10 @@ TEST_F(BacklightColourTest, ColourPanelStoresTruncatedComponents) {
     EXPECT_EQ(page().colorPanel(), ColorPanelAction::Closed);
     page().colorButtonAction({ColorButtonPress::kUserLightSwatch});
     EXPECT_EQ(page().colorPanel(), ColorPanelAction::UserLightColor);
-    clearWire();
-    page().colorButtonAction({ColorButtonPress::kLightPreset, 0});  // no such preset: nothing
-    page().colorButtonAction({ColorButtonPress::kLightPreset, 15});
-    EXPECT_TRUE(sets().empty());
 }
 
 TEST_F(BacklightColourTest, RandomSwitchPreviewsTheExactColour) {
-    // SetUp turned it off: the stored colour exactly, on the keys and in the swatch.
+    // Off: the stored colour exactly, on the keys and in the swatch.
     EXPECT_FALSE(page().light_btn_randomcolor().on);
     EXPECT_TRUE(page().colorButtonsEnabled());
     EXPECT_EQ(page().keyColours(), uniform(0xCA5100));
@@ -356,11 +290,8 @@ TEST_F(BacklightColourTest, RandomSwitchPreviewsTheExactColour) {
 
 TEST_F(BacklightTest, DirectionButtons) {
     connectInEnglish();
-    const struct {
-        ops::Direction pressed;
-        int stored;
-        std::array<bool, 4> shown;  // top, right, left, bottom selected
-    } cases[] = {  // each press changes its pair only
+    // Each press changes its pair only; shown: top, right, left, bottom selected.
+    const struct { ops::Direction pressed; int stored; std::array<bool, 4> shown; } cases[] = {
         {ops::kUp, 2, {true, false, true, false}},
         {ops::kRight, 1, {true, true, false, false}},
         {ops::kDown, 3, {false, true, false, true}},

@@ -1,4 +1,3 @@
-// Export and import of the whole configuration: the document, the database and the wire.
 #include "session/session_fixture.h"
 
 #include <nlohmann/json.hpp>
@@ -11,7 +10,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// A second session on a database of its own, with its own keyboard and wire.
 struct OtherSession {
     explicit OtherSession(const std::filesystem::path& file) : session(openSession(file, recorder, events)) {
         connectKeyboard(*session, keyboard);
@@ -26,7 +24,7 @@ class ExportTest : public SessionTest {
 protected:
     ExportTest() { connect(); }
 
-    // Something of everything the application keeps, including rows whose owner was deleted.
+    // Something of everything kept, including rows whose owner was deleted.
     void fill() {
         KeyboardSession& s = *session_;
         DeviceSQLite& db = *s.core.db();
@@ -65,31 +63,9 @@ protected:
     }
 };
 
-TEST_F(ExportTest, TheDocumentHoldsEveryPartAndImportedReplacesTheDatabase) {
-    fill();
-    const std::string text = exported();
-    const Json doc = Json::parse(text);
-    EXPECT_EQ(doc["format"], "halvorn-qx9-configuration");
-    EXPECT_EQ(doc["version"], 1);
-    EXPECT_EQ(doc["profiles"][1], (Json{{"id", 2}, {"name", "Games"}}));
-    EXPECT_EQ(doc["keyAssignments"].size(), 4u);
-    EXPECT_EQ(doc["lighting"].size(), 2u * 21);     // profiles 1 and 2 were shown, 3 never
-    EXPECT_EQ(doc["userLightColours"].size(), 2u);  // the deleted set's colour too
-    EXPECT_EQ(doc["userLightColours"][1]["colour"], "12ABEF");
-    EXPECT_EQ(doc["macros"][0], (Json{{"id", 1}, {"name", "Macro1"}, {"playTimes", 3}, {"delayType", 2}, {"delayTime", 15}}));
-
-    const auto before = dumpDatabase(dbPath_);
-    session_->core.db()->addProfile("later");
-    session_->userLights.addUserLight();
-    session_->core.db()->addMacroRecord({0, 1, kRecordDelay, 3, 10, "10"});
-    ASSERT_TRUE(ops::importConfiguration(*session_->core.target(), text));
-    EXPECT_EQ(dumpDatabase(dbPath_), before);
-}
-
 TEST_F(ExportTest, ImportIntoAnotherDatabaseGivesTheSameOneAndSendsWhatAFirstConnectionSends) {
     fill();
     for (const bool withoutProfileOne : {false, true}) {
-        SCOPED_TRACE(withoutProfileOne ? "without profile 1" : "with profile 1");
         if (withoutProfileOne) {
             session_->profiles.setKeyProfileTableSelect(0);
             session_->profiles.customkey_button_profile(ProfileList::kDelete);
@@ -106,14 +82,11 @@ TEST_F(ExportTest, ImportIntoAnotherDatabaseGivesTheSameOneAndSendsWhatAFirstCon
             ASSERT_TRUE(ops::importConfiguration(*other.session->core.target(), doc));
             imported = setsOf(other.recorder->events);
             memory = other.keyboard->memory();
-            EXPECT_EQ(dumpDatabase(file), dumpDatabase(dbPath_));
-            std::string error;
-            EXPECT_EQ(ops::exportConfiguration(*other.session->core.db(), error), doc);
+            EXPECT_EQ(dumpDatabase(file), dumpDatabase(dbPath_)) << withoutProfileOne;
         }
         OtherSession fresh(file);  // a first connection to the imported database
         EXPECT_EQ(imported, setsOf(fresh.recorder->events));
         if (withoutProfileOne) continue;
-        // Per-key colours with the per-key mode, the system functions, profile 1's key map.
         EXPECT_EQ(keyColour(memory, 1), 0x12ABEFu);
         EXPECT_EQ(decodeLightMode(memory)->mode, 0x80);
         EXPECT_EQ(decodeSystemFunctions(memory)->gameMode, 1);
@@ -124,19 +97,13 @@ TEST_F(ExportTest, ImportIntoAnotherDatabaseGivesTheSameOneAndSendsWhatAFirstCon
 TEST_F(ExportTest, DamagedOrForeignDocumentsAreRefusedAndChangeNothing) {
     fill();
     const std::string good = exported();
-    struct Case {
-        const char* name;
-        std::function<std::string(Json&)> damage;
-        const char* message;
-    };
-    // A setting of profile 1 given another value.
+    struct Case { const char* name; std::function<std::string(Json&)> damage; const char* message; };
     const auto setting = [](Json& d, const char* key, const char* value) {
         for (Json& row : d["configurationValues"]) {
             if (row["profile"] == 1 && row["key"] == key) row["value"] = value;
         }
         return d.dump();
     };
-    // One macro more than the keyboard addresses.
     const auto tooManyMacros = [](Json& d) {
         for (int id = 2; id <= ops::kMaxMacros + 1; ++id)
             d["macros"].push_back({{"id", id}, {"name", "M"}, {"playTimes", 0}, {"delayType", 0}, {"delayTime", 0}});

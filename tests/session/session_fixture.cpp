@@ -9,21 +9,15 @@
 namespace qx9::test {
 
 namespace {
-
 int g_counter = 0;
-
 Notification deviceNotification(const char* name, const std::shared_ptr<VirtualQX9>& keyboard) {
     return Notification{name, HIDDeviceDictionary{{kDeviceKey, virtualQX9Record(keyboard)}}};
 }
-
 }  // namespace
 
 std::unique_ptr<KeyboardSession> openSession(const std::filesystem::path& databaseFile,
                                              const std::shared_ptr<WireRecorder>& recorder, RecordingEvents& events) {
-    SessionConfig config;
-    config.databaseFile = databaseFile;
-    config.pacer = recorder.get();
-    config.wire = recorder;
+    SessionConfig config{.databaseFile = databaseFile, .pacer = recorder.get(), .wire = recorder, .postToMain = {}};
     return std::make_unique<KeyboardSession>(config, &events);
 }
 

@@ -22,16 +22,13 @@ public:
     void notice(const std::string& text) override { notices.push_back(text); }
     void showKeyMenu() override { ++keyMenus; }
     void showCustomKeyDialog() override { ++dialogs; }
-    std::vector<std::string> warnings;
-    std::vector<std::string> notices;
-    int keyMenus = 0;
-    int dialogs = 0;
+    std::vector<std::string> warnings, notices;
+    int keyMenus = 0, dialogs = 0;
 };
 
-// A session on a database file whose pauses and reports go to `recorder`.
 std::unique_ptr<KeyboardSession> openSession(const std::filesystem::path& databaseFile,
                                              const std::shared_ptr<WireRecorder>& recorder, RecordingEvents& events);
-// The monitor's notification that `keyboard` arrived (the first connection loads) or left.
+// The monitor's notification that `keyboard` arrived or left.
 void connectKeyboard(KeyboardSession& session, const std::shared_ptr<VirtualQX9>& keyboard);
 void disconnectKeyboard(KeyboardSession& session, const std::shared_ptr<VirtualQX9>& keyboard);
 
@@ -49,12 +46,9 @@ protected:
     std::vector<int> commandCodes() const;
     std::vector<Bytes> sets() const { return setsOf(recorder_->events); }
     void clearWire() { recorder_->events.clear(); }
-
-    // One value of the database by plain SQL ("" when no row).
     std::string sql(const std::string& query) const { return sqlValue(dbPath_, query); }
 
-    std::filesystem::path dir_;
-    std::filesystem::path dbPath_;
+    std::filesystem::path dir_, dbPath_;
     std::shared_ptr<VirtualQX9> keyboard_;
     std::shared_ptr<WireRecorder> recorder_;
     RecordingEvents events_;

@@ -1,4 +1,3 @@
-// The settings page: language rules, game mode and its blocks, both resets.
 #include "session/session_fixture.h"
 
 #include "hid/virtual_qx9_memory.h"
@@ -10,11 +9,7 @@ namespace {
 using SettingsTest = SessionTest;
 
 TEST_F(SettingsTest, StoredLanguageAtConnection) {
-    const struct {
-        const char* stored;
-        int row, language;
-        const char* after;
-    } cases[] = {
+    const struct { const char* stored; int row, language; const char* after; } cases[] = {
         {"2052", 1, kLanguageSimplifiedChinese, "2052"},
         {"1033", 0, kLanguageEnglish, "1033"},
         {"1028", 2, kLanguageTraditionalChinese, "1028"},
@@ -50,14 +45,9 @@ TEST_F(SettingsTest, GameModeAndItsBlocks) {
     DeviceSQLite::atPath(dbPath_).updateConfigData(1, "disable_altf4", "1");
     connect();
     SettingsPage& s = session_->settings;
-    // Off at first: every box off although Alt+F4 is stored as blocked.
-    EXPECT_FALSE(s.box(SettingsPage::kAltF4));
-    const struct {
-        int tag;
-        bool on;
-        std::array<int, 4> sent;  // game mode, Alt+Tab, Alt+F4, Win as the keyboard holds them
-        const char* stored;       // gamemode, disable_alttab, disable_altf4, disable_win
-    } steps[] = {
+    EXPECT_FALSE(s.box(SettingsPage::kAltF4));  // game mode off: every box off
+    // Game mode, Alt+Tab, Alt+F4 and Win as the keyboard holds them and as stored.
+    const struct { int tag; bool on; std::array<int, 4> sent; const char* stored; } steps[] = {
         {SettingsPage::kGameMode, true, {1, 0, 1, 0}, "1,0,1,0"},
         {SettingsPage::kAltTab, true, {1, 1, 1, 0}, "1,1,1,0"},
         {SettingsPage::kGameMode, false, {0, 0, 0, 0}, "0,1,1,0"},
@@ -76,8 +66,7 @@ TEST_F(SettingsTest, GameModeAndItsBlocks) {
                       "WHEN 'gamemode' THEN 0 WHEN 'disable_alttab' THEN 1 WHEN 'disable_altf4' THEN 2 ELSE 3 END)"),
                   step.stored);
     }
-    // A later start reads the game mode and the blocks back and sends them with the first
-    // connection; the boxes show them.
+    // A later start sends them with the first connection; the boxes show them.
     s.button_action_gamemode(SettingsPage::kAltTab, false);
     auto next = std::make_shared<VirtualQX9>();
     session_.reset();
@@ -89,13 +78,10 @@ TEST_F(SettingsTest, GameModeAndItsBlocks) {
     EXPECT_FALSE(session_->settings.box(SettingsPage::kAltTab));
 }
 
-TEST_F(SettingsTest, ConfirmationTexts) {
+TEST_F(SettingsTest, ResetKeysEmptiesTheCurrentProfileResetAllStartsAfresh) {
     curLanguage = kLanguageEnglish;
     EXPECT_EQ(SettingsPage::resetKeysTexts().informative, "Resetting the keyboard will erase all keyboard data. Continue?");
     EXPECT_EQ(SettingsPage::resetAllTexts().informative, "Resetting the mouse will erase all mouse data. Continue?");
-}
-
-TEST_F(SettingsTest, ResetKeysEmptiesTheCurrentProfileResetAllStartsAfresh) {
     connect();
     session_->keys.keyboardKeyAction("a");
     session_->keys.MenuItemMouseUpAction(KeyPage::kMenuDisable);
@@ -104,11 +90,7 @@ TEST_F(SettingsTest, ResetKeysEmptiesTheCurrentProfileResetAllStartsAfresh) {
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_keyprofile"), "0");
     EXPECT_EQ(commandCodes(), (std::vector<int>{0x18, 0x11, 0x02}));
     EXPECT_EQ(keyRecord(keyboard_->memory(), 0, 56)[0], 0);
-    // Resetting profile 1 takes its global settings with it; mode 3 is selected.
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_configdata WHERE key = 'gamemode'"), "0");
     EXPECT_EQ(sql("SELECT mode FROM t_lightdata WHERE profId = 1 AND status = 1"), "3");
-
-    // Reset all starts again from a fresh database.
     session_->profiles.customkey_button_profile(ProfileList::kAdd);
     session_->profiles.tableSelectionChanged(1);
     session_->keys.keyboardKeyAction("a");
