@@ -9,6 +9,7 @@
 
 #include "hid/virtual_qx9_memory.h"
 #include "i18n/language.h"
+#include "layout/key_maps.h"
 #include "ops/configuration.h"
 #include "ops/key_assignment.h"
 #include "ops/lighting.h"
@@ -63,6 +64,22 @@ TEST_F(OpsTest, RefusedChangesStoreAndSendNothing) {
     }
     EXPECT_EQ(sql("SELECT (SELECT COUNT(*) FROM t_keyprofile) + (SELECT COUNT(*) FROM t_userlight_leddata)"), "0");
     EXPECT_TRUE(sets().empty());
+}
+
+// A key made Fn is Fn on both layers, and every assignment sends one key map, whatever its kind.
+TEST_F(OpsTest, AKeyMadeFnIsFnOnBothLayersAndOneKeyMapGoesOut) {
+    ASSERT_TRUE(ops::assignKey(target(), 1, 1, 5, *ops::paletteFunction(kFnKeyCode)));
+    EXPECT_EQ(sql("SELECT group_concat(fnlayerId) FROM (SELECT fnlayerId FROM t_keyprofile WHERE keyvalue = 5 "
+                  "ORDER BY fnlayerId)"), "0,1");
+    clearWire();
+    ASSERT_TRUE(ops::assignKey(target(), 1, 0, 41, *ops::capturedKeysFunction({225, 30})));
+    std::vector<int> codes;
+    for (const Bytes& b : sets()) {
+        if (b[0] == 0x04) codes.push_back(b[1]);
+    }
+    EXPECT_EQ(codes, (std::vector<int>{0x18, 0x11, 0x02}));
+    ASSERT_TRUE(ops::assignKey(target(), 1, 0, 41, ops::defaultFunction()));
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_keyprofile WHERE keyvalue = 41"), "0");
 }
 
 TEST_F(OpsTest, NoMoreMacrosThanTheKeyboardAddresses) {
