@@ -212,6 +212,13 @@ TEST_F(Qx9ctl, ProfilesAndKeys) {
     EXPECT_EQ(ok({"--json", "profile", "list"}),
               "[\n  {\n    \"id\": \"1\",\n    \"name\": \"Configuration File 1\"\n  },\n"
               "  {\n    \"id\": \"2\",\n    \"name\": \"Games\"\n  }\n]\n");
+    // A name cannot forge records; bytes that are not UTF-8 do not stop --json. The database
+    // keeps the name byte for byte.
+    ok({"profile", "rename", "2", "A\tB\nC\\\xff"});
+    EXPECT_EQ(ok({"profile", "list"}), "1\tConfiguration File 1\n2\tA\\tB\\nC\\\\\xff\n");
+    EXPECT_NE(ok({"--json", "profile", "list"}).find("\"A\\tB\\nC\\\\\xEF\xBF\xBD\""), std::string::npos);
+    EXPECT_EQ(sql("SELECT hex(name) FROM t_profile WHERE profId = 2"), "4109420A435CFF");
+    ok({"profile", "rename", "2", "Games"});
 
     ok({"key", "set", "1", "0", "a", "key:5"});
     ok({"key", "set", "1", "1", "escape", "combo:225+30"});  // the dialog's functions go to the base layer
