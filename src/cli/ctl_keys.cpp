@@ -68,8 +68,10 @@ ProfileKey parseFunction(Context& c, const std::string& text, bool& baseLayer) {
         throw UsageError{"combo needs at least one key code"};
     }
     if (kind == "macro") return macroChoice(c, parts);
-    const std::int64_t type = kind == "mouse" ? kMacroTypeMouse : kind == "media" ? kMacroTypeMultimedia
-                              : kind == "mac" ? kMacroTypeMacShortcut : 0;
+    std::int64_t type = 0;
+    if (kind == "mouse") type = kMacroTypeMouse;
+    else if (kind == "media") type = kMacroTypeMultimedia;
+    else if (kind == "mac") type = kMacroTypeMacShortcut;
     if (type == 0) throw UsageError{"unknown function \"" + text + "\"; " + kFunctionUsage};
     const auto count = static_cast<std::int64_t>(ops::functionChoices(type).size());
     if (parts.size() != 2) throw UsageError{kind + " takes one number, 1-" + std::to_string(count)};

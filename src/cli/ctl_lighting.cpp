@@ -154,8 +154,9 @@ void cmdLight(Context& c, const std::vector<std::string>& args) {
         else expect(2, "preset 1-14");
         RgbColor colour;
         if (verb == "color") {
-            colour = {static_cast<int>(parseInRange(args[1], "red", 0, 255)), static_cast<int>(parseInRange(args[2], "green", 0, 255)),
-                      static_cast<int>(parseInRange(args[3], "blue", 0, 255))};
+            colour = {static_cast<std::uint8_t>(parseInRange(args[1], "red", 0, 255)),
+                      static_cast<std::uint8_t>(parseInRange(args[2], "green", 0, 255)),
+                      static_cast<std::uint8_t>(parseInRange(args[3], "blue", 0, 255))};
         } else {
             colour = presetLightColor(static_cast<int>(parseInRange(args[1], "the preset", 1, kPresetColorCount)));
         }
@@ -183,8 +184,11 @@ void cmdLight(Context& c, const std::vector<std::string>& args) {
     } else if (verb == "direction") {
         expect(2, "direction up|down|left|right");
         const std::string& d = args[1];
-        const std::int64_t direction = d == "up" ? ops::kUp : d == "right" ? ops::kRight : d == "left" ? ops::kLeft
-                                       : d == "down" ? ops::kDown : -1;
+        std::int64_t direction = -1;
+        if (d == "up") direction = ops::kUp;
+        else if (d == "right") direction = ops::kRight;
+        else if (d == "left") direction = ops::kLeft;
+        else if (d == "down") direction = ops::kDown;
         if (direction < 0) throw UsageError{"direction takes up, down, left or right, not \"" + d + "\""};
         const Effect e = selected(c);
         const bool upDown = direction == ops::kUp || direction == ops::kDown;

@@ -27,7 +27,7 @@ std::vector<UserLightData> sets(Context& c) {
 }
 
 // The row of an existing set.
-std::size_t setRow(Context& c, const std::vector<UserLightData>& list, const std::string& text) {
+std::size_t setRow(const std::vector<UserLightData>& list, const std::string& text) {
     const std::int64_t id = parseInteger(text, "the user light");
     for (std::size_t i = 0; i < list.size(); ++i) {
         if (list[i].userlight_id == id) return i;
@@ -37,7 +37,7 @@ std::size_t setRow(Context& c, const std::vector<UserLightData>& list, const std
 
 std::int64_t parseSet(Context& c, const std::string& text) {
     const std::vector<UserLightData> list = sets(c);
-    return list[setRow(c, list, text)].userlight_id;
+    return list[setRow(list, text)].userlight_id;
 }
 
 std::uint32_t parseColour(const std::string& text) {
@@ -97,7 +97,7 @@ void cmdUserLight(Context& c, const std::vector<std::string>& args) {
     } else if (verb == "delete") {
         expect(2);
         const std::vector<UserLightData> before = sets(c);
-        const std::size_t row = setRow(c, before, args[1]);
+        const std::size_t row = setRow(before, args[1]);
         check(ops::deleteUserLight({c.database()}, before[row].userlight_id));
         // The set that takes the deleted one's row is shown, which sends it, as in the window.
         if (row + 1 < before.size()) check(ops::showUserLight(c.target(), before[row + 1].userlight_id));

@@ -16,7 +16,7 @@ Outcome byteValue(std::int64_t value, const char* what) {
 
 }  // namespace
 
-std::int64_t effectOfRow(int row) { return row < kEffectRows - 1 ? row + 1 : kEffectOff; }
+std::int64_t effectOfRow(int row) { return row < kEffectRows - 1 ? std::int64_t{row} + 1 : std::int64_t{kEffectOff}; }
 
 int effectTextId(int row) { return textid::kEffectFirst + row; }
 

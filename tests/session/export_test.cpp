@@ -33,10 +33,10 @@ protected:
         s.profiles.setKeyProfileTableSelect(1);
         s.profiles.keyTableItemViewEdit(1, "Games");
         db.writeLightProfile(2);
-        db.addKeyProfile({.profId = 1, .keyValue = 4, .macroType = kMacroTypeKey, .macroValue = 5});  // a → b
+        db.addKeyProfile({.profId = 1, .keyValue = 4, .macroType = kMacroTypeKey, .macroValue = 5, .macroDesc = ""});  // a → b
         db.addKeyProfile({.fnlayerId = 1, .profId = 1, .keyValue = 41, .macroType = kMacroTypeCombination,
-                          .macroValue = 30, .macro2Value = 225});
-        db.addKeyProfile({.profId = 3, .keyValue = 44, .macroType = kMacroTypeDisabled, .macroValue = 1});
+                          .macroValue = 30, .macro2Value = 225, .macroDesc = ""});
+        db.addKeyProfile({.profId = 3, .keyValue = 44, .macroType = kMacroTypeDisabled, .macroValue = 1, .macroDesc = ""});
         db.updateConfigData(1, "gamemode", "1");
         db.modifyLightData(2, 4, std::vector<std::uint8_t>{4, 1, 2, 3, 0, 0, 0, 0, 0, 9, 8, 1});
         const std::int64_t macro = db.addMacroProfile("Macro1");
@@ -45,7 +45,7 @@ protected:
         db.addMacroRecord({0, macro, kRecordKeyUp, 2, 4, "A"});
         db.modifyMacroInfo({macro, 3, 2, 15, ""});
         db.addKeyProfile({.profId = 1, .keyValue = 5, .macroType = kMacroTypeMacro, .macroValue = macro,
-                          .macro2Value = 1, .macro3Value = 3});
+                          .macro2Value = 1, .macro3Value = 3, .macroDesc = ""});
         s.userLights.addUserLight();
         s.userLights.addUserLight();
         const std::int64_t gone = s.userLights.userlight_id();

@@ -28,7 +28,9 @@ TEST(StoreLocation, FileLivesInTheDataDirectoryOfTheApplication) {
                       dir / (expected + "org.qx9config.Qx9/db/device_keyboard_81k_v2.sqlite3")),
                   !expected.empty())
             << expected;
-        if (expected.empty()) EXPECT_EQ(std::filesystem::is_empty(dir.path()) ? console.text() : "files", "");
+        if (expected.empty()) {
+            EXPECT_EQ(std::filesystem::is_empty(dir.path()) ? console.text() : "files", "");
+        }
     }
 }
 
