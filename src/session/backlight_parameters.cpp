@@ -1,63 +1,11 @@
 // The backlight page's parameter controls: colour, random colour, brightness, speed, direction
-// and sleep time, and the colour helpers both lighting pages share.
-#include "session/backlight_parameters.h"
-
-#include <cmath>
-
+// and sleep time.
 #include "common/fatal.h"
-#include "common/text_number.h"
-#include "layout/key_maps.h"
 #include "session/keyboard_session.h"
 #include "session/lighting_page.h"
 #include "ops/settings.h"
 
 namespace qx9 {
-
-namespace {
-
-int roundedByte(double component) {
-    const double v = std::round(component * 255.0);
-    if (!(v >= 0.0)) return 0;
-    return v > 255.0 ? 255 : static_cast<int>(v);
-}
-
-}  // namespace
-
-LightColor coarseColorFromBytes(std::int64_t red, std::int64_t green, std::int64_t blue) {
-    return {static_cast<double>(red / 255), static_cast<double>(green / 255),
-            static_cast<double>(blue / 255)};
-}
-
-int componentByte(double component) {
-    const double v = component * 255.0;
-    if (!std::isfinite(v) || v <= -1.0 || v >= 256.0)
-        fatalError("a colour component outside a byte");
-    return static_cast<int>(v);
-}
-
-std::uint32_t rgbValue(const LightColor& c) {
-    return static_cast<std::uint32_t>(roundedByte(c.red)) << 16 |
-           static_cast<std::uint32_t>(roundedByte(c.green)) << 8 |
-           static_cast<std::uint32_t>(roundedByte(c.blue));
-}
-
-LightColor getColorValue(std::int64_t index) {
-    const RgbColor c =
-        presetLightColor(index >= 1 && index <= kPresetColorCount ? static_cast<int>(index) : 1);
-    return lightColorOf(c.r, c.g, c.b);
-}
-
-std::vector<std::uint32_t> colorfulLightColours(const std::vector<KeyData>& keys) {
-    std::vector<std::uint32_t> colours;
-    colours.reserve(keys.size());
-    for (const KeyData& k : keys) {
-        const KeyCodeEntry& e = G_KB_SuperKeyCodeMap.at(static_cast<int>(k.keycode));
-        colours.push_back(rgbValue(coarseColorFromBytes(e.rgb_r, e.rgb_g, e.rgb_b)));
-    }
-    return colours;
-}
-
-std::int64_t colorFieldValue(const std::string& text) { return leadingInteger(text); }
 
 // ---- The page's parameter controls ----
 
@@ -73,7 +21,7 @@ void LightingPage::colorButtonAction(ColorButtonPress press) {
             const LightColor c = getColorValue(press.preset);
             swatch_ = rgbValue(c);
             // The preset goes into the per-key page's number fields, not into this page's own.
-            s_.userLights.setUserLightColorFields(componentByte(c.red), componentByte(c.green), componentByte(c.blue));
+            s_.userLights.setUserLightColorFields(colorComponentByte(c.red), colorComponentByte(c.green), colorComponentByte(c.blue));
             setLightKeyboardCheckColor(c);
             break;
         }
@@ -88,9 +36,9 @@ void LightingPage::colorButtonAction(ColorButtonPress press) {
 }
 
 void LightingPage::lightColorPanel(const LightColor& color) {
-    editColor_[0] = std::to_string(componentByte(color.red));
-    editColor_[1] = std::to_string(componentByte(color.green));
-    editColor_[2] = std::to_string(componentByte(color.blue));
+    editColor_[0] = std::to_string(colorComponentByte(color.red));
+    editColor_[1] = std::to_string(colorComponentByte(color.green));
+    editColor_[2] = std::to_string(colorComponentByte(color.blue));
     setLightKeyboardCheckColor(color);
 }
 
@@ -119,9 +67,9 @@ void LightingPage::setLightKeyboardCheckColor(const LightColor& color) {
     if (!readRecord(s_.core.currentLightMode, record)) return;
     changeRecord([&](const ops::Target& t) {
         return ops::setLightColour(t, s_.core.currentProfile, s_.core.currentLightMode,
-                                   static_cast<std::uint8_t>(componentByte(color.red)),
-                                   static_cast<std::uint8_t>(componentByte(color.green)),
-                                   static_cast<std::uint8_t>(componentByte(color.blue)));
+                                   static_cast<std::uint8_t>(colorComponentByte(color.red)),
+                                   static_cast<std::uint8_t>(colorComponentByte(color.green)),
+                                   static_cast<std::uint8_t>(colorComponentByte(color.blue)));
     });
 }
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "ops/lighting.h"
-#include "session/backlight_parameters.h"
+#include "ops/light_colours.h"
 #include "store/records.h"
 
 namespace qx9 {

@@ -1,9 +1,7 @@
 // The per-key lighting editor: selecting keys on the on-screen keyboard and painting them with
 // the colour controls. Painting changes only the screen; Apply stores it.
 #include "common/fatal.h"
-#include "session/backlight_parameters.h"
 #include "session/keyboard_session.h"
-#include "session/light_color.h"
 #include "session/user_light_page.h"
 
 namespace qx9 {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "session/light_color.h"
+#include "ops/light_colours.h"
 
 namespace qx9 {
 

@@ -1,10 +1,13 @@
-// The colours both lighting pages share: the colour-view representation, presets, fields.
-#include "session/light_color.h"
+// The colours both lighting pages and qx9ctl share: the colour-view representation, presets,
+// previews, fields.
+#include "ops/light_colours.h"
 
 #include <cctype>
 #include <cmath>
 
 #include "common/fatal.h"
+#include "common/text_number.h"
+#include "layout/key_maps.h"
 
 namespace qx9 {
 
@@ -57,5 +60,41 @@ std::string validatedColorField(const std::string& text) {
     if (*v < 0) return "0";
     return text;
 }
+
+namespace {
+
+int roundedByte(double component) {
+    const double v = std::round(component * 255.0);
+    if (!(v >= 0.0)) return 0;
+    return v > 255.0 ? 255 : static_cast<int>(v);
+}
+
+}  // namespace
+
+LightColor coarseColorFromBytes(std::int64_t red, std::int64_t green, std::int64_t blue) {
+    return {static_cast<double>(red / 255), static_cast<double>(green / 255), static_cast<double>(blue / 255)};
+}
+
+std::uint32_t rgbValue(const LightColor& c) {
+    return static_cast<std::uint32_t>(roundedByte(c.red)) << 16 | static_cast<std::uint32_t>(roundedByte(c.green)) << 8 |
+           static_cast<std::uint32_t>(roundedByte(c.blue));
+}
+
+LightColor getColorValue(std::int64_t index) {
+    const RgbColor c = presetLightColor(index >= 1 && index <= kPresetColorCount ? static_cast<int>(index) : 1);
+    return lightColorOf(c.r, c.g, c.b);
+}
+
+std::vector<std::uint32_t> colorfulLightColours(const std::vector<KeyData>& keys) {
+    std::vector<std::uint32_t> colours;
+    colours.reserve(keys.size());
+    for (const KeyData& k : keys) {
+        const KeyCodeEntry& e = G_KB_SuperKeyCodeMap.at(static_cast<int>(k.keycode));
+        colours.push_back(rgbValue(coarseColorFromBytes(e.rgb_r, e.rgb_g, e.rgb_b)));
+    }
+    return colours;
+}
+
+std::int64_t colorFieldValue(const std::string& text) { return leadingInteger(text); }
 
 }  // namespace qx9
