@@ -1,5 +1,6 @@
 // Host time of whole user actions on a database of realistic size: a macro save with 50 macros
-// of 40 events, one event inserted into a 40-event macro, a key assignment, and an export and an
+// of 40 events, one event inserted into a 40-event macro (and by the macro page into one of 600
+// and of 2400 events), a key assignment, and an export and an
 // import of that database. The keyboard is the virtual QX9
 // and the transport's pacer does not pause, so the keyboard's mandated 5 ms pauses are left
 // out and only the host's own work is measured. The database lives in a fresh directory under
@@ -122,10 +123,29 @@ void BM_InsertEvent(benchmark::State& state) {
     for (auto _ : state) {
         std::vector<qx9::ops::RecordRow> longer = events;
         qx9::ops::insertEvents(longer, 0, false, qx9::ops::delayEvents(10));
-        if (!qx9::ops::storeAndSendEvents(target, macro, longer, target.db.countMacros())) state.SkipWithError("not stored");
+        const qx9::ops::Outcome o = qx9::ops::storeAndSendEvents(target, macro, longer, target.db.countMacros());
+        if (o.status == qx9::ops::Outcome::kNotStored) state.SkipWithError("not stored");
     }
 }
 BENCHMARK(BM_InsertEvent)->Unit(benchmark::kMillisecond);
+
+// The macro page's Insert button on a macro of N events: the list stored, the macro memory
+// counted again for the page, the download (which the capacity check stops).
+void BM_PageInsertEvent(benchmark::State& state) {
+    qx9::MacroPage& page = g_session->macros;
+    page.addMacroData();
+    const int row = page.macroSelectIndex();
+    std::vector<qx9::ops::RecordRow> events;
+    for (std::int64_t e = 0; e < state.range(0); e += 2) events.insert(events.end(), {{qx9::kRecordKeyDown, "A", 4}, {qx9::kRecordKeyUp, "A", 4}});
+    qx9::ops::storeEvents(*g_session->core.target(), page.MacroListDatas().back().macroid, events);
+    page.macroTableSelectionChanged(row);
+    page.radio_action_delaytime();
+    page.controlTextDidChange(qx9::MacroField::kInsertEvent, "10");
+    for (auto _ : state) page.insertNewEvent();
+    state.counters["events"] = static_cast<double>(page.RecordListDatas().size());
+    page.deleteMacroData();
+}
+BENCHMARK(BM_PageInsertEvent)->Arg(600)->Arg(2400)->Unit(benchmark::kMillisecond);
 
 // A key assignment (qx9ctl key set 1 0 a key:5): stored, then profile 1's key map sent.
 void BM_AssignKey(benchmark::State& state) {

@@ -67,11 +67,36 @@ int main(int argc, char** argv) {
     s.profiles.customkey_button_profile(ProfileList::kAdd);
     save(&window, out + "/key-page-en.png");
 
+    // A macro made as a user would: a key, a delay, a mouse click.
+    s.macros.addMacroData();
+    s.macros.macroTableSetObjectValue(0, "Build");
+    const auto insertKey = [&](std::int64_t usage) {
+        s.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = usage;
+        s.macros.insertNewEvent();
+    };
+    s.macros.radio_action_keyboardevent();
+    insertKey(0xE0);  // Left Control
+    insertKey(0x05);  // B
+    s.macros.radio_action_delaytime();
+    s.macros.controlTextDidChange(MacroField::kInsertEvent, "120");
+    s.macros.insertNewEvent();
+    s.macros.radio_action_mouseevent();
+    s.macros.insertNewEvent();
+    s.macros.addMacroData();
+    s.macros.macroTableSelectionChanged(0);
+    s.macros.radio_action_keyboardevent();
+    s.device.showPage(kPageMacros);
+    save(&window, out + "/macro-page-en.png");
+    s.device.showPage(kPageKeys);
+
     s.settings.comboBoxSelectionDidChange(1);
     s.device.button_action_home();
     save(&window, out + "/start-view-zh-CN.png");
     s.device.button_keyboard_connect();
     save(&window, out + "/key-page-zh-CN.png");
+    s.device.showPage(kPageMacros);
+    save(&window, out + "/macro-page-zh-CN.png");
+    s.device.showPage(kPageKeys);
     s.settings.comboBoxSelectionDidChange(2);
     save(&window, out + "/key-page-zh-TW.png");
     s.settings.comboBoxSelectionDidChange(0);

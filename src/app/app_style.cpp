@@ -45,6 +45,19 @@ QComboBox:focus, QLineEdit:focus { border-color: #CA5100; }
 QCheckBox::indicator:checked { background: #CA5100; border: 1px solid #CA5100; border-radius: 3px; }
 QCheckBox::indicator:unchecked { background: #24262b; border: 1px solid #4a4e57; border-radius: 3px; }
 QMessageBox { background: #202226; }
+QFrame[role="panel"] { background: #1b1c20; border: 1px solid #2d3036; border-radius: 8px; }
+QLabel[role="heading"] { font-size: 13px; font-weight: 600; color: #f2f3f5; background: transparent; border: none; }
+QLabel[role="alert"] { color: #f7d9a8; background: transparent; border: none; }
+QFrame[role="panel"] QLabel, QFrame[role="panel"] QRadioButton { background: transparent; border: none; }
+QRadioButton::indicator:checked { background: #CA5100; border: 1px solid #CA5100; border-radius: 6px; }
+QRadioButton::indicator:unchecked { background: #24262b; border: 1px solid #4a4e57; border-radius: 6px; }
+QPushButton[role="compact"] { padding: 6px 8px; }
+QPushButton[role="primary"] { background: #CA5100; border-color: #CA5100; color: #ffffff; font-weight: 600; }
+QPushButton[recording="true"] { background: #b3261e; border-color: #e0463c; color: #ffffff; font-weight: 600; }
+QPushButton:disabled, QLineEdit:disabled, QComboBox:disabled, QRadioButton:disabled { color: #6b6f78; }
+QProgressBar { background: #24262b; border: 1px solid #33363d; border-radius: 4px; }
+QProgressBar::chunk { background: #CA5100; border-radius: 3px; }
+QProgressBar[full="true"]::chunk { background: #e0463c; }
 )";
 
 }  // namespace

@@ -22,6 +22,7 @@
 #include "pages/custom_key_dialog_view.h"
 #include "pages/key_menu.h"
 #include "pages/key_page_view.h"
+#include "pages/macro_page_view.h"
 #include "pages/settings_page_view.h"
 #include "widgets/custom_key_func_view.h"
 #include "widgets/keyboard_view.h"
@@ -123,22 +124,19 @@ void KeyboardViewController::initViewUI() {
     pages_ = new QStackedWidget(this);
     customkey_view = new KeyPageView(*session_, pages_);
     config_view = new SettingsPageView(*session_, pages_);
-    macroList_ = listPage("macro_tableview", this);
+    macro_view = new MacroPageView(*session_, pages_);
     lightList_ = listPage("light_mode_table", this);
     userLightList_ = listPage("userlight_table", this);
-    // Until these pages get their own editors, their lists already choose: a backlight effect,
-    // a macro (its events load) or a per-key set (its colours are sent).
+    // Until these pages get their own editors, their lists already choose: a backlight effect
+    // or a per-key set (its colours are sent).
     connect(lightList_, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!syncingLists_ && row >= 0) session_->lighting.lightModeSelectionChanged(row);
-    });
-    connect(macroList_, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (!syncingLists_) session_->macros.macroTableSelectionChanged(row);
     });
     connect(userLightList_, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!syncingLists_ && row >= 0) session_->userLights.userLightTableSelectionChanged(row);
     });
     pages_->addWidget(customkey_view);
-    pages_->addWidget(wrapPage("macro_view", macroList_));
+    pages_->addWidget(macro_view);
     pages_->addWidget(wrapPage("light_view", lightList_));
     pages_->addWidget(wrapPage("userlight_view", userLightList_));
     pages_->addWidget(config_view);
@@ -290,15 +288,11 @@ void KeyboardViewController::syncPages() {
 
 void KeyboardViewController::syncLists() {
     syncingLists_ = true;
-    macroList_->clear();
-    for (const MacroRow& r : session_->macros.MacroListDatas()) macroList_->addItem(QString::fromStdString(r.text));
     lightList_->clear();
     for (const LightModeRow& r : session_->lighting.light_mode_datas()) lightList_->addItem(QString::fromStdString(r.text));
     lightList_->setCurrentRow(session_->lighting.selectedRow() < lightList_->count() ? session_->lighting.selectedRow() : -1);
     userLightList_->clear();
     for (const UserLightRow& r : session_->userLights.userlight_datas()) userLightList_->addItem(QString::fromStdString(r.name));
-    const int macroRow = session_->macros.macroSelectIndex();
-    macroList_->setCurrentRow(macroRow < macroList_->count() ? macroRow : -1);
     const int setRow = session_->userLights.selectedRow();
     userLightList_->setCurrentRow(setRow < userLightList_->count() ? setRow : -1);
     syncingLists_ = false;
@@ -333,10 +327,11 @@ void KeyboardViewController::changed(SessionAspect aspect) {
         case SessionAspect::Language:
             applyLanguage();
             config_view->sync();
+            macro_view->retranslate();
             break;
+        case SessionAspect::Macros: macro_view->sync(); break;
         case SessionAspect::LightModes:
-        case SessionAspect::UserLights:
-        case SessionAspect::Macros: syncLists(); break;
+        case SessionAspect::UserLights: syncLists(); break;
     }
 }
 

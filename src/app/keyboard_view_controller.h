@@ -23,6 +23,7 @@ namespace qx9 {
 class KBToolTipsViewController;
 class KeyMenuViewController;
 class KeyPageView;
+class MacroPageView;
 class SettingsPageView;
 class StartView;
 class VirtualQX9;
@@ -37,6 +38,7 @@ public:
 
     KeyboardSession& session() { return *session_; }
     KeyPageView* keyPage() const { return customkey_view; }
+    MacroPageView* macroPage() const { return macro_view; }
     StartView* startView() const { return nodevice_view; }
     KeyMenuViewController* keyMenu() const { return keyboardKeyMenu; }
     VirtualQX9* virtualKeyboard() const { return virtual_.get(); }
@@ -87,7 +89,7 @@ private:
     QToolButton* home_btn = nullptr;
     KeyPageView* customkey_view = nullptr;
     SettingsPageView* config_view = nullptr;
-    QListWidget* macroList_ = nullptr;
+    MacroPageView* macro_view = nullptr;
     QListWidget* lightList_ = nullptr;
     QListWidget* userLightList_ = nullptr;
     KeyMenuViewController* keyboardKeyMenu = nullptr;

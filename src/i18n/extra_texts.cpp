@@ -37,6 +37,21 @@ Texts textsOf(ExtraText id) {
                     "程序以使用新的设置，或导入备份（qx9ctl import 文件）。",
                     "%1 已損壞或不是本程式的設定檔。沒有向鍵盤傳送任何內容，檔案保持原樣。請將其移走後重新啟動"
                     "程式以使用新的設定，或匯入備份（qx9ctl import 檔案）。"};
+        case ExtraText::kMacroMemory: return {"Macro memory: %1 of %2 bytes", "宏内存：已用 %1 / %2 字节", "巨集記憶體：已用 %1 / %2 位元組"};
+        case ExtraText::kMacroMemoryFull:
+            return {"Too large for the keyboard: the macros are not sent until events or macros are removed.",
+                    "超出键盘的宏内存：删除一些事件或宏之前，宏不会发送到键盘。",
+                    "超出鍵盤的巨集記憶體：刪除一些事件或巨集之前，巨集不會傳送到鍵盤。"};
+        case ExtraText::kMacroRecording:
+            return {"Recording: press the keys of the macro. %1 events so far.", "正在录制：请按下宏的按键。已录制 %1 个事件。",
+                    "正在錄製：請按下巨集的按鍵。已錄製 %1 個事件。"};
+        case ExtraText::kMacroSkipped:
+            return {"%1 keys skipped: the keyboard cannot play them (the last was HID usage %2).",
+                    "已跳过 %1 个键盘无法播放的按键（最后一个为 HID 用法 %2）。",
+                    "已略過 %1 個鍵盤無法播放的按鍵（最後一個為 HID 用法 %2）。"};
+        case ExtraText::kMacroPressKey: return {"Press a key", "请按下一个键", "請按下一個鍵"};
+        case ExtraText::kDeleteEvent: return {"Delete Event", "删除事件", "刪除事件"};
+        case ExtraText::kRename: return {"Rename", "重命名", "重新命名"};
     }
     return {"", "", ""};
 }

@@ -14,6 +14,14 @@ enum class ExtraText {
     kNotSent,            // "The keyboard did not take the change. It is saved on this computer; …"
     kUnreadableTitle,    // "The settings file cannot be read"
     kUnreadableMessage,  // "%1 is damaged or …": %1 stands for the file
+    // The macro page.
+    kMacroMemory,      // "Macro memory: %1 of %2 bytes"
+    kMacroMemoryFull,  // "Too large for the keyboard: …"
+    kMacroRecording,   // "Recording: … %1 events so far."
+    kMacroSkipped,     // "%1 keys skipped …": %2 is the last one's HID usage
+    kMacroPressKey,    // "Press a key"
+    kDeleteEvent,      // "Delete Event"
+    kRename,           // "Rename"
 };
 
 std::string extraText(ExtraText id);

@@ -134,25 +134,30 @@ Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<Re
     if (delayMode == kNoDelay || delayMode == kDefaultDelay) info.delayType = delayMode;
     if (delayMode == kDefaultDelay) info.delayTime = delayTime;
     if (!target.db.saveMacro(info, records(macro, events))) return Outcome::notStored("the database did not take the macro");
-    return sentOrNot(sendMacros(target, listedMacroCount), "the macros");
+    return sendMacros(target, listedMacroCount);
 }
 
 Outcome storeAndSendEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
                            std::int64_t listedMacroCount) {
     Outcome stored = storeEvents(target, macro, events);
     if (!stored) return stored;
-    return sentOrNot(sendMacros(target, listedMacroCount), "the macros");
+    return sendMacros(target, listedMacroCount);
 }
 
-bool sendMacros(const Target& target, std::int64_t listedMacroCount) {
+namespace {
+
+// What a download of the stored macros reads; with `edited`, its events stand for the stored
+// events of `macro`.
+protocol::MacroDownloadInput downloadInput(const DeviceSQLite& db, std::int64_t listedMacroCount, std::int64_t macro,
+                                           const std::vector<RecordRow>* edited) {
     protocol::MacroDownloadInput input;
-    input.storedEventCount = target.db.getRecordCount();
     input.listedMacroCount = listedMacroCount;
     std::vector<MacroInfo> macros;
-    target.db.queryAllMacroData(macros);
+    db.queryAllMacroData(macros);
     for (const MacroInfo& m : macros) {
         protocol::MacroWithEvents entry{m, {}};
-        target.db.queryMacroRecord(m.macroId, entry.events);
+        if (edited && m.macroId == macro) entry.events = records(macro, *edited);
+        else db.queryMacroRecord(m.macroId, entry.events);
         // A damaged event (a key code outside a byte) is left out, with a console line.
         std::erase_if(entry.events, [](const RecordInfo& e) {
             const bool key = e.recordType == kRecordKeyDown || e.recordType == kRecordKeyUp;
@@ -162,8 +167,48 @@ bool sendMacros(const Target& target, std::int64_t listedMacroCount) {
         });
         input.macros.push_back(std::move(entry));
     }
-    return transfer(target, [&] { protocol::SaveMacroToKeyboard(target.keyboard, &input); });
+    return input;
 }
-bool sendMacros(const Target& target) { return sendMacros(target, target.db.countMacros()); }
+
+// The events the capacity check counts: every stored one, `edited` standing for `macro`'s.
+std::int64_t countedEvents(const DeviceSQLite& db, std::int64_t macro, const std::vector<RecordRow>* edited) {
+    std::int64_t count = db.getRecordCount();
+    if (edited) {
+        std::vector<RecordInfo> stored;
+        db.queryMacroRecord(macro, stored);
+        count += static_cast<std::int64_t>(edited->size()) - static_cast<std::int64_t>(stored.size());
+    }
+    return count;
+}
+
+}  // namespace
+
+MacroMemory macroMemory(const DeviceSQLite& db, std::int64_t listedMacroCount, std::int64_t macro,
+                        const std::vector<RecordRow>* edited) {
+    const std::int64_t events = countedEvents(db, macro, edited);
+    MacroMemory memory;
+    memory.used = protocol::macroMemoryBytes(events, listedMacroCount);
+    // Only a set that passes the count is laid out: the pauses can still overflow the block.
+    memory.fits = protocol::macrosFitKeyboard(events, listedMacroCount) &&
+                  protocol::tryBuildMacroBlock(downloadInput(db, listedMacroCount, macro, edited).macros).has_value();
+    return memory;
+}
+
+Outcome sendMacros(const Target& target, std::int64_t listedMacroCount) {
+    protocol::MacroDownloadInput input;
+    input.storedEventCount = countedEvents(target.db, 0, nullptr);
+    input.listedMacroCount = listedMacroCount;
+    if (const auto used = protocol::macroMemoryBytes(input.storedEventCount, listedMacroCount); used > protocol::kMacroCapacity) {
+        return Outcome::tooLarge("the macros need " + std::to_string(used) + " bytes of the keyboard's " +
+                                 std::to_string(protocol::kMacroCapacity) + "-byte macro memory");
+    }
+    input.macros = downloadInput(target.db, listedMacroCount, 0, nullptr).macros;
+    if (!protocol::tryBuildMacroBlock(input.macros)) {
+        return Outcome::tooLarge("the macros with the pauses the keyboard puts between their events overflow its " +
+                                 std::to_string(protocol::kMacroBlockSize) + "-byte macro block");
+    }
+    return sentOrNot(transfer(target, [&] { protocol::SaveMacroToKeyboard(target.keyboard, &input); }), "the macros");
+}
+Outcome sendMacros(const Target& target) { return sendMacros(target, target.db.countMacros()); }
 
 }  // namespace qx9::ops

@@ -64,9 +64,23 @@ Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<Re
 Outcome storeAndSendEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
                            std::int64_t listedMacroCount);
 
+// How much of the keyboard's macro memory the macros take (4 bytes an event, 8 a macro) and
+// whether they reach the keyboard: `fits` is false over the capacity, and also when the pauses
+// put between events would overflow the macro block.
+struct MacroMemory {
+    std::int64_t used = 0;
+    std::int64_t capacity = protocol::kMacroCapacity;
+    bool fits = true;
+};
+// The stored macros, `listedMacroCount` counted as for sendMacros; with `edited`, its events
+// stand for the stored events of `macro` (a list being edited and not stored yet).
+MacroMemory macroMemory(const DeviceSQLite& db, std::int64_t listedMacroCount, std::int64_t macro = 0,
+                        const std::vector<RecordRow>* edited = nullptr);
+
 // Sends every stored macro. `listedMacroCount` is the number of macros the capacity check
-// counts (the macro page's rows; the store's count elsewhere).
-bool sendMacros(const Target& target, std::int64_t listedMacroCount);
-bool sendMacros(const Target& target);
+// counts (the macro page's rows; the store's count elsewhere). Macros too large for the
+// keyboard's memory are not sent at all (kTooLarge, saying how large they are).
+Outcome sendMacros(const Target& target, std::int64_t listedMacroCount);
+Outcome sendMacros(const Target& target);
 
 }  // namespace qx9::ops

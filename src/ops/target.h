@@ -24,6 +24,7 @@ struct Outcome {
         kRefused,    // the input was not valid: nothing changed
         kNotStored,  // the database did not take the change: nothing was sent
         kNotSent,    // stored, but the keyboard did not take the whole transaction
+        kTooLarge,   // stored, but too large for the keyboard's memory: nothing was sent
     };
     Status status = kDone;
     std::string message;
@@ -39,6 +40,7 @@ struct Outcome {
     static Outcome notSent(std::string what) {
         return {kNotSent, "stored, but the keyboard did not take " + std::move(what), {}, {}};
     }
+    static Outcome tooLarge(std::string why) { return {kTooLarge, "stored, but nothing was sent: " + std::move(why), {}, {}}; }
 };
 
 // Runs `send` (one or more transactions) and tells whether every report reached the keyboard;

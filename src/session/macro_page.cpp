@@ -72,6 +72,16 @@ int MacroPage::delayMode() const {
 
 void MacroPage::changed() { s_.core.notify(SessionAspect::Macros); }
 
+void MacroPage::eventsChanged() {
+    memory_ = {};
+    if (DeviceSQLite* db = s_.core.db()) {
+        const auto listed = static_cast<std::int64_t>(macros_.size());
+        const std::int64_t id = selectedMacroId();
+        memory_ = ops::macroMemory(*db, listed, id, id != 0 ? &records_ : nullptr);
+    }
+    changed();
+}
+
 std::int64_t MacroPage::selectedMacroId() const {
     if (macroSelectIndex_ < 0 || macroSelectIndex_ >= static_cast<int>(macros_.size())) return 0;
     return macros_[static_cast<std::size_t>(macroSelectIndex_)].macroid;
@@ -81,7 +91,7 @@ std::optional<ops::Target> MacroPage::target() const { return s_.core.target(); 
 
 void MacroPage::sendMacros() {
     if (const std::optional<ops::Target> t = target()) {
-        s_.core.report(ops::sentOrNot(ops::sendMacros(*t, static_cast<std::int64_t>(macros_.size())), "the macros"));
+        s_.core.report(ops::sendMacros(*t, static_cast<std::int64_t>(macros_.size())));
     }
 }
 
@@ -114,7 +124,7 @@ void MacroPage::initMacroList() {
         loadMacroRecordData(0);
     }
     radio_action_keyboardevent();
-    changed();
+    eventsChanged();
 }
 
 void MacroPage::macroTableSelectionChanged(int row) {
@@ -128,7 +138,7 @@ void MacroPage::macroTableSelectionChanged(int row) {
         records_.clear();
         EnabledControl(false);
     }
-    changed();
+    eventsChanged();
 }
 
 void MacroPage::setMacroTableSelect(int selectIndex) {
@@ -158,7 +168,7 @@ void MacroPage::loadMacroRecordData(int selectIndex) {
         }
     }
     EnabledControl(true);
-    changed();
+    eventsChanged();
 }
 
 void MacroPage::macroTableSetObjectValue(int row, const std::string& text) {
@@ -195,7 +205,7 @@ void MacroPage::deleteMacroData() {
     EnabledControl(false);
     macroSelectIndex_ = -1;
     recordSelectIndex_ = -1;
-    changed();
+    eventsChanged();
 }
 
 void MacroPage::EnabledControl(bool enabled) {
@@ -228,7 +238,9 @@ void MacroPage::radio_action_keyboardevent() {
     controls_.mousevent_combox_hidden = true;
     controls_.insertevent_edit_hidden = false;
     controls_.insertevent_edit = false;  // shows the next key pressed
+    controls_.insertevent_edit_text.clear();
     s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    skippedKeys_ = 0;
     installMonitor();
     changed();
 }
@@ -291,7 +303,7 @@ void MacroPage::insertNewEvent() {
     std::optional<std::size_t> selected;
     if (recordSelectIndex_ >= 0) selected = static_cast<std::size_t>(recordSelectIndex_);
     ops::insertEvents(records_, selected, controls_.insertevent_combox_index == 1, added);
-    changed();
+    eventsChanged();
     // Stored, then every macro is sent.
     if (const std::optional<ops::Target> t = target()) {
         s_.core.report(ops::storeAndSendEvents(*t, selectedMacroId(), records_, static_cast<std::int64_t>(macros_.size())));
@@ -302,7 +314,7 @@ void MacroPage::deleteRecordItem() {
     if (recordSelectIndex_ < 0 || recordSelectIndex_ >= static_cast<int>(records_.size())) return;
     ops::deleteEventWithPartner(records_, static_cast<std::size_t>(recordSelectIndex_));
     if (recordSelectIndex_ >= static_cast<int>(records_.size())) recordSelectIndex_ = -1;
-    changed();
+    eventsChanged();
 }
 
 void MacroPage::button_action_delrecord() {

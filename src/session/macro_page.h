@@ -96,6 +96,12 @@ public:
     // The delay-mode radio that is on (DelayMode), or -1 when none is.
     int delayMode() const;
     const std::string& delayTimeText() const { return controls_.delaytime_edit_text; }
+    // How much of the keyboard's macro memory the macros take, the selected one as edited.
+    const ops::MacroMemory& memory() const { return memory_; }
+    // Keys pressed for the macro that the keyboard cannot play (recording, or the key to insert),
+    // since the recording started or the keyboard insert kind was chosen; the last one's usage.
+    int skippedKeys() const { return skippedKeys_; }
+    std::int64_t lastSkippedKey() const { return lastSkippedKey_; }
 
     // The macro list.
     void initMacroList();
@@ -155,6 +161,8 @@ private:
     void sendMacros();
     std::optional<ops::Target> target() const;
     void changed();
+    // The event list or the macro list changed: the memory in use is counted again.
+    void eventsChanged();
 
     KeyboardSession& s_;
     std::vector<MacroRow> macros_;
@@ -167,6 +175,9 @@ private:
     bool eventHandler_ = false;
     MacroPageControls controls_;
     MacroClock clock_;
+    ops::MacroMemory memory_;
+    int skippedKeys_ = 0;
+    std::int64_t lastSkippedKey_ = 0;
 };
 
 }  // namespace qx9

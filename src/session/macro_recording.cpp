@@ -33,7 +33,7 @@ void MacroPage::button_action_recordmacro() {
         controls_.record_button_title = textid::kStopRecord;
         records_.clear();  // the recording replaces the macro's events
         recordSelectIndex_ = -1;
-        changed();
+        eventsChanged();
     } else if (macroRecordType_ == kRecording) {
         macroRecordType_ = kIdle;
         stopMacroRecord();
@@ -50,6 +50,7 @@ void MacroPage::resetAfterRecording() {
 void MacroPage::startMacroRecord() {
     resetAfterRecording();
     s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    skippedKeys_ = 0;
     installMonitor();
     // lastRecordTime stays: the first key has no delay anyway, since the list is empty.
     changed();
@@ -67,6 +68,12 @@ void MacroPage::fillMacroRecord() {
     // Keys of other keyboards that the QX9 lacks (the keypad, say) are passed over.
     const KeyCodeEntry* key = G_KB_SuperKeyCodeMap.find(static_cast<int>(code));
     const bool known = key && !key->full_name.empty();
+    const bool waiting = controls_.keyboardevent_radiobutton || macroRecordType_ == kRecording;
+    if (!known && waiting && capture.lastKeyOperate == "down") {  // counted once a press
+        ++skippedKeys_;
+        lastSkippedKey_ = code;
+        changed();
+    }
 
     if (controls_.keyboardevent_radiobutton) {  // the Insert function waits for a key
         if (known) {
@@ -90,7 +97,7 @@ void MacroPage::fillMacroRecord() {
     }
     lastRecordTime_ = time;
     records_.push_back({capture.lastKeyOperate == "down" ? kRecordKeyDown : kRecordKeyUp, key->full_name, code});
-    changed();
+    eventsChanged();
 }
 
 void MacroPage::stopMacroRecord() {
@@ -103,7 +110,7 @@ void MacroPage::stopMacroRecord() {
         sendMacros();
     }
     resetAfterRecording();
-    changed();
+    eventsChanged();
 }
 
 }  // namespace qx9

@@ -10,6 +10,7 @@ bool SessionCore::report(const ops::Outcome& outcome) {
         case ops::Outcome::kNotSent:
             if (events) events->notice(extraText(ExtraText::kNotSent));
             return true;
+        case ops::Outcome::kTooLarge: return true;  // the page shows the memory the change needs
         case ops::Outcome::kNotStored:
             warn(extraText(ExtraText::kNotStoredTitle), extraText(ExtraText::kNotStoredMessage));
             return false;

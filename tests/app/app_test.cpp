@@ -1,12 +1,17 @@
 // The window on a virtual QX9, walked as a user would: synthesized clicks and keys, then the
 // database, the keyboard's memory and the widgets checked.
+#include <QAccessible>
 #include <QApplication>
+#include <QProgressBar>
 #include <QComboBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QListWidget>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -16,10 +21,13 @@
 #include "app/keystroke_capture.h"
 #include "app/start_view.h"
 #include "hid/virtual_qx9.h"
+#include "hid/virtual_qx9_memory.h"
+#include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "pages/custom_key_dialog_view.h"
 #include "pages/key_menu.h"
 #include "pages/key_page_view.h"
+#include "pages/macro_page_view.h"
 #include "support/sql_value.h"
 #include "widgets/custom_key_func_view.h"
 #include "widgets/keyboard_view.h"
@@ -47,6 +55,29 @@ class AppTest : public QObject {
         QTest::mouseMove(kb, p);
         QTest::mousePress(kb, Qt::LeftButton, Qt::NoModifier, p);
         QTest::mouseRelease(kb, Qt::LeftButton, Qt::NoModifier, p);
+    }
+
+    // The macro page with a new macro, as a user reaches it.
+    MacroPageView* newMacro() {
+        enterPages();
+        QTest::mouseClick(child<QToolButton>("macro_btn"), Qt::LeftButton);
+        QTest::mouseClick(child<QPushButton>("macro_btn_newmacro"), Qt::LeftButton);
+        return controller_->macroPage();
+    }
+    // A key as the window system delivers it: X11 key code = evdev code + 8.
+    void key(int evdev, bool press, ulong time = 0) {
+        QKeyEvent e(press ? QEvent::KeyPress : QEvent::KeyRelease, 0, Qt::NoModifier, quint32(evdev + 8), 0, 0);
+        e.setTimestamp(time);
+        QApplication::sendEvent(controller_->macroPage()->recordTable(), &e);
+    }
+    void click(const char* name) {
+        auto* b = child<QAbstractButton>(name);  // a radio takes clicks on its mark and text only
+        QTest::mouseClick(b, Qt::LeftButton, {}, qobject_cast<QRadioButton*>(b) ? QPoint(6, b->height() / 2) : QPoint());
+    }
+    QStringList events() {
+        QStringList rows;
+        for (QListWidget* t = controller_->macroPage()->recordTable(); rows.size() < t->count();) rows << t->item(rows.size())->text();
+        return rows;
     }
 
     QTemporaryDir dir_;
@@ -150,6 +181,11 @@ private slots:
         QCOMPARE(table->count(), 1);
     }
 
+    void macroInsertDeleteAndSave();
+    void macroRecording_data();
+    void macroRecording();
+    void macroRenameDeleteLimitAndLanguage();
+
     void unplugAndReplug() {
         enterPages();
         const auto setsBefore = controller_->virtualKeyboard()->setCount();
@@ -166,6 +202,96 @@ private slots:
         QCOMPARE(decodeLightMode(controller_->virtualKeyboard()->memory())->mode, 10);
     }
 };
+
+void AppTest::macroInsertDeleteAndSave() {
+    MacroPageView* page = newMacro();
+    QCOMPARE(page->macroTable()->item(0)->text(), QString("Macro1"));
+    key(30, true);  // A: the keyboard insert kind shows the key, Insert adds its press and release
+    QCOMPARE(child<QLineEdit>("insertevent_edit")->text(), QString("A"));
+    click("insertevent_button");
+    click("delayevent_radiobutton");
+    QTest::keyClicks(child<QLineEdit>("insertevent_edit"), "70000");
+    QCOMPARE(child<QLineEdit>("insertevent_edit")->text(), QString("60000"));
+    child<QLineEdit>("insertevent_edit")->clear();
+    QTest::keyClicks(child<QLineEdit>("insertevent_edit"), "50");
+    page->recordTable()->setCurrentRow(0);
+    click("insertevent_button");  // before the key down
+    page->recordTable()->setCurrentRow(2);
+    emit child<QComboBox>("insertevent_combox")->activated(1);
+    child<QLineEdit>("insertevent_edit")->setText("7");
+    emit child<QLineEdit>("insertevent_edit")->textEdited("7");
+    click("insertevent_button");  // after the key up
+    QCOMPARE(events(), QStringList({"[Delay:ms] 50", "[KEY DOWN] A", "[KEY UP] A", "[Delay:ms] 7"}));
+    page->recordTable()->setCurrentRow(1);
+    click("macro_btn_deleteevent");  // the key down takes its key up along
+    QCOMPARE(events(), QStringList({"[Delay:ms] 50", "[Delay:ms] 7"}));
+    click("macro_btn_save");
+    QCOMPARE(sql("SELECT group_concat(record_value) FROM (SELECT record_value FROM t_macrorecord ORDER BY record_index)"), std::string("50,7"));
+    const auto macros = decodeMacros(controller_->virtualKeyboard()->memory());
+    QCOMPARE(macros.size(), std::size_t(1));
+    QCOMPARE(macros[0].events.size(), std::size_t(2));
+    QCOMPARE(macros[0].events[1].value, 7);
+    QVERIFY(child<QLabel>("macro_label_memory")->text().contains("16 of 2500"));  // 2 events, 1 macro
+}
+
+void AppTest::macroRecording_data() {
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QStringList>("recorded");
+    QTest::newRow("recording delay") << "recorddelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms]", "[KEY DOWN] A", "[Delay:ms]", "[KEY UP] A"};
+    QTest::newRow("no delay") << "nodelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[KEY DOWN] A", "[KEY UP] A"};
+    QTest::newRow("default delay") << "defaultdelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms] 30", "[KEY DOWN] A", "[Delay:ms] 30", "[KEY UP] A"};
+}
+
+void AppTest::macroRecording() {
+    QFETCH(QString, mode);
+    QFETCH(QStringList, recorded);
+    MacroPageView* page = newMacro();
+    click(qPrintable(mode));
+    if (mode.startsWith("default")) QTest::keyClicks(child<QLineEdit>("delaytime_edit"), "30");
+    click("record_button");
+    QCOMPARE(child<QPushButton>("record_button")->text(), QString::fromStdString(localizedText(textid::kStopRecord)));
+    key(42, true, 1);   // Left Shift
+    key(79, true, 2);   // keypad 1: the keyboard cannot play it
+    key(30, true, 3);
+    key(30, false, 4);
+    QVERIFY(child<QLabel>("macro_label_recordstate")->text().contains("1 keys skipped"));
+    click("record_button");
+    QStringList shown = events();
+    for (QString& row : shown) row.remove(QRegularExpression(" \\d+$"));  // recorded delays depend on the clock
+    for (QString& row : recorded) row.remove(QRegularExpression(" \\d+$"));
+    QCOMPARE(shown, recorded);
+    if (mode.startsWith("default")) QCOMPARE(events()[1], QString("[Delay:ms] 30"));
+    QCOMPARE(sql("SELECT count(*) FROM t_macrorecord"), std::to_string(recorded.size()));
+    QCOMPARE(decodeMacros(controller_->virtualKeyboard()->memory()).at(0).events.size(), std::size_t(recorded.size()) + (mode.startsWith("no") ? 2 : 0));  // two 10 ms pauses
+    (void)page;
+}
+
+void AppTest::macroRenameDeleteLimitAndLanguage() {
+    MacroPageView* page = newMacro();
+    page->macroTable()->item(0)->setText("Copy");
+    QTRY_COMPARE(sql("SELECT macro_name FROM t_macro_data"), std::string("Copy"));
+    QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
+    page->macroTable()->setCurrentRow(-1);
+    click("macro_btn_deletemacro");  // nothing selected: a warning, nothing deleted
+    QCOMPARE(warnings.count(), 1);
+    QCOMPARE(sql("SELECT count(*) FROM t_macro_data"), std::string("1"));
+    page->macroTable()->setCurrentRow(0);
+    click("macro_btn_deletemacro");
+    QCOMPARE(page->macroTable()->count(), 0);
+    for (int i = 0; i < 101; ++i) click("macro_btn_newmacro");
+    QCOMPARE(page->macroTable()->count(), 100);
+    QCOMPARE(warnings.last().at(0).toString(), QString::fromStdString(extraText(ExtraText::kMacroLimitTitle)));
+    child<QComboBox>("combo_language")->setCurrentIndex(1);
+    QCOMPARE(child<QPushButton>("macro_btn_newmacro")->text(), QString::fromStdString(CHSLanguage::getLan(182)));
+    QCOMPARE(child<QComboBox>("insertevent_combox")->itemText(1), QString::fromStdString(CHSLanguage::getLan(231)));
+    // What a screen reader reads: every control of the page has a name.
+    for (QWidget* w : page->findChildren<QWidget*>()) {
+        if (!qobject_cast<QAbstractButton*>(w) && !qobject_cast<QComboBox*>(w) && !qobject_cast<QLineEdit*>(w) &&
+            !qobject_cast<QAbstractItemView*>(w) && !qobject_cast<QProgressBar*>(w)) continue;
+        QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
+        QVERIFY2(a && !a->text(QAccessible::Name).isEmpty(), qPrintable(w->objectName()));
+    }
+}
 
 QTEST_MAIN(AppTest)
 #include "app_test.moc"

@@ -15,6 +15,7 @@
 #include "common/console.h"
 #include "hid/virtual_qx9.h"
 #include "hid/virtual_qx9_memory.h"
+#include "ops/macros.h"
 #include "support/sql_value.h"
 
 namespace qx9::test {
@@ -309,6 +310,21 @@ TEST_F(Qx9ctl, Macros) {
     for (const char* mode : {"default:30", "none", "record"}) {
         ok({"macro", "delay-mode", "1", mode});
         EXPECT_EQ(ok({"macro", "list"}), std::string("1\tCopy\t3\t") + mode + "\n3\tMacro3\t0\trecord\n");
+    }
+}
+
+TEST_F(Qx9ctl, MacrosTooLargeForTheKeyboardAreStoredButNotSentAndItSaysWhy) {
+    ok({"macro", "add"});
+    // 600 key events pass the 2500-byte count but not with the pauses between them; 700 do not pass it.
+    for (const auto& [presses, why] : {std::pair{300, "the macros with the pauses the keyboard puts between their events overflow"},
+                                       std::pair{350, "the macros need 2812 bytes of the keyboard's 2500-byte"}}) {
+        std::vector<ops::RecordRow> events;
+        for (int i = 0; i < presses; ++i) events.insert(events.end(), {{2, "A", 4}, {3, "A", 4}});
+        ASSERT_TRUE(ops::storeEvents({*DeviceSQLite::openFile(path("db.sqlite3")), nullptr}, 1, events));
+        EXPECT_EQ(run({"macro", "insert", "1", "delay:5"}), 1);
+        EXPECT_NE(err_.str().find(std::string("stored, but nothing was sent: ") + why), std::string::npos) << err_.str();
+        EXPECT_EQ(sql("SELECT count(*) FROM t_macrorecord"), std::to_string(2 * presses + 1));
+        EXPECT_TRUE(decodeMacros(keyboard()).empty());
     }
 }
 

@@ -1,0 +1,379 @@
+#include "pages/macro_page_view.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStyle>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "i18n/extra_texts.h"
+#include "i18n/language.h"
+#include "session/keyboard_session.h"
+
+namespace qx9 {
+
+namespace {
+
+// Widths of the side columns; the event list takes the rest.
+constexpr int kMacroColumnWidth = 236;
+constexpr int kInsertColumnWidth = 250;
+
+QString text(int id) { return QString::fromStdString(localizedText(id)); }
+QString text(ExtraText id) { return QString::fromStdString(extraText(id)); }
+
+template <typename W>
+W* named(W* w, const char* name) {
+    w->setObjectName(name);
+    return w;
+}
+
+QLabel* heading(const char* name, QWidget* parent) {
+    auto* l = named(new QLabel(parent), name);
+    l->setProperty("role", "heading");
+    return l;
+}
+
+// Radios whose state the page model decides: a click asks the model, which turns the others off.
+QRadioButton* modelRadio(const char* name, QWidget* parent) {
+    auto* r = named(new QRadioButton(parent), name);
+    r->setAutoExclusive(false);
+    return r;
+}
+
+QFrame* panel(const char* name, QWidget* parent) {
+    auto* f = named(new QFrame(parent), name);
+    f->setProperty("role", "panel");
+    return f;
+}
+
+void setTextKeepingCursor(QLineEdit* edit, const QString& value) {
+    if (edit->text() == value) return;
+    const int cursor = edit->cursorPosition();
+    edit->setText(value);
+    edit->setCursorPosition(std::min<int>(cursor, static_cast<int>(value.size())));
+}
+
+// Rebuilds a list only when its rows changed, so that a long event list is not redrawn on
+// every change of a radio or a field.
+bool fill(QListWidget* list, QStringList& shown, const QStringList& rows, bool editable) {
+    if (rows == shown) return false;
+    shown = rows;
+    list->clear();
+    for (const QString& row : rows) {
+        auto* item = new QListWidgetItem(row, list);
+        if (editable) item->setFlags(item->flags() | Qt::ItemIsEditable);
+    }
+    return true;
+}
+
+void select(QListWidget* list, int row) {
+    if (row >= 0 && row < list->count()) {
+        list->setCurrentRow(row);
+    } else {
+        list->setCurrentRow(-1);
+        list->clearSelection();
+    }
+}
+
+}  // namespace
+
+MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidget(parent), session_(session) {
+    setObjectName("macro_view");
+    MacroPage& model = session_.macros;
+
+    // The macro list, its buttons and the memory the macros take.
+    auto* listPanel = panel("macro_listpanel", this);
+    auto* listLabel = heading("macro_label_macrolist", listPanel);
+    macro_tableview = named(new QListWidget(listPanel), "macro_tableview");
+    macro_tableview->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
+    macro_btn_newmacro = named(new QPushButton(listPanel), "macro_btn_newmacro");
+    macro_btn_deletemacro = named(new QPushButton(listPanel), "macro_btn_deletemacro");
+    renameButton_ = named(new QPushButton(listPanel), "macro_btn_renamemacro");
+    memoryBar_ = named(new QProgressBar(listPanel), "macro_memory");
+    memoryBar_->setTextVisible(false);
+    memoryBar_->setMaximumHeight(8);
+    auto* memoryText = named(new QLabel(listPanel), "macro_label_memory");
+    memoryText->setWordWrap(true);
+    memoryFull_ = named(new QLabel(listPanel), "macro_label_memoryfull");
+    memoryFull_->setWordWrap(true);
+    memoryFull_->setProperty("role", "alert");
+    for (QPushButton* b : {macro_btn_newmacro, macro_btn_deletemacro, renameButton_}) b->setProperty("role", "compact");
+    auto* listButtons = new QHBoxLayout;
+    listButtons->setSpacing(6);
+    listButtons->addWidget(macro_btn_newmacro);
+    listButtons->addWidget(macro_btn_deletemacro);
+    listButtons->addWidget(renameButton_);
+    auto* listLayout = new QVBoxLayout(listPanel);
+    listLayout->addWidget(listLabel);
+    listLayout->addWidget(macro_tableview, 1);
+    listLayout->addLayout(listButtons);
+    listLayout->addSpacing(6);
+    listLayout->addWidget(memoryBar_);
+    listLayout->addWidget(memoryText);
+    listLayout->addWidget(memoryFull_);
+    listPanel->setFixedWidth(kMacroColumnWidth);
+
+    // The events of the selected macro and recording.
+    auto* eventPanel = panel("macro_recordpanel", this);
+    auto* recordLabel = heading("macro_label_recordlist", eventPanel);
+    record_tableview = named(new QListWidget(eventPanel), "record_tableview");
+    record_tableview->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    record_tableview->setUniformItemSizes(true);
+    record_button = named(new QPushButton(eventPanel), "record_button");
+    record_button->setFocusPolicy(Qt::NoFocus);  // a recorded Space must not stop the recording
+    deleteEventButton_ = named(new QPushButton(eventPanel), "macro_btn_deleteevent");
+    recordState_ = named(new QLabel(eventPanel), "macro_label_recordstate");
+    recordState_->setWordWrap(true);
+    recordState_->setProperty("role", "alert");
+    auto* eventHeader = new QHBoxLayout;
+    eventHeader->addWidget(recordLabel, 1);
+    eventHeader->addWidget(record_button);
+    auto* eventButtons = new QHBoxLayout;
+    eventButtons->addWidget(deleteEventButton_);
+    eventButtons->addStretch();
+    auto* eventLayout = new QVBoxLayout(eventPanel);
+    eventLayout->addLayout(eventHeader);
+    eventLayout->addWidget(record_tableview, 1);
+    eventLayout->addWidget(recordState_);
+    eventLayout->addLayout(eventButtons);
+
+    // Inserting events, the delay mode and Save.
+    auto* insertPanel = panel("macro_insertpanel", this);
+    auto* insertLabel = heading("macro_label_insertevent", insertPanel);
+    insertevent_combox = named(new QComboBox(insertPanel), "insertevent_combox");
+    keyboardevent_radiobutton = modelRadio("keyboardevent_radiobutton", insertPanel);
+    mouseevent_radiobutton = modelRadio("mouseevent_radiobutton", insertPanel);
+    delayevent_radiobutton = modelRadio("delayevent_radiobutton", insertPanel);
+    mousevent_combox = named(new QComboBox(insertPanel), "mousevent_combox");
+    insertevent_edit = named(new QLineEdit(insertPanel), "insertevent_edit");
+    insertevent_button = named(new QPushButton(insertPanel), "insertevent_button");
+    recorddelay_radiobutton = modelRadio("recorddelay_radiobutton", insertPanel);
+    nodelay_radiobutton = modelRadio("nodelay_radiobutton", insertPanel);
+    defaultdelay_radiobutton = modelRadio("defaultdelay_radiobutton", insertPanel);
+    delaytime_edit = named(new QLineEdit(insertPanel), "delaytime_edit");
+    delaytime_edit->setMaximumWidth(90);
+    macro_btn_save = named(new QPushButton(insertPanel), "macro_btn_save");
+    macro_btn_save->setProperty("role", "primary");
+    auto* kinds = new QHBoxLayout;
+    kinds->addWidget(keyboardevent_radiobutton);
+    kinds->addWidget(mouseevent_radiobutton);
+    kinds->addWidget(delayevent_radiobutton);
+    kinds->addStretch();
+    auto* defaultRow = new QHBoxLayout;
+    defaultRow->addWidget(defaultdelay_radiobutton);
+    defaultRow->addWidget(delaytime_edit);
+    defaultRow->addStretch();
+    auto* insertLayout = new QVBoxLayout(insertPanel);
+    insertLayout->addWidget(insertLabel);
+    insertLayout->addWidget(insertevent_combox);
+    insertLayout->addLayout(kinds);
+    insertLayout->addWidget(mousevent_combox);
+    insertLayout->addWidget(insertevent_edit);
+    insertLayout->addWidget(insertevent_button);
+    insertLayout->addSpacing(14);
+    insertLayout->addWidget(recorddelay_radiobutton);
+    insertLayout->addWidget(nodelay_radiobutton);
+    insertLayout->addLayout(defaultRow);
+    insertLayout->addStretch();
+    insertLayout->addWidget(macro_btn_save);
+    insertPanel->setFixedWidth(kInsertColumnWidth);
+
+    auto* page = new QHBoxLayout(this);
+    page->setContentsMargins(20, 16, 20, 16);
+    page->setSpacing(14);
+    page->addWidget(listPanel);
+    page->addWidget(eventPanel, 1);
+    page->addWidget(insertPanel);
+
+    // The user's actions go to the page model; its change notification brings sync().
+    connect(macro_btn_newmacro, &QPushButton::clicked, this, [&model] { model.button_action_addmacro(); });
+    connect(macro_btn_deletemacro, &QPushButton::clicked, this, [&model] { model.button_action_delmacro(); });
+    connect(renameButton_, &QPushButton::clicked, this, [this] {
+        if (QListWidgetItem* item = macro_tableview->currentItem()) macro_tableview->editItem(item);
+    });
+    connect(macro_tableview, &QListWidget::currentRowChanged, this, [this, &model](int row) {
+        if (!syncing_) model.macroTableSelectionChanged(row);
+    });
+    connect(macro_tableview, &QListWidget::itemChanged, this, &MacroPageView::macroRenamed);
+    connect(record_tableview, &QListWidget::currentRowChanged, this, [this, &model](int row) {
+        if (!syncing_) model.recordTableSelectionChanged(row);
+    });
+    connect(deleteEventButton_, &QPushButton::clicked, this, [&model] { model.button_action_delrecord(); });
+    connect(record_button, &QPushButton::clicked, this, [&model] { model.button_action_recordmacro(); });
+    connect(insertevent_combox, &QComboBox::activated, this, [&model](int i) { model.insertevent_combox_select(i); });
+    connect(mousevent_combox, &QComboBox::activated, this, [&model](int i) { model.mousevent_combox_select(i); });
+    connect(keyboardevent_radiobutton, &QRadioButton::clicked, this, [&model] { model.radio_action_keyboardevent(); });
+    connect(mouseevent_radiobutton, &QRadioButton::clicked, this, [&model] { model.radio_action_mouseevent(); });
+    connect(delayevent_radiobutton, &QRadioButton::clicked, this, [&model] { model.radio_action_delaytime(); });
+    connect(recorddelay_radiobutton, &QRadioButton::clicked, this, [&model] { model.radio_action_autodelaytime(); });
+    connect(nodelay_radiobutton, &QRadioButton::clicked, this, [&model] { model.radio_action_nodelaytime(); });
+    connect(defaultdelay_radiobutton, &QRadioButton::clicked, this, [&model] { model.radio_action_defaultdelaytime(); });
+    connect(insertevent_edit, &QLineEdit::textEdited, this, [&model](const QString& t) {
+        model.controlTextDidChange(MacroField::kInsertEvent, t.toStdString());
+    });
+    connect(delaytime_edit, &QLineEdit::textEdited, this, [&model](const QString& t) {
+        model.controlTextDidChange(MacroField::kDelayTime, t.toStdString());
+    });
+    connect(insertevent_button, &QPushButton::clicked, this, [&model] { model.button_action_insertevent(); });
+    connect(macro_btn_save, &QPushButton::clicked, this, [&model] { model.button_action_saverecord(); });
+
+    // The page's key monitor. Application filters run last-installed first, and the keystroke
+    // capture installs its own after the window is built, so the capture state is up to date
+    // when this filter reads it.
+    qApp->installEventFilter(this);
+    record_tableview->installEventFilter(this);
+    retranslate();
+    sync();
+}
+
+bool MacroPageView::eventFilter(QObject* watched, QEvent* event) {
+    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (!key || !isVisible()) return QWidget::eventFilter(watched, event);
+    const auto* keyEvent = static_cast<QKeyEvent*>(event);
+    if (watched == record_tableview) {
+        // Delete removes the selected event (and its partner), as the button does.
+        if (event->type() == QEvent::KeyPress && keyEvent->key() == Qt::Key_Delete &&
+            session_.macros.macroRecordType() != MacroPage::kRecording) {
+            session_.macros.button_action_delrecord();
+            return true;
+        }
+        return false;
+    }
+    // The application filter sees an event once for every object it passes through: the model
+    // is told of it once. Auto-repeats are not new key events.
+    const LastKey seen{keyEvent->nativeScanCode(), event->type(), keyEvent->timestamp()};
+    if (keyEvent->isAutoRepeat() || seen == lastKey_) return session_.macros.macroRecordType() == MacroPage::kRecording;
+    lastKey_ = seen;
+    session_.macros.localKeyEvent();
+    // While recording, the keys pressed are the macro, not input for the page's controls.
+    return session_.macros.macroRecordType() == MacroPage::kRecording;
+}
+
+void MacroPageView::macroRenamed(QListWidgetItem* item) {
+    if (syncing_) return;
+    const int row = macro_tableview->row(item);
+    const std::string name = limitFieldText(MacroField::kName, item->text().toStdString());
+    // After the editor has closed: the model's change rebuilds the list.
+    QTimer::singleShot(0, this, [this, row, name] {
+        session_.macros.macroTableSetObjectValue(row, name);
+        shownMacros_.clear();  // an empty or refused name shows the stored one again
+        sync();
+    });
+}
+
+void MacroPageView::retranslate() {
+    syncing_ = true;
+    const auto fillCombo = [](QComboBox* box, std::initializer_list<int> ids) {
+        const int current = box->currentIndex();
+        box->clear();
+        for (int id : ids) box->addItem(text(id));
+        box->setCurrentIndex(std::max(current, 0));
+    };
+    fillCombo(insertevent_combox, {textid::kInsertBefore, textid::kInsertBefore + 1});
+    fillCombo(mousevent_combox, {textid::kMouseLeft, textid::kMouseLeft + 1, textid::kMouseLeft + 2});
+    syncing_ = false;
+    renameButton_->setText(text(ExtraText::kRename));
+    deleteEventButton_->setText(text(ExtraText::kDeleteEvent));
+    macro_tableview->setAccessibleName(text(textid::kMacroList));
+    record_tableview->setAccessibleName(text(textid::kMacroRecordList));
+    insertevent_combox->setAccessibleName(text(textid::kInsertEvent));
+    mousevent_combox->setAccessibleName(text(textid::kMouseEventRadio));
+    delaytime_edit->setAccessibleName(text(textid::kDefaultDelayRadio));
+    shownRecords_.clear();  // mouse rows keep their stored texts; delays and keys relabel
+    sync();
+}
+
+void MacroPageView::sync() {
+    const MacroPage& model = session_.macros;
+    const MacroPageControls& c = model.controls();
+    syncing_ = true;
+    syncLists();
+    record_tableview->setEnabled(c.record_tableview);
+    deleteEventButton_->setEnabled(c.record_tableview && model.recordSelectIndex() >= 0 &&
+                                   model.macroRecordType() != MacroPage::kRecording);
+    macro_btn_deletemacro->setEnabled(true);  // with no macro selected it says why
+    renameButton_->setEnabled(model.macroSelectIndex() >= 0);
+    macro_btn_save->setEnabled(model.macroSelectIndex() >= 0);
+    insertevent_combox->setEnabled(c.insertevent_combox);
+    insertevent_combox->setCurrentIndex(c.insertevent_combox_index);
+    mousevent_combox->setEnabled(c.mousevent_combox);
+    mousevent_combox->setCurrentIndex(c.mousevent_combox_index);
+    mousevent_combox->setVisible(!c.mousevent_combox_hidden);
+    insertevent_edit->setVisible(!c.insertevent_edit_hidden);
+    insertevent_edit->setEnabled(c.insertevent_edit);
+    setTextKeepingCursor(insertevent_edit, QString::fromStdString(c.insertevent_edit_text));
+    const bool keyboardKind = c.keyboardevent_radiobutton;
+    insertevent_edit->setPlaceholderText(keyboardKind ? text(ExtraText::kMacroPressKey) : QStringLiteral("ms"));
+    insertevent_edit->setAccessibleName(text(keyboardKind ? textid::kKeyboardEventRadio : textid::kDelayEventRadio));
+    insertevent_button->setEnabled(c.insertevent_button);
+    delaytime_edit->setEnabled(c.delaytime_edit);
+    setTextKeepingCursor(delaytime_edit, QString::fromStdString(c.delaytime_edit_text));
+    const std::pair<QRadioButton*, bool> radios[] = {
+        {keyboardevent_radiobutton, c.keyboardevent_radiobutton}, {mouseevent_radiobutton, c.mouseevent_radiobutton},
+        {delayevent_radiobutton, c.delayevent_radiobutton},       {recorddelay_radiobutton, c.recorddelay_radiobutton},
+        {nodelay_radiobutton, c.nodelay_radiobutton},             {defaultdelay_radiobutton, c.defaultdelay_radiobutton}};
+    for (const auto& [radio, on] : radios) radio->setChecked(on);
+    for (QRadioButton* r : {keyboardevent_radiobutton, mouseevent_radiobutton, delayevent_radiobutton}) {
+        r->setEnabled(c.eventRadiosEnabled);
+    }
+    const bool recording = model.macroRecordType() == MacroPage::kRecording;
+    record_button->setEnabled(c.record_button);
+    record_button->setText(text(c.record_button_title));
+    if (record_button->property("recording").toBool() != recording) {
+        record_button->setProperty("recording", recording);
+        record_button->style()->unpolish(record_button);
+        record_button->style()->polish(record_button);
+    }
+    QStringList state;
+    if (recording) state << text(ExtraText::kMacroRecording).arg(model.RecordListDatas().size());
+    if (model.skippedKeys() > 0) {
+        state << text(ExtraText::kMacroSkipped)
+                     .arg(model.skippedKeys())
+                     .arg(QStringLiteral("0x%1").arg(model.lastSkippedKey(), 2, 16, QLatin1Char('0')));
+    }
+    recordState_->setText(state.join(QLatin1Char(' ')));
+    recordState_->setVisible(!state.isEmpty());
+    syncMemory();
+    syncing_ = false;
+}
+
+void MacroPageView::syncLists() {
+    const MacroPage& model = session_.macros;
+    QStringList macros;
+    for (const MacroRow& r : model.MacroListDatas()) macros << QString::fromStdString(r.text);
+    QStringList records;
+    records.reserve(static_cast<qsizetype>(model.RecordListDatas().size()));
+    for (const RecordRow& r : model.RecordListDatas()) records << QString::fromStdString(recordListText(r));
+    fill(macro_tableview, shownMacros_, macros, true);
+    const bool grown = fill(record_tableview, shownRecords_, records, false);
+    select(macro_tableview, model.macroSelectIndex());
+    select(record_tableview, model.recordSelectIndex());
+    // While recording, the newest event stays in sight.
+    if (grown && model.macroRecordType() == MacroPage::kRecording) record_tableview->scrollToBottom();
+}
+
+void MacroPageView::syncMemory() {
+    const ops::MacroMemory& memory = session_.macros.memory();
+    memoryBar_->setRange(0, static_cast<int>(memory.capacity));
+    memoryBar_->setValue(static_cast<int>(std::clamp<std::int64_t>(memory.used, 0, memory.capacity)));
+    const QString used = text(ExtraText::kMacroMemory).arg(memory.used).arg(memory.capacity);
+    memoryBar_->setAccessibleName(used);
+    if (auto* label = findChild<QLabel*>("macro_label_memory")) label->setText(used);
+    memoryFull_->setText(text(ExtraText::kMacroMemoryFull));
+    memoryFull_->setVisible(!memory.fits);
+    if (memoryBar_->property("full").toBool() != !memory.fits) {
+        memoryBar_->setProperty("full", !memory.fits);
+        memoryBar_->style()->unpolish(memoryBar_);
+        memoryBar_->style()->polish(memoryBar_);
+    }
+}
+
+}  // namespace qx9
