@@ -225,9 +225,9 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
     connect(insertevent_button, &QPushButton::clicked, this, [&model] { model.button_action_insertevent(); });
     connect(macro_btn_save, &QPushButton::clicked, this, [&model] { model.button_action_saverecord(); });
 
-    // The page's key monitor. Application filters run last-installed first, and the keystroke
-    // capture installs its own after the window is built, so the capture state is up to date
-    // when this filter reads it.
+    // The page's key monitor, which never consumes an event. Application filters run
+    // last-installed first, and the keystroke capture installs its own after the window is
+    // built, so the capture state is up to date when this filter reads it.
     qApp->installEventFilter(this);
     record_tableview->installEventFilter(this);
     retranslate();
@@ -238,23 +238,22 @@ bool MacroPageView::eventFilter(QObject* watched, QEvent* event) {
     const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     if (!key || !isVisible()) return QWidget::eventFilter(watched, event);
     const auto* keyEvent = static_cast<QKeyEvent*>(event);
-    if (watched == record_tableview) {
-        // Delete removes the selected event (and its partner), as the button does.
-        if (event->type() == QEvent::KeyPress && keyEvent->key() == Qt::Key_Delete &&
-            session_.macros.macroRecordType() != MacroPage::kRecording) {
-            session_.macros.button_action_delrecord();
-            return true;
-        }
-        return false;
-    }
-    // The application filter sees an event once for every object it passes through: the model
-    // is told of it once. Auto-repeats are not new key events.
+    // The key monitor. The application filter sees an event once for every object it passes
+    // through: the model is told of it once. Auto-repeats are not new key events.
     const LastKey seen{keyEvent->nativeScanCode(), event->type(), keyEvent->timestamp()};
-    if (keyEvent->isAutoRepeat() || seen == lastKey_) return session_.macros.macroRecordType() == MacroPage::kRecording;
-    lastKey_ = seen;
-    session_.macros.localKeyEvent();
-    // While recording, the keys pressed are the macro, not input for the page's controls.
-    return session_.macros.macroRecordType() == MacroPage::kRecording;
+    if (!keyEvent->isAutoRepeat() && seen != lastKey_) {
+        lastKey_ = seen;
+        session_.macros.localKeyEvent();
+    }
+    if (watched != record_tableview) return false;
+    // The event list holds the focus while recording: the keys pressed are the macro, not
+    // moves in the list. Otherwise Delete removes the selected event and its partner.
+    if (session_.macros.macroRecordType() == MacroPage::kRecording) return true;
+    if (event->type() == QEvent::KeyPress && keyEvent->key() == Qt::Key_Delete) {
+        session_.macros.button_action_delrecord();
+        return true;
+    }
+    return false;
 }
 
 void MacroPageView::macroRenamed(QListWidgetItem* item) {
@@ -329,6 +328,7 @@ void MacroPageView::sync() {
     record_button->setText(text(c.record_button_title));
     if (record_button->property("recording").toBool() != recording) {
         record_button->setProperty("recording", recording);
+        if (recording) record_tableview->setFocus();
         record_button->style()->unpolish(record_button);
         record_button->style()->polish(record_button);
     }
