@@ -5,6 +5,7 @@
 
 class QSystemTrayIcon;
 class QTimer;
+class QAction;
 class QMenu;
 
 namespace qx9 {
@@ -27,10 +28,15 @@ public:
     void startPrivilegeMonitor();
     void createButtonStatusBar();
     void clickQuit();
+    // The tray item was clicked: with a menu attached, any click opens it.
+    void statusItemActivated();
+    QMenu* statusMenu() const { return quickButton; }
+    bool readsEventDevices() const;
 
 private:
     QSystemTrayIcon* statusItem = nullptr;
     QMenu* quickButton = nullptr;
+    QAction* quickQuit = nullptr;
     QTimer* privilegeTimer_ = nullptr;
     std::unique_ptr<PrivilegeMonitor> privilegeMonitor_;
     std::unique_ptr<KeystrokeCapture> keystrokeCapture_;

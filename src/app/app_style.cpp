@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFont>
 #include <QPalette>
+#include <QProxyStyle>
 #include <QStyleFactory>
 
 namespace qx9 {
@@ -31,7 +32,8 @@ QPushButton[role="menuitem"]:hover { background: #CA5100; color: #ffffff; }
 #keyboardKeyMenu, #keyboardToolTips { background: #24262b; border: 1px solid #3a3d45; border-radius: 6px; }
 #label_keydesc { font-weight: 600; }
 #label_keymacro { color: #f0a060; }
-QListWidget { background: #1e2024; border: 1px solid #2d3036; border-radius: 6px; padding: 4px; }
+QListWidget { background: #1e2024; border: 1px solid #2d3036; border-radius: 6px; padding: 4px; outline: 0; }
+QListWidget QLineEdit { padding: 0px 6px; margin: 0px; border: 1px solid #CA5100; border-radius: 3px; background: #24262b; }
 QListWidget::item { padding: 7px 8px; border-radius: 4px; }
 QListWidget::item:selected { background: #CA5100; color: #ffffff; }
 QListWidget::item:hover:!selected { background: #2b2e34; }
@@ -60,10 +62,21 @@ QProgressBar::chunk { background: #CA5100; border-radius: 3px; }
 QProgressBar[full="true"]::chunk { background: #e0463c; }
 )";
 
+// Fusion, without the theme icons it would put on the buttons of message boxes and dialogs.
+class AppStyle : public QProxyStyle {
+public:
+    AppStyle() : QProxyStyle(QStyleFactory::create("Fusion")) {}
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override {
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
 }  // namespace
 
 void applyAppStyle(QApplication& app) {
-    app.setStyle(QStyleFactory::create("Fusion"));
+    app.setStyle(new AppStyle);
     QPalette p;
     p.setColor(QPalette::Window, QColor(0x17, 0x18, 0x1b));
     p.setColor(QPalette::WindowText, QColor(0xe6, 0xe7, 0xea));

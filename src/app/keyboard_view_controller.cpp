@@ -5,9 +5,9 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
-#include <QMessageBox>
 #include <QShowEvent>
 #include <QStackedWidget>
+#include <QStyle>
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -16,6 +16,7 @@
 #include "app/start_view.h"
 #include "hid/device_access.h"
 #include "hid/virtual_qx9.h"
+#include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "i18n/language_switch.h"
 #include "layout/key_maps.h"
@@ -23,6 +24,7 @@
 #include "pages/key_menu.h"
 #include "pages/key_page_view.h"
 #include "pages/macro_page_view.h"
+#include "pages/message_box.h"
 #include "pages/settings_page_view.h"
 #include "widgets/custom_key_func_view.h"
 #include "widgets/keyboard_view.h"
@@ -38,14 +40,23 @@ struct PageButton {
     int code;
     const char* name;
     const char* icon;
+    ExtraText label;  // its tooltip and accessible name
 };
 constexpr PageButton kPageButtons[] = {
-    {kPageKeys, "customkey_btn", "icon_menu_customkey"},
-    {kPageMacros, "macro_btn", "icon_menu_macro"},
-    {kPageBacklight, "light_btn", "icon_menu_light"},
-    {kPageUserLight, "userlight_btn", "icon_menu_userlight"},
-    {kPageSettings, "config_btn", "icon_menu_config"},
+    {kPageKeys, "customkey_btn", "icon_menu_customkey", ExtraText::kPageKeys},
+    {kPageMacros, "macro_btn", "icon_menu_macro", ExtraText::kPageMacros},
+    {kPageBacklight, "light_btn", "icon_menu_light", ExtraText::kPageBacklight},
+    {kPageUserLight, "userlight_btn", "icon_menu_userlight", ExtraText::kPageUserLight},
+    {kPageSettings, "config_btn", "icon_menu_config", ExtraText::kPageSettings},
 };
+
+// Shows a changed dynamic property that the style sheet reads.
+void restyle(QWidget* w, const char* property, bool value) {
+    if (w->property(property).toBool() == value && w->property(property).isValid()) return;
+    w->setProperty(property, value);
+    w->style()->unpolish(w);
+    w->style()->polish(w);
+}
 
 QListWidget* listPage(const char* name, QWidget* parent) {
     auto* list = new QListWidget(parent);
@@ -278,7 +289,7 @@ void KeyboardViewController::syncPages() {
     for (const PageButton& p : kPageButtons) {
         const bool selected = p.code == view;
         pageButtons_[p.code]->setIcon(QIcon(QString(":/images/%1%2").arg(p.icon, selected ? "_check" : "")));
-        pageButtons_[p.code]->setProperty("selected", selected);
+        restyle(pageButtons_[p.code], "selected", selected);
     }
     auto* body = static_cast<QStackedWidget*>(nodevice_view->parentWidget());
     body->setCurrentWidget(session_->device.showingHomePage() ? static_cast<QWidget*>(nodevice_view) : pages_);
@@ -300,6 +311,13 @@ void KeyboardViewController::syncLists() {
 
 void KeyboardViewController::applyLanguage() {
     if (QWidget* w = window()) w->setWindowTitle(QString::fromStdString(session_->device.windowTitle()));
+    const auto name = [](QWidget* w, ExtraText id) {
+        const QString t = QString::fromStdString(extraText(id));
+        w->setToolTip(t);
+        w->setAccessibleName(t);
+    };
+    name(home_btn, ExtraText::kPageHome);
+    for (const PageButton& p : kPageButtons) name(pageButtons_[p.code], p.label);
     for (const SwitchedText& t : languageSwitchTexts()) {
         if (t.item != kWholeControl) continue;  // list and pop-up rows follow their own data
         QWidget* w = findChild<QWidget*>(QString::fromUtf8(t.control.data(), static_cast<int>(t.control.size())));
@@ -338,12 +356,7 @@ void KeyboardViewController::changed(SessionAspect aspect) {
 void KeyboardViewController::warning(const std::string& message, const std::string& informative) {
     const QString m = QString::fromStdString(message), i = QString::fromStdString(informative);
     emit warningShown(m, i);
-    auto* box = new QMessageBox(QMessageBox::Warning, QString(), m, QMessageBox::Ok, window());
-    box->setInformativeText(i);
-    box->setObjectName("warningSheet");
-    box->setWindowModality(Qt::WindowModal);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    openWarning(this, m, i);
 }
 
 void KeyboardViewController::notice(const std::string& text) {
@@ -352,6 +365,12 @@ void KeyboardViewController::notice(const std::string& text) {
     notice_->show();
     noticeTimer_->start();
     emit noticeShown(t);
+}
+
+void KeyboardViewController::keystrokeCaptureStarted(bool readsEventDevices) {
+    if (readsEventDevices || accessHintShown_) return;
+    accessHintShown_ = true;
+    notice(extraText(ExtraText::kInputAccessHint));
 }
 
 void KeyboardViewController::showKeyMenu() { keyboardKeyMenu->showAt(QCursor::pos()); }

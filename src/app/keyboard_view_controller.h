@@ -43,6 +43,9 @@ public:
     KeyMenuViewController* keyMenu() const { return keyboardKeyMenu; }
     VirtualQX9* virtualKeyboard() const { return virtual_.get(); }
 
+    // The keystroke capture has started: without the keyboards' event nodes it reads only this
+    // window's keys, and the notice bar says once how to give it access.
+    void keystrokeCaptureStarted(bool readsEventDevices);
     // Plugs the virtual keyboard in or out, as the monitor would report it.
     void plugVirtualKeyboard(bool plugged);
 
@@ -80,6 +83,7 @@ private:
     std::shared_ptr<VirtualQX9> virtual_;
     bool appeared_ = false;
     bool syncingLists_ = false;
+    bool accessHintShown_ = false;
 
     StartView* nodevice_view = nullptr;
     QLabel* notice_ = nullptr;  // the notice bar under the pages

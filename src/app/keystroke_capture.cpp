@@ -23,6 +23,8 @@ void KeystrokeCapture::start(CaptureState& state) {
     qApp->installEventFilter(this);
 }
 
+bool KeystrokeCapture::readsEventDevices() const { return keylogger_ && keylogger_->eventDeviceReadable(); }
+
 void KeystrokeCapture::watch(int fd, bool added) {
     if (added) {
         if (notifiers_.count(fd)) return;

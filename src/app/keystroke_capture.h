@@ -24,6 +24,8 @@ public:
     // Starts feeding `state`, which must outlive the capture.
     void start(CaptureState& state);
     bool started() const { return keylogger_ != nullptr; }
+    // Whether keys come from the keyboards' event nodes (otherwise from the window's key events).
+    bool readsEventDevices() const;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -67,5 +67,6 @@ int main(int argc, char** argv) {
 
     qx9::AppDelegate delegate;
     delegate.applicationDidFinishLaunching(controller->session().core.capture);
+    controller->keystrokeCaptureStarted(delegate.readsEventDevices());
     return app.exec();
 }

@@ -96,7 +96,7 @@ Keylogger::Keylogger(CaptureState& state, Discovery discovery) : state_(state) {
         }
         forEachKeyboardNode(udev_, [this](udev_device* dev) { nodeAppeared(dev); });
     }
-    if (streams_.empty()) console() << "Can't open HID!" << '\n';
+    if (streams_.empty() && failedOpens_ > 0) console() << "Can't open HID!" << '\n';
 }
 
 Keylogger::~Keylogger() {
@@ -129,6 +129,7 @@ void Keylogger::nodeAppeared(udev_device* dev) {
     if (hasKey(syspath)) return;
     // Not readable (yet): a later "change" of the node, when its permissions change, tries again.
     if (UniqueFd fd = openForReading(udev_device_get_devnode(dev))) addStream(std::move(fd), syspath);
+    else ++failedOpens_;
 }
 
 void Keylogger::hotplugReadable() {

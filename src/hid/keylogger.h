@@ -59,8 +59,8 @@ public:
     };
 
     // Prints "dll" and the device list on the console, opens every keyboard node there is and
-    // prints "Can't open HID!" when none of them opens (the capture then stays quiet until a
-    // readable keyboard appears).
+    // prints "Can't open HID!" when there are nodes and none of them opens (the capture then
+    // stays quiet until a readable keyboard appears).
     explicit Keylogger(CaptureState& state, Discovery discovery = Discovery::Udev);
     ~Keylogger();
     Keylogger(const Keylogger&) = delete;
@@ -108,6 +108,8 @@ private:
     };
 
     void drop(int fd);
+
+    int failedOpens_ = 0;  // keyboard nodes that would not open for reading
     void nodeAppeared(udev_device* dev);
     bool hasKey(const std::string& key) const;
 

@@ -52,6 +52,20 @@ Texts textsOf(ExtraText id) {
         case ExtraText::kMacroPressKey: return {"Press a key", "请按下一个键", "請按下一個鍵"};
         case ExtraText::kDeleteEvent: return {"Delete Event", "删除事件", "刪除事件"};
         case ExtraText::kRename: return {"Rename", "重命名", "重新命名"};
+        case ExtraText::kPageHome: return {"Home", "主页", "首頁"};
+        case ExtraText::kPageKeys: return {"Key Assignment", "按键设置", "按鍵設定"};
+        case ExtraText::kPageMacros: return {"Macros", "宏", "巨集"};
+        case ExtraText::kPageBacklight: return {"Backlight", "背光", "背光"};
+        case ExtraText::kPageUserLight: return {"Per-key Lighting", "单键灯光", "單鍵燈光"};
+        case ExtraText::kPageSettings: return {"Settings", "设置", "設定"};
+        case ExtraText::kQuit: return {"Quit", "退出", "結束"};
+        case ExtraText::kInputAccessHint:
+            return {"Keys are captured from this window only. To capture them from the keyboard itself, add your "
+                    "user to the \u201cinput\u201d group (sudo usermod -aG input $USER) and log in again.",
+                    "按键只从本窗口捕获。若要直接从键盘捕获按键，请将您的用户加入\u201cinput\u201d组"
+                    "（sudo usermod -aG input $USER）并重新登录。",
+                    "按鍵只從本視窗擷取。若要直接從鍵盤擷取按鍵，請將您的使用者加入「input」群組"
+                    "（sudo usermod -aG input $USER）並重新登入。"};
     }
     return {"", "", ""};
 }

@@ -22,6 +22,15 @@ enum class ExtraText {
     kMacroPressKey,    // "Press a key"
     kDeleteEvent,      // "Delete Event"
     kRename,           // "Rename"
+    // The header's buttons (tooltips and accessible names) and the tray menu.
+    kPageHome,
+    kPageKeys,
+    kPageMacros,
+    kPageBacklight,
+    kPageUserLight,
+    kPageSettings,
+    kQuit,
+    kInputAccessHint,  // how to let the application read the keyboard's event devices
 };
 
 std::string extraText(ExtraText id);

@@ -1,6 +1,8 @@
 #include "pages/key_menu.h"
 
+#include <QApplication>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <map>
@@ -30,6 +32,7 @@ QPushButton* menuRow(const char* name, int id, QWidget* parent) {
 
 KeyMenuViewController::KeyMenuViewController(QWidget* parent) : QFrame(parent, Qt::Popup | Qt::FramelessWindowHint) {
     setObjectName("keyboardKeyMenu");
+    setAttribute(Qt::WA_NoMouseReplay);  // the press that closes the menu is passed on here
     menuitem_defaultkey = menuRow("menuitem_defaultkey", 101, this);
     menuitem_diablekey = menuRow("menuitem_diablekey", 102, this);
     menuitem_customkey = menuRow("menuitem_customkey", 103, this);
@@ -37,6 +40,23 @@ KeyMenuViewController::KeyMenuViewController(QWidget* parent) : QFrame(parent, Q
     layout->setContentsMargins(4, 4, 4, 4);
     layout->setSpacing(0);
     for (QPushButton* b : {menuitem_defaultkey, menuitem_diablekey, menuitem_customkey}) layout->addWidget(b);
+}
+
+void KeyMenuViewController::mousePressEvent(QMouseEvent* event) {
+    if (rect().contains(event->position().toPoint())) {
+        QFrame::mousePressEvent(event);
+        return;
+    }
+    const QPointF global = event->globalPosition();
+    hide();
+    QWidget* target = QApplication::widgetAt(global.toPoint());
+    if (!target) return;
+    const QPointF local = target->mapFromGlobal(global);
+    for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent click(type, local, global, event->button(),
+                          type == QEvent::MouseButtonPress ? event->buttons() : Qt::NoButton, event->modifiers());
+        QApplication::sendEvent(target, &click);
+    }
 }
 
 void KeyMenuViewController::showAt(const QPoint& globalPos) {

@@ -16,6 +16,11 @@ public:
     // Sets the row texts in the current language and shows the menu at `globalPos`.
     void showAt(const QPoint& globalPos);
 
+protected:
+    // A press outside closes the menu and still reaches what it was aimed at (the palette, another
+    // key), so that no click is spent on closing the menu.
+    void mousePressEvent(QMouseEvent* event) override;
+
 private:
     QPushButton* menuitem_defaultkey;
     QPushButton* menuitem_diablekey;

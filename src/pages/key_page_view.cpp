@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -172,10 +173,12 @@ void KeyPageView::profileEdited(QListWidgetItem* item) {
     if (syncing_) return;
     const int index = customkey_keyprofile->row(item);
     const std::string text = item->text().toStdString();
-    // As the row view does: the edit ends with a notification carrying its index and text.
-    NotificationCenter::defaultCenter().post("keyTableItemViewEdit",
-                                             std::pair<int, std::string>{index, text});
-    syncProfiles();  // an empty or refused name shows the stored one again
+    // Once the editor has closed: the list is rebuilt then, not under the editor.
+    QTimer::singleShot(0, this, [this, index, text] {
+        // As the row view does: the edit ends with a notification carrying its index and text.
+        NotificationCenter::defaultCenter().post("keyTableItemViewEdit", std::pair<int, std::string>{index, text});
+        syncProfiles();  // an empty or refused name shows the stored one again
+    });
 }
 
 }  // namespace qx9

@@ -4,9 +4,9 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 
+#include "pages/message_box.h"
 #include "session/keyboard_session.h"
 
 namespace qx9 {
@@ -70,14 +70,7 @@ void SettingsPageView::sync() {
 }
 
 void SettingsPageView::confirmThen(bool all) {
-    const ConfirmationTexts t = all ? SettingsPage::resetAllTexts() : SettingsPage::resetKeysTexts();
-    QMessageBox box(QMessageBox::Warning, QString(), QString::fromStdString(t.message), QMessageBox::NoButton, window());
-    box.setInformativeText(QString::fromStdString(t.informative));
-    box.setWindowModality(Qt::WindowModal);
-    box.addButton(QString::fromStdString(t.firstButton), QMessageBox::RejectRole);
-    QPushButton* yes = box.addButton(QString::fromStdString(t.secondButton), QMessageBox::AcceptRole);
-    box.exec();
-    if (box.clickedButton() != yes) return;
+    if (!confirmed(this, all ? SettingsPage::resetAllTexts() : SettingsPage::resetKeysTexts())) return;
     if (all) session_.settings.configResetAllDatas();
     else session_.settings.configResetKeys();
 }

@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QTimer>
 #include <QRegularExpression>
 #include <QListWidget>
 #include <QMainWindow>
@@ -17,6 +19,7 @@
 #include <QTest>
 #include <QToolButton>
 
+#include "app/app_delegate.h"
 #include "app/keyboard_view_controller.h"
 #include "app/keystroke_capture.h"
 #include "app/start_view.h"
@@ -33,6 +36,10 @@
 #include "widgets/keyboard_view.h"
 
 using namespace qx9;
+
+namespace {
+QStringList g_qtMessages;  // what Qt printed while a message handler caught it
+}
 
 class AppTest : public QObject {
     Q_OBJECT
@@ -171,8 +178,18 @@ private slots:
         QListWidget* table = controller_->keyPage()->profileTable();
         QTest::mouseClick(child<QToolButton>("customkey_btn_addprofile"), Qt::LeftButton);
         QCOMPARE(table->count(), 2);
-        table->item(1)->setText("Games");  // what the in-place editor leaves
-        QCOMPARE(sql("SELECT name FROM t_profile WHERE profId = 2"), std::string("Games"));
+        // Renamed in place as a user does it, without a word from Qt on standard error.
+        QTest::mouseClick(child<QToolButton>("customkey_btn_renameprofile"), Qt::LeftButton);
+        auto* editor = table->findChild<QLineEdit*>();
+        QVERIFY(editor);
+        editor->selectAll();
+        QTest::keyClicks(editor, "Games");
+        const QtMessageHandler previous = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& m) { g_qtMessages << m; });
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_COMPARE(sql("SELECT name FROM t_profile WHERE profId = 2"), std::string("Games"));
+        qInstallMessageHandler(previous);
+        QVERIFY2(g_qtMessages.isEmpty(), qPrintable(g_qtMessages.join('\n')));
         // The new row is highlighted but not chosen; choosing it means clicking another row first.
         table->setCurrentRow(0);
         table->setCurrentRow(1);
@@ -181,6 +198,9 @@ private slots:
         QCOMPARE(table->count(), 1);
     }
 
+    void resetConfirmationsDoNothingOnReturnOrEsc();
+    void paletteClickClosesTheKeyMenuAndActs();
+    void headerTrayAndAccessHint();
     void macroInsertDeleteAndSave();
     void macroRecording_data();
     void macroRecording();
@@ -202,6 +222,55 @@ private slots:
         QCOMPARE(decodeLightMode(controller_->virtualKeyboard()->memory())->mode, 10);
     }
 };
+
+void AppTest::resetConfirmationsDoNothingOnReturnOrEsc() {
+    enterPages();
+    clickKey(32);  // another key than the last test's: two clicks on one spot would make a double click
+    QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
+    const std::string disabled = sql("SELECT count(*) FROM t_keyprofile");
+    QTest::mouseClick(child<QToolButton>("config_btn"), Qt::LeftButton);
+    for (const char* reset : {"btn_resetmousedata", "btn_resetalldata"}) {
+        for (Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+            QTimer::singleShot(0, [key] { QTest::keyClick(QApplication::activeModalWidget(), key); });
+            click(reset);
+            QCOMPARE(sql("SELECT count(*) FROM t_keyprofile"), disabled);
+        }
+    }
+}
+
+void AppTest::paletteClickClosesTheKeyMenuAndActs() {
+    enterPages();
+    clickKey(31);
+    KeyMenuViewController* menu = controller_->keyMenu();
+    QTRY_VERIFY(menu->isVisible());
+    CustomKeyFuncView* palette = controller_->keyPage()->palette();
+    const QPoint aim = menu->mapFromGlobal(palette->mapToGlobal(palette->keyRect(20).center()));
+    QTest::mouseClick(menu, Qt::LeftButton, {}, aim);  // lands outside the menu, on the palette
+    QVERIFY(!menu->isVisible());
+    QCOMPARE(sql("SELECT count(*) FROM t_keyprofile"), std::string("1"));
+}
+
+void AppTest::headerTrayAndAccessHint() {
+    enterPages();
+    QTest::mouseClick(child<QToolButton>("macro_btn"), Qt::LeftButton);
+    for (const char* name : {"home_btn", "customkey_btn", "macro_btn", "light_btn", "userlight_btn", "config_btn"}) {
+        auto* b = child<QToolButton>(name);
+        QVERIFY(!b->toolTip().isEmpty() && b->toolTip() == QAccessible::queryAccessibleInterface(b)->text(QAccessible::Name));
+        QCOMPARE(b->property("selected").toBool(), QByteArray(name) == "macro_btn");
+    }
+    QSignalSpy notices(controller_, &KeyboardViewController::noticeShown);
+    controller_->keystrokeCaptureStarted(false);
+    controller_->keystrokeCaptureStarted(false);
+    QCOMPARE(notices.count(), 1);  // once, and only without event devices to read
+    AppDelegate tray;
+    tray.createButtonStatusBar();
+    curLanguage = kLanguageSimplifiedChinese;
+    tray.statusItemActivated();  // a left click
+    QTRY_VERIFY(tray.statusMenu()->isVisible());
+    QCOMPARE(tray.statusMenu()->actions().at(0)->text(), QString::fromStdString(extraText(ExtraText::kQuit)));
+    QVERIFY(tray.statusMenu()->actions().at(0)->text() != "Quit");
+    tray.statusMenu()->hide();
+}
 
 void AppTest::macroInsertDeleteAndSave() {
     MacroPageView* page = newMacro();
