@@ -37,6 +37,23 @@ Texts textsOf(ExtraText id) {
                     "程序以使用新的设置，或导入备份（qx9ctl import 文件）。",
                     "%1 已損壞或不是本程式的設定檔。沒有向鍵盤傳送任何內容，檔案保持原樣。請將其移走後重新啟動"
                     "程式以使用新的設定，或匯入備份（qx9ctl import 檔案）。"};
+        case ExtraText::kRed: return {"Red", "红", "紅"};
+        case ExtraText::kGreen: return {"Green", "绿", "綠"};
+        case ExtraText::kBlue: return {"Blue", "蓝", "藍"};
+        case ExtraText::kColour: return {"Colour", "颜色", "顏色"};
+        case ExtraText::kPresetColour: return {"Preset colour %1", "预设颜色 %1", "預設顏色 %1"};
+        case ExtraText::kUp: return {"Up", "向上", "向上"};
+        case ExtraText::kRight: return {"Right", "向右", "向右"};
+        case ExtraText::kLeft: return {"Left", "向左", "向左"};
+        case ExtraText::kDown: return {"Down", "向下", "向下"};
+        case ExtraText::kAdd: return {"Add", "添加", "新增"};
+        case ExtraText::kDelete: return {"Delete", "删除", "刪除"};
+        case ExtraText::kRename: return {"Rename", "重命名", "重新命名"};
+        case ExtraText::kLightKeyboard: return {"Keyboard", "键盘", "鍵盤"};
+        case ExtraText::kKeysNotPainted:
+            return {"F1–F12, ` and Right Ctrl share a key cap here and cannot be painted on this page.",
+                    "F1–F12、` 和右 Ctrl 在此处与其他按键共用键位，无法在本页设置颜色。",
+                    "F1–F12、` 和右 Ctrl 在此處與其他按鍵共用鍵位，無法在本頁設定顏色。"};
     }
     return {"", "", ""};
 }

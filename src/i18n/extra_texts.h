@@ -14,6 +14,21 @@ enum class ExtraText {
     kNotSent,            // "The keyboard did not take the change. It is saved on this computer; …"
     kUnreadableTitle,    // "The settings file cannot be read"
     kUnreadableMessage,  // "%1 is damaged or …": %1 stands for the file
+    // Names of the lighting pages' controls that show no text of their own.
+    kRed,
+    kGreen,
+    kBlue,
+    kColour,        // the swatch that opens the colour dialog
+    kPresetColour,  // "Preset colour %1"
+    kUp,
+    kRight,
+    kLeft,
+    kDown,
+    kAdd,
+    kDelete,
+    kRename,
+    kLightKeyboard,   // the lighting keyboard's name
+    kKeysNotPainted,  // the keys that share a key cap on the on-screen keyboard
 };
 
 std::string extraText(ExtraText id);
