@@ -20,9 +20,12 @@ class QToolButton;
 
 namespace qx9 {
 
+class ColorPanel;
 class KBToolTipsViewController;
 class KeyMenuViewController;
 class KeyPageView;
+class LightingPageView;
+class UserLightPageView;
 class SettingsPageView;
 class StartView;
 class VirtualQX9;
@@ -39,6 +42,9 @@ public:
     KeyPageView* keyPage() const { return customkey_view; }
     StartView* startView() const { return nodevice_view; }
     KeyMenuViewController* keyMenu() const { return keyboardKeyMenu; }
+    LightingPageView* lightPage() const { return light_view; }
+    UserLightPageView* userLightPage() const { return userlight_view; }
+    ColorPanel* colorPanel() const { return colorPanel_; }
     VirtualQX9* virtualKeyboard() const { return virtual_.get(); }
 
     // Plugs the virtual keyboard in or out, as the monitor would report it.
@@ -88,8 +94,9 @@ private:
     KeyPageView* customkey_view = nullptr;
     SettingsPageView* config_view = nullptr;
     QListWidget* macroList_ = nullptr;
-    QListWidget* lightList_ = nullptr;
-    QListWidget* userLightList_ = nullptr;
+    LightingPageView* light_view = nullptr;
+    UserLightPageView* userlight_view = nullptr;
+    ColorPanel* colorPanel_ = nullptr;  // the one colour dialog of both lighting pages
     KeyMenuViewController* keyboardKeyMenu = nullptr;
     KBToolTipsViewController* keyboardToolTips = nullptr;
 };
