@@ -45,6 +45,17 @@ QComboBox:focus, QLineEdit:focus { border-color: #CA5100; }
 QCheckBox::indicator:checked { background: #CA5100; border: 1px solid #CA5100; border-radius: 3px; }
 QCheckBox::indicator:unchecked { background: #24262b; border: 1px solid #4a4e57; border-radius: 3px; }
 QMessageBox { background: #202226; }
+QLabel[role="note"] { color: #a9adb5; }
+QLabel[active="true"] { color: #CA5100; }
+QToolButton[role="imagebutton"] { background: transparent; border: none; }
+QToolButton[role="imagebutton"]:focus { border: 1px solid #CA5100; }
+QSlider::groove:horizontal { height: 4px; background: #33363d; border-radius: 2px; }
+QSlider::sub-page:horizontal { background: #CA5100; border-radius: 2px; }
+QSlider::sub-page:horizontal:disabled { background: #4a4e57; }
+QSlider::handle:horizontal { background: #e6e7ea; width: 14px; margin: -5px 0; border-radius: 7px; }
+QSlider::handle:horizontal:disabled { background: #6a6e77; }
+QRadioButton::indicator:checked { background: #CA5100; border: 1px solid #CA5100; border-radius: 6px; }
+QRadioButton::indicator:unchecked { background: #24262b; border: 1px solid #4a4e57; border-radius: 6px; }
 )";
 
 }  // namespace

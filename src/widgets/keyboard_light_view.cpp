@@ -122,11 +122,17 @@ void KeyboardLightView::paintEvent(QPaintEvent*) {
     for (std::size_t i = 0; i < rects.size(); ++i) painter.fillRect(rects[i], colours_[i]);
     picture_.paint(painter);
 
-    // Selected and hovered keys: an orange frame on the key cap.
+    // Selected and hovered keys: an orange frame round the key cap with a white one inside, seen
+    // on any colour.
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(QColor(0xCA, 0x51, 0x00), 2));
+    const QPen outer(highlightColor(), 2);
+    const QPen inner(QColor(255, 255, 255), 1.5);
     for (std::size_t i = 0; i < rects.size(); ++i) {
-        if (highlighted_[i]) painter.drawRoundedRect(rects[i].adjusted(1, 1, -1, -1), 3, 3);
+        if (!highlighted_[i]) continue;
+        painter.setPen(outer);
+        painter.drawRoundedRect(rects[i].adjusted(1, 1, -1, -1), 4, 4);
+        painter.setPen(inner);
+        painter.drawRoundedRect(rects[i].adjusted(3, 3, -3, -3), 3, 3);
     }
     if (!frameSelect_.isNull()) {
         QPen band(QColor(255, 255, 255, 200), 1, Qt::DashLine);
