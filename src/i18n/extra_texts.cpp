@@ -50,6 +50,7 @@ Texts textsOf(ExtraText id) {
         case ExtraText::kDelete: return {"Delete", "删除", "刪除"};
         case ExtraText::kRename: return {"Rename", "重命名", "重新命名"};
         case ExtraText::kLightKeyboard: return {"Keyboard", "键盘", "鍵盤"};
+        case ExtraText::kEffects: return {"Lighting effects", "灯光效果", "燈光效果"};
         case ExtraText::kKeysNotPainted:
             return {"F1–F12, ` and Right Ctrl share a key cap here and cannot be painted on this page.",
                     "F1–F12、` 和右 Ctrl 在此处与其他按键共用键位，无法在本页设置颜色。",

@@ -28,6 +28,7 @@ enum class ExtraText {
     kDelete,
     kRename,
     kLightKeyboard,   // the lighting keyboard's name
+    kEffects,         // the backlight effect list's name
     kKeysNotPainted,  // the keys that share a key cap on the on-screen keyboard
 };
 

@@ -60,7 +60,15 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
     light_mode_table->setIconSize(QSize(16, 16));
     light_mode_table->setFixedWidth(184);
     connect(light_mode_table, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (!syncing_ && row >= 0) session_.lighting.lightModeSelectionChanged(row);
+        if (syncing_ || row < 0) return;
+        chosenByPress_ = true;
+        session_.lighting.lightModeSelectionChanged(row);
+    });
+    // The highlighted row (the stored effect, whose parameters the controls may not show yet)
+    // is chosen again when pressed.
+    connect(light_mode_table, &QListWidget::itemPressed, this, [this](QListWidgetItem* item) {
+        if (!chosenByPress_) session_.lighting.lightModeSelectionChanged(light_mode_table->row(item));
+        chosenByPress_ = false;
     });
 
     light_keyboardctrl = new KeyboardLightView(this);
@@ -195,6 +203,7 @@ void LightingPageView::retranslate() {
     }
     colors_->retranslate();
     light_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
+    light_mode_table->setAccessibleName(QString::fromStdString(extraText(ExtraText::kEffects)));
 }
 
 void LightingPageView::syncModeList() {

@@ -51,6 +51,7 @@ private:
     std::array<QRadioButton*, 4> sleepRadios_{};
     std::array<QLabel*, 4> sleepLabels_{};
     bool syncing_ = false;
+    bool chosenByPress_ = false;  // the current row changed since the last press
 };
 
 }  // namespace qx9

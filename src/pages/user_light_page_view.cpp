@@ -8,6 +8,8 @@
 #include <QVBoxLayout>
 
 #include "i18n/extra_texts.h"
+#include "i18n/language.h"
+#include "i18n/text_ids.h"
 #include "session/keyboard_session.h"
 #include "widgets/color_controls.h"
 #include "widgets/keyboard_light_view.h"
@@ -116,6 +118,7 @@ void UserLightPageView::retranslate() {
     userlight_btn_del->setAccessibleName(QString::fromStdString(extraText(ExtraText::kDelete)));
     renameButton_->setAccessibleName(QString::fromStdString(extraText(ExtraText::kRename)));
     userlight_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
+    userlight_table->setAccessibleName(QString::fromStdString(localizedText(textid::kUserLight)));
     note_->setText(QString::fromStdString(extraText(ExtraText::kKeysNotPainted)));
     colors_->retranslate();
 }
