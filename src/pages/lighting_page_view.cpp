@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "i18n/extra_texts.h"
+#include "pages/page_controls.h"
 #include "session/keyboard_session.h"
 #include "widgets/color_controls.h"
 #include "widgets/keyboard_light_view.h"
@@ -41,13 +42,6 @@ QIcon image(const QString& name) {
 void showToggle(QWidget* widget, const LightToggle& t) {
     widget->setEnabled(t.enabled);
     widget->setVisible(!t.hidden);
-}
-
-void showActive(QWidget* w, bool active) {
-    if (w->property("active").toBool() == active) return;
-    w->setProperty("active", active);
-    w->style()->unpolish(w);
-    w->style()->polish(w);
 }
 
 }  // namespace

@@ -10,23 +10,12 @@
 #include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
+#include "pages/page_controls.h"
 #include "session/keyboard_session.h"
 #include "widgets/color_controls.h"
 #include "widgets/keyboard_light_view.h"
 
 namespace qx9 {
-
-namespace {
-
-QToolButton* smallButton(const char* name, const QString& text, QWidget* parent) {
-    auto* b = new QToolButton(parent);
-    b->setObjectName(name);
-    b->setText(text);
-    b->setCursor(Qt::PointingHandCursor);
-    return b;
-}
-
-}  // namespace
 
 UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) : QWidget(parent), session_(session) {
     setObjectName("userlight_view");
@@ -78,15 +67,6 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
     note_->setWordWrap(true);
     note_->setProperty("role", "note");
 
-    auto* setButtons = new QHBoxLayout;
-    setButtons->addWidget(userlight_btn_add);
-    setButtons->addWidget(userlight_btn_del);
-    setButtons->addWidget(renameButton_);
-    setButtons->addStretch();
-    auto* sets = new QVBoxLayout;
-    sets->addWidget(userlight_table, 1);
-    sets->addLayout(setButtons);
-
     auto* actions = new QVBoxLayout;
     actions->addStretch();
     actions->addWidget(userlight_btn_resetcolor);
@@ -106,7 +86,7 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(20, 16, 20, 16);
     layout->setSpacing(16);
-    layout->addLayout(sets);
+    layout->addLayout(listWithButtons(userlight_table, {userlight_btn_add, userlight_btn_del, renameButton_}));
     layout->addLayout(right, 1);
 
     retranslate();
@@ -154,10 +134,7 @@ void UserLightPageView::sync() {
 }
 
 void UserLightPageView::beginRename() {
-    if (QListWidgetItem* item = userlight_table->currentItem()) {
-        userlight_table->setFocus();
-        userlight_table->editItem(item);
-    }
+    editCurrentRow(userlight_table);
 }
 
 void UserLightPageView::setEdited(QListWidgetItem* item) {

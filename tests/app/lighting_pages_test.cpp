@@ -22,6 +22,7 @@
 #include "layout/key_maps.h"
 #include "pages/color_panel.h"
 #include "support/sql_value.h"
+#include "virtual_window.h"
 #include "widgets/color_button.h"
 #include "widgets/keyboard_light_view.h"
 
@@ -74,15 +75,8 @@ class LightingPagesTest : public QObject {
 
 private slots:
     void init() {
-        AppOptions options;
-        options.virtualKeyboard = true;
-        options.noMonitor = true;
-        options.database = database().toStdString();
-        QFile::remove(database());
         window_ = new QMainWindow;
-        controller_ = new KeyboardViewController(options, window_);
-        window_->setCentralWidget(controller_);
-        window_->show();
+        controller_ = test::showWindowOnVirtualQX9(window_, database());
         QVERIFY(QTest::qWaitForWindowExposed(window_));
         QTRY_VERIFY(controller_->session().core.initFinish);
     }
