@@ -35,6 +35,7 @@ QListWidget { background: #1e2024; border: 1px solid #2d3036; border-radius: 6px
 QListWidget::item { padding: 7px 8px; border-radius: 4px; }
 QListWidget::item:selected { background: #CA5100; color: #ffffff; }
 QListWidget::item:hover:!selected { background: #2b2e34; }
+#light_mode_table::item:selected { background: #2e2118; color: #f0a060; }
 QToolButton { background: #24262b; border: 1px solid #33363d; border-radius: 4px; min-width: 26px; min-height: 22px; }
 QToolButton:hover { border-color: #CA5100; }
 QPushButton { background: #2a2d33; border: 1px solid #3a3d45; border-radius: 5px; padding: 6px 16px; }

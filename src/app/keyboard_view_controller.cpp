@@ -292,6 +292,7 @@ void KeyboardViewController::syncPages() {
         const bool selected = p.code == view;
         pageButtons_[p.code]->setIcon(QIcon(QString(":/images/%1%2").arg(p.icon, selected ? "_check" : "")));
         pageButtons_[p.code]->setProperty("selected", selected);
+        pageButtons_[p.code]->style()->polish(pageButtons_[p.code]);  // the style sheet reads it again
     }
     auto* body = static_cast<QStackedWidget*>(nodevice_view->parentWidget());
     body->setCurrentWidget(session_->device.showingHomePage() ? static_cast<QWidget*>(nodevice_view) : pages_);

@@ -9,7 +9,8 @@ namespace qx9 {
 ColorPanel::ColorPanel(KeyboardSession& session, QWidget* window)
     : QObject(window), session_(session), dialog_(new QColorDialog(window)) {
     dialog_->setObjectName("colorPanel");
-    dialog_->setOption(QColorDialog::NoButtons);
+    // Qt's own dialog: it reports every colour as it is picked, and screen readers reach it.
+    dialog_->setOptions(QColorDialog::NoButtons | QColorDialog::DontUseNativeDialog);
     dialog_->setModal(false);
     connect(dialog_, &QColorDialog::currentColorChanged, this, [this](const QColor& c) {
         if (syncing_) return;
