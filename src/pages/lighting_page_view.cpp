@@ -151,7 +151,10 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
     sleep->addSpacing(12);
     sleep->addLayout(sleepRow, 1);
 
-    auto* right = new QVBoxLayout;
+    // The keyboard and its controls keep together, centred in a wide window.
+    auto* column = new QWidget(this);
+    auto* right = new QVBoxLayout(column);
+    right->setContentsMargins(0, 0, 0, 0);
     right->setSpacing(14);
     right->addWidget(light_keyboardctrl, 0, Qt::AlignHCenter);
     right->addSpacing(6);
@@ -163,7 +166,7 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
     layout->setContentsMargins(20, 16, 20, 16);
     layout->setSpacing(16);
     layout->addWidget(light_mode_table);
-    layout->addLayout(right, 1);
+    layout->addWidget(column, 1, Qt::AlignHCenter);
 
     retranslate();
     sync();

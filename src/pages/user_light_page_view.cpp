@@ -68,7 +68,7 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
     note_->setProperty("role", "note");
 
     auto* actions = new QVBoxLayout;
-    actions->addStretch();
+    actions->setAlignment(Qt::AlignBottom);  // beside the last row of presets
     actions->addWidget(userlight_btn_resetcolor);
     actions->addWidget(userlight_btn_apply);
     auto* panel = new QHBoxLayout;
@@ -76,7 +76,10 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
     panel->addStretch();
     panel->addLayout(actions);
 
-    auto* right = new QVBoxLayout;
+    // The keyboard and its controls keep together, centred in a wide window.
+    auto* column = new QWidget(this);
+    auto* right = new QVBoxLayout(column);
+    right->setContentsMargins(0, 0, 0, 0);
     right->setSpacing(14);
     right->addWidget(userlight_keyboardctrl, 0, Qt::AlignHCenter);
     right->addWidget(note_);
@@ -87,7 +90,7 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
     layout->setContentsMargins(20, 16, 20, 16);
     layout->setSpacing(16);
     layout->addLayout(listWithButtons(userlight_table, {userlight_btn_add, userlight_btn_del, renameButton_}));
-    layout->addLayout(right, 1);
+    layout->addWidget(column, 1, Qt::AlignHCenter);
 
     retranslate();
     sync();
