@@ -127,8 +127,9 @@ private slots:
         QVERIFY(child("light_edit_color_r")->isEnabled());
 
         type("light_edit_color_r", "200");  // below 255: the channel is off
+        QCOMPARE(lightByte("byte1", 10), "0");
         type("light_edit_color_g", "255");
-        QCOMPARE(lightByte("byte1", 10) + "," + lightByte("byte2", 10), "0,255");
+        QCOMPARE(lightByte("byte2", 10), "255");
         QCOMPARE(sentLight().green, 255);
         type("light_edit_color_b", "12a");
         QCOMPARE(child<QLineEdit>("light_edit_color_b")->text(), "255");
@@ -221,6 +222,10 @@ private slots:
         QTest::mouseClick(sets->viewport(), Qt::LeftButton, Qt::NoModifier, sets->visualItemRect(sets->item(0)).center());
         QCOMPARE(keys()->keyColor(kW), QColor(Qt::red));
         QCOMPARE(sentColour(26), 0xFF0000u);
+        click("userlight_btn_resetcolor");
+        QCOMPARE(keys()->keyColor(kW), QColor(Qt::black));
+        QCOMPARE(sentColour(26), 0u);
+        QCOMPARE(sql("SELECT count(*) FROM t_userlight_leddata WHERE light_id = 1 AND rgbvalue <> 0"), "0");
         click("userlight_btn_del");
         QCOMPARE(sets->count(), 1);
         QCOMPARE(sets->item(0)->text(), "Gaming");
@@ -230,7 +235,9 @@ private slots:
     void applyWithoutASetWarns() {
         openPage("userlight_btn");
         QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
+        const auto sets = controller_->virtualKeyboard()->setCount();
         click("userlight_btn_apply");
+        QCOMPARE(controller_->virtualKeyboard()->setCount(), sets);
         QCOMPARE(warnings.count(), 1);
         QCOMPARE(warnings.at(0).at(0).toString(), QString::fromStdString(localizedText(567)));
         QCOMPARE(sql("SELECT count(*) FROM t_userlight_leddata"), "0");
