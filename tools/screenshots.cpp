@@ -34,6 +34,29 @@ void save(QWidget* w, const QString& path) {
     std::printf("%s\n", qPrintable(path));
 }
 
+// The two lighting pages: an effect with a colour and a direction, and a set with a painted row
+// and a few keys.
+void saveLightPages(KeyboardSession& s, QWidget* window, const QString& out, const QString& language) {
+    s.device.showPage(kPageBacklight);
+    s.lighting.lightModeSelectionChanged(9);  // "Scrolling"
+    if (s.lighting.light_btn_randomcolor().on) s.lighting.lightRondomColorSwitch();
+    s.lighting.colorButtonAction({ColorButtonPress::kLightPreset, 5});
+    s.lighting.backlightSleepTime(2);
+    save(window, out + "/backlight-page-" + language + ".png");
+    s.device.showPage(kPageUserLight);
+    if (s.userLights.userlight_datas().empty()) {
+        s.userLights.addUserLight();
+        s.userLights.addUserLight();
+        s.userLights.keysInBand({1, 2, 3, 4, 5, 6, 7, 8, 9, 10});  // 1 … 0
+        s.userLights.userLightPresetColor(5);
+        for (int key : {16, 30, 31, 32}) s.userLights.keyClicked(key, key != 16);  // W, A, S, D
+        s.userLights.userLightPresetColor(1);
+        s.userLights.applyUserLightKeyColor();
+    }
+    save(window, out + "/userlight-page-" + language + ".png");
+    s.device.showPage(kPageKeys);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -66,6 +89,7 @@ int main(int argc, char** argv) {
     controller->keyMenu()->hide();
     s.profiles.customkey_button_profile(ProfileList::kAdd);
     save(&window, out + "/key-page-en.png");
+    saveLightPages(s, &window, out, "en");
 
     // A macro made as a user would: a key, a delay, a mouse click.
     s.macros.addMacroData();
@@ -97,6 +121,7 @@ int main(int argc, char** argv) {
     s.device.showPage(kPageMacros);
     save(&window, out + "/macro-page-zh-CN.png");
     s.device.showPage(kPageKeys);
+    saveLightPages(s, &window, out, "zh-CN");
     s.settings.comboBoxSelectionDidChange(2);
     save(&window, out + "/key-page-zh-TW.png");
     s.settings.comboBoxSelectionDidChange(0);

@@ -37,6 +37,7 @@ QListWidget QLineEdit { padding: 0px 6px; margin: 0px; border: 1px solid #CA5100
 QListWidget::item { padding: 7px 8px; border-radius: 4px; }
 QListWidget::item:selected { background: #CA5100; color: #ffffff; }
 QListWidget::item:hover:!selected { background: #2b2e34; }
+#light_mode_table::item:selected { background: #2e2118; color: #f0a060; }
 QToolButton { background: #24262b; border: 1px solid #33363d; border-radius: 4px; min-width: 26px; min-height: 22px; }
 QToolButton:hover { border-color: #CA5100; }
 QPushButton { background: #2a2d33; border: 1px solid #3a3d45; border-radius: 5px; padding: 6px 16px; }
@@ -60,6 +61,15 @@ QPushButton:disabled, QLineEdit:disabled, QComboBox:disabled, QRadioButton:disab
 QProgressBar { background: #24262b; border: 1px solid #33363d; border-radius: 4px; }
 QProgressBar::chunk { background: #CA5100; border-radius: 3px; }
 QProgressBar[full="true"]::chunk { background: #e0463c; }
+QLabel[role="note"] { color: #a9adb5; }
+QLabel[active="true"] { color: #CA5100; }
+QToolButton[role="imagebutton"] { background: transparent; border: none; }
+QToolButton[role="imagebutton"]:focus { border: 1px solid #CA5100; }
+QSlider::groove:horizontal { height: 4px; background: #33363d; border-radius: 2px; }
+QSlider::sub-page:horizontal { background: #CA5100; border-radius: 2px; }
+QSlider::sub-page:horizontal:disabled { background: #4a4e57; }
+QSlider::handle:horizontal { background: #e6e7ea; width: 14px; margin: -5px 0; border-radius: 7px; }
+QSlider::handle:horizontal:disabled { background: #6a6e77; }
 )";
 
 // Fusion, without the theme icons it would put on the buttons of message boxes and dialogs.

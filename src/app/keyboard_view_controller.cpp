@@ -4,7 +4,6 @@
 #include <QCursor>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
 #include <QShowEvent>
 #include <QStackedWidget>
 #include <QStyle>
@@ -20,12 +19,15 @@
 #include "i18n/language.h"
 #include "i18n/language_switch.h"
 #include "layout/key_maps.h"
+#include "pages/color_panel.h"
 #include "pages/custom_key_dialog_view.h"
 #include "pages/key_menu.h"
 #include "pages/key_page_view.h"
 #include "pages/macro_page_view.h"
 #include "pages/message_box.h"
+#include "pages/lighting_page_view.h"
 #include "pages/settings_page_view.h"
+#include "pages/user_light_page_view.h"
 #include "widgets/custom_key_func_view.h"
 #include "widgets/keyboard_view.h"
 
@@ -58,21 +60,14 @@ void restyle(QWidget* w, const char* property, bool value) {
     w->style()->polish(w);
 }
 
-QListWidget* listPage(const char* name, QWidget* parent) {
-    auto* list = new QListWidget(parent);
-    list->setObjectName(name);
-    list->setSelectionMode(QAbstractItemView::SingleSelection);
-    list->setFocusPolicy(Qt::NoFocus);
-    return list;
-}
-
-QWidget* wrapPage(const char* name, QWidget* content) {
-    auto* page = new QWidget;
-    page->setObjectName(name);
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(40, 24, 40, 24);
-    layout->addWidget(content);
-    return page;
+// The colour button of a lighting page that carries `tag`: the backlight page's swatch (100)
+// and presets (101–114), the per-key page's swatch (200) and presets (201–214).
+std::optional<ColorButtonPress> colorButtonOfTag(std::int64_t tag) {
+    if (tag == 100) return ColorButtonPress{ColorButtonPress::kLightSwatch, 0};
+    if (tag > 100 && tag <= 100 + kPresetColorCount) return ColorButtonPress{ColorButtonPress::kLightPreset, int(tag - 100)};
+    if (tag == 200) return ColorButtonPress{ColorButtonPress::kUserLightSwatch, 0};
+    if (tag > 200 && tag <= 200 + kPresetColorCount) return ColorButtonPress{ColorButtonPress::kUserLightPreset, int(tag - 200)};
+    return std::nullopt;
 }
 
 }  // namespace
@@ -136,20 +131,13 @@ void KeyboardViewController::initViewUI() {
     customkey_view = new KeyPageView(*session_, pages_);
     config_view = new SettingsPageView(*session_, pages_);
     macro_view = new MacroPageView(*session_, pages_);
-    lightList_ = listPage("light_mode_table", this);
-    userLightList_ = listPage("userlight_table", this);
-    // Until these pages get their own editors, their lists already choose: a backlight effect
-    // or a per-key set (its colours are sent).
-    connect(lightList_, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (!syncingLists_ && row >= 0) session_->lighting.lightModeSelectionChanged(row);
-    });
-    connect(userLightList_, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (!syncingLists_ && row >= 0) session_->userLights.userLightTableSelectionChanged(row);
-    });
+    colorPanel_ = new ColorPanel(*session_, this);
+    light_view = new LightingPageView(*session_, pages_);
+    userlight_view = new UserLightPageView(*session_, pages_);
     pages_->addWidget(customkey_view);
     pages_->addWidget(macro_view);
-    pages_->addWidget(wrapPage("light_view", lightList_));
-    pages_->addWidget(wrapPage("userlight_view", userLightList_));
+    pages_->addWidget(light_view);
+    pages_->addWidget(userlight_view);
     pages_->addWidget(config_view);
     customkey_view->keyboard()->showingHomePage = [this] { return session_->device.showingHomePage(); };
 
@@ -226,6 +214,10 @@ void KeyboardViewController::registerNotification() {
             session_->profiles.keyTableItemViewEdit(edit->first, edit->second);
         }
     });
+    on("colorButtonAction", [this](const Notification& n) {
+        const auto* tag = std::any_cast<std::int64_t>(&n.object);
+        if (const auto press = tag ? colorButtonOfTag(*tag) : std::nullopt) session_->lighting.colorButtonAction(*press);
+    });
     on("customKeywindowCloseDid", [this](const Notification&) { session_->keys.customKeywindowCloseDid(); });
 }
 
@@ -297,18 +289,6 @@ void KeyboardViewController::syncPages() {
     nodevice_view->setConnected(session_->device.keyboardConnected());
 }
 
-void KeyboardViewController::syncLists() {
-    syncingLists_ = true;
-    lightList_->clear();
-    for (const LightModeRow& r : session_->lighting.light_mode_datas()) lightList_->addItem(QString::fromStdString(r.text));
-    lightList_->setCurrentRow(session_->lighting.selectedRow() < lightList_->count() ? session_->lighting.selectedRow() : -1);
-    userLightList_->clear();
-    for (const UserLightRow& r : session_->userLights.userlight_datas()) userLightList_->addItem(QString::fromStdString(r.name));
-    const int setRow = session_->userLights.selectedRow();
-    userLightList_->setCurrentRow(setRow < userLightList_->count() ? setRow : -1);
-    syncingLists_ = false;
-}
-
 void KeyboardViewController::applyLanguage() {
     if (QWidget* w = window()) w->setWindowTitle(QString::fromStdString(session_->device.windowTitle()));
     const auto name = [](QWidget* w, ExtraText id) {
@@ -327,6 +307,8 @@ void KeyboardViewController::applyLanguage() {
         else if (auto* l = qobject_cast<QLabel*>(w)) l->setText(text);
     }
     nodevice_view->retranslate();
+    light_view->retranslate();
+    userlight_view->retranslate();
 }
 
 void KeyboardViewController::changed(SessionAspect aspect) {
@@ -349,7 +331,10 @@ void KeyboardViewController::changed(SessionAspect aspect) {
             break;
         case SessionAspect::Macros: macro_view->sync(); break;
         case SessionAspect::LightModes:
-        case SessionAspect::UserLights: syncLists(); break;
+            light_view->sync();
+            colorPanel_->sync();
+            break;
+        case SessionAspect::UserLights: userlight_view->sync(); break;
     }
 }
 

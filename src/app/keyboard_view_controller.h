@@ -13,17 +13,19 @@
 
 class QButtonGroup;
 class QLabel;
-class QListWidget;
 class QTimer;
 class QStackedWidget;
 class QToolButton;
 
 namespace qx9 {
 
+class ColorPanel;
 class KBToolTipsViewController;
 class KeyMenuViewController;
 class KeyPageView;
+class LightingPageView;
 class MacroPageView;
+class UserLightPageView;
 class SettingsPageView;
 class StartView;
 class VirtualQX9;
@@ -41,6 +43,9 @@ public:
     MacroPageView* macroPage() const { return macro_view; }
     StartView* startView() const { return nodevice_view; }
     KeyMenuViewController* keyMenu() const { return keyboardKeyMenu; }
+    LightingPageView* lightPage() const { return light_view; }
+    UserLightPageView* userLightPage() const { return userlight_view; }
+    ColorPanel* colorPanel() const { return colorPanel_; }
     VirtualQX9* virtualKeyboard() const { return virtual_.get(); }
 
     // The keystroke capture has started: without the keyboards' event nodes it reads only this
@@ -72,7 +77,6 @@ private:
     void applyLanguage();
     void showPage(int pageCode);
     void syncPages();
-    void syncLists();
     void deviceArrived(const Notification& n);
 
     AppOptions options_;
@@ -82,7 +86,6 @@ private:
     std::vector<NotificationCenter::Token> tokens_;
     std::shared_ptr<VirtualQX9> virtual_;
     bool appeared_ = false;
-    bool syncingLists_ = false;
     bool accessHintShown_ = false;
 
     StartView* nodevice_view = nullptr;
@@ -94,8 +97,9 @@ private:
     KeyPageView* customkey_view = nullptr;
     SettingsPageView* config_view = nullptr;
     MacroPageView* macro_view = nullptr;
-    QListWidget* lightList_ = nullptr;
-    QListWidget* userLightList_ = nullptr;
+    LightingPageView* light_view = nullptr;
+    UserLightPageView* userlight_view = nullptr;
+    ColorPanel* colorPanel_ = nullptr;  // the one colour dialog of both lighting pages
     KeyMenuViewController* keyboardKeyMenu = nullptr;
     KBToolTipsViewController* keyboardToolTips = nullptr;
 };

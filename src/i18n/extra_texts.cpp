@@ -66,6 +66,23 @@ Texts textsOf(ExtraText id) {
                     "（sudo usermod -aG input $USER）并重新登录。",
                     "按鍵只從本視窗擷取。若要直接從鍵盤擷取按鍵，請將您的使用者加入「input」群組"
                     "（sudo usermod -aG input $USER）並重新登入。"};
+        case ExtraText::kRed: return {"Red", "红", "紅"};
+        case ExtraText::kGreen: return {"Green", "绿", "綠"};
+        case ExtraText::kBlue: return {"Blue", "蓝", "藍"};
+        case ExtraText::kColour: return {"Colour", "颜色", "顏色"};
+        case ExtraText::kPresetColour: return {"Preset colour %1", "预设颜色 %1", "預設顏色 %1"};
+        case ExtraText::kUp: return {"Up", "向上", "向上"};
+        case ExtraText::kRight: return {"Right", "向右", "向右"};
+        case ExtraText::kLeft: return {"Left", "向左", "向左"};
+        case ExtraText::kDown: return {"Down", "向下", "向下"};
+        case ExtraText::kAdd: return {"Add", "添加", "新增"};
+        case ExtraText::kDelete: return {"Delete", "删除", "刪除"};
+        case ExtraText::kLightKeyboard: return {"Keyboard", "键盘", "鍵盤"};
+        case ExtraText::kEffects: return {"Lighting effects", "灯光效果", "燈光效果"};
+        case ExtraText::kKeysNotPainted:
+            return {"F1–F12, ` and Right Ctrl share a key cap here and cannot be painted on this page.",
+                    "F1–F12、` 和右 Ctrl 在此处与其他按键共用键位，无法在本页设置颜色。",
+                    "F1–F12、` 和右 Ctrl 在此處與其他按鍵共用鍵位，無法在本頁設定顏色。"};
     }
     return {"", "", ""};
 }

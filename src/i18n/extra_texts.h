@@ -31,6 +31,21 @@ enum class ExtraText {
     kPageSettings,
     kQuit,
     kInputAccessHint,  // how to let the application read the keyboard's event devices
+    // Names of the lighting pages' controls that show no text of their own.
+    kRed,
+    kGreen,
+    kBlue,
+    kColour,        // the swatch that opens the colour dialog
+    kPresetColour,  // "Preset colour %1"
+    kUp,
+    kRight,
+    kLeft,
+    kDown,
+    kAdd,
+    kDelete,
+    kLightKeyboard,   // the lighting keyboard's name
+    kEffects,         // the backlight effect list's name
+    kKeysNotPainted,  // the keys that share a key cap on the on-screen keyboard
 };
 
 std::string extraText(ExtraText id);

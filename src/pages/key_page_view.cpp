@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "common/notification_center.h"
+#include "pages/page_controls.h"
 #include "i18n/language.h"
 #include "session/keyboard_session.h"
 #include "widgets/custom_key_func_view.h"
@@ -28,22 +29,10 @@ QPushButton* toggleButton(const char* name, const char* role, QWidget* parent) {
     return b;
 }
 
-QToolButton* smallButton(const char* name, const QString& text, QWidget* parent) {
-    auto* b = new QToolButton(parent);
-    b->setObjectName(name);
-    b->setText(text);
-    b->setCursor(Qt::PointingHandCursor);
-    return b;
-}
-
 // Marks the chosen button of a pair ("active", which the style sheet colours) and restyles both.
-void showActive(QWidget* first, QWidget* second, bool secondChosen) {
-    first->setProperty("active", !secondChosen);
-    second->setProperty("active", secondChosen);
-    for (QWidget* w : {first, second}) {
-        w->style()->unpolish(w);
-        w->style()->polish(w);
-    }
+void showActivePair(QWidget* first, QWidget* second, bool secondChosen) {
+    showActive(first, !secondChosen);
+    showActive(second, secondChosen);
 }
 
 }  // namespace
@@ -98,17 +87,8 @@ KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(pa
     layers->addWidget(customkey_btn_fnkey);
     layers->addStretch();
 
-    auto* profileButtons = new QHBoxLayout;
-    profileButtons->addWidget(addButton_);
-    profileButtons->addWidget(deleteButton_);
-    profileButtons->addWidget(renameButton_);
-    profileButtons->addStretch();
-    auto* profiles = new QVBoxLayout;
-    profiles->addWidget(customkey_keyprofile, 1);
-    profiles->addLayout(profileButtons);
-
     auto* top = new QHBoxLayout;
-    top->addLayout(profiles);
+    top->addLayout(listWithButtons(customkey_keyprofile, {addButton_, deleteButton_, renameButton_}));
     top->addSpacing(16);
     auto* keyboardColumn = new QVBoxLayout;
     keyboardColumn->addLayout(layers);
@@ -141,11 +121,11 @@ void KeyPageView::syncPalette() {
 }
 
 void KeyPageView::syncLayerButtons() {
-    showActive(customkey_btn_toplayer, customkey_btn_fnlayer, session_.core.currentFnLayer != 0);
+    showActivePair(customkey_btn_toplayer, customkey_btn_fnlayer, session_.core.currentFnLayer != 0);
 }
 
 void KeyPageView::syncFnModeButtons() {
-    showActive(customkey_btn_defaultkey, customkey_btn_fnkey, session_.keys.fnKeyActive());
+    showActivePair(customkey_btn_defaultkey, customkey_btn_fnkey, session_.keys.fnKeyActive());
 }
 
 void KeyPageView::syncProfiles() {
@@ -163,10 +143,7 @@ void KeyPageView::syncProfiles() {
 
 void KeyPageView::beginRename() {
     if (!session_.profiles.renameAllowed()) return;
-    if (QListWidgetItem* item = customkey_keyprofile->currentItem()) {
-        customkey_keyprofile->setFocus();
-        customkey_keyprofile->editItem(item);
-    }
+    editCurrentRow(customkey_keyprofile);
 }
 
 void KeyPageView::profileEdited(QListWidgetItem* item) {

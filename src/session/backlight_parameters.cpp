@@ -42,6 +42,11 @@ void LightingPage::lightColorPanel(const LightColor& color) {
     setLightKeyboardCheckColor(color);
 }
 
+void LightingPage::colorPanelClosed() {
+    colorPanel_ = ColorPanelAction::Closed;
+    changed();
+}
+
 void LightingPage::controlTextDidChange(ColorChannel channel, const std::string& text) {
     const auto field = static_cast<std::size_t>(channel);
     editColor_[field] = validatedColorField(text);

@@ -92,6 +92,8 @@ public:
     // page's number fields.
     void colorButtonAction(ColorButtonPress press);
     void lightColorPanel(const LightColor& color);
+    // The user closed the colour panel.
+    void colorPanelClosed();
     // A colour number field's text changed to `text`.
     void controlTextDidChange(ColorChannel channel, const std::string& text);
     void setLightRGBValue(std::int64_t r_value, std::int64_t g_value, std::int64_t b_value);

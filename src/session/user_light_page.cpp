@@ -51,6 +51,15 @@ void UserLightPage::delUserLight() {
     loadUserLightInfo(row);
 }
 
+void UserLightPage::renameUserLight(int row, const std::string& name) {
+    const std::optional<ops::Target> target = s_.core.target();
+    if (target && row >= 0 && row < static_cast<int>(rows_.size())) {
+        UserLightRow& r = rows_[static_cast<std::size_t>(row)];
+        if (s_.core.report(ops::renameUserLight(*target, r.light, name))) r.name = name;
+    }
+    s_.core.notify(SessionAspect::UserLights);
+}
+
 void UserLightPage::setUserLightTableSelect(int selectIndex) {
     selectedRow_ = selectIndex >= 0 && selectIndex < static_cast<int>(rows_.size()) ? selectIndex : -1;
     s_.core.notify(SessionAspect::UserLights);

@@ -51,6 +51,8 @@ public:
     void addUserLight();                       // userlight_btn_add
     void delUserLight();                       // userlight_btn_del
     void setUserLightTableSelect(int selectIndex);
+    // The row's name edited in place; an empty or refused name keeps the stored one.
+    void renameUserLight(int row, const std::string& name);
     void userLightTableSelectionChanged(int row);  // the table "userlightlist": select and load
     void loadUserLightInfo(int index);
     void resetUserLightKeyColor();             // userlight_button_resetcolor

@@ -1,13 +1,10 @@
 #include "widgets/keyboard_view.h"
 
 #include <QEnterEvent>
-#include <QFile>
 #include <QFontMetricsF>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPen>
-#include <QSvgRenderer>
 
 #include <string>
 
@@ -21,13 +18,6 @@ namespace qx9 {
 namespace {
 
 constexpr double kLabelPixelSize = 10;
-constexpr double kBodyRadius = 12;
-constexpr double kHoleRadius = 4;
-
-bool looksLikeSvg(const QByteArray& data) {
-    if (data.startsWith("\x1f\x8b")) return true;  // compressed SVG
-    return data.left(4096).contains("<svg");
-}
 
 }  // namespace
 
@@ -39,36 +29,14 @@ KeyboardView::KeyboardView(QWidget* parent) : QWidget(parent) {
 KeyboardView::~KeyboardView() = default;
 
 void KeyboardView::initKeyboard(const QString& kbImage, const std::vector<KeyData>& keyArray) {
-    WidgetLayout placed = widgetLayout(keyArray, "keyboard key", KB_108K_Size_Conf());
+    bCreateImageView_ = picture_.init(kbImage, keyArray);
     kbKeyArrayHover_ = keyArray;
     kbKeyArraySelect_ = keyArray;
     isEvent_ = true;
-    layoutSize_ = placed.size;
-    widgetRects_ = std::move(placed.rects);
     keyViews_.assign(keyArray.size(), KeyView{});
     selectKeyViews_.assign(keyArray.size(), SelectKeyView{});
-
-    bCreateImageView_ = loadPicture(kbImage);
     updateGeometry();
     update();
-}
-
-bool KeyboardView::loadPicture(const QString& path) {
-    svgPicture_.reset();
-    rasterPicture_ = QImage();
-    if (path.isEmpty()) return false;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) return false;
-    const QByteArray data = file.readAll();
-    if (looksLikeSvg(data)) {
-        auto renderer = std::make_unique<QSvgRenderer>(data);
-        if (!renderer->isValid()) return false;
-        renderer->setAspectRatioMode(Qt::IgnoreAspectRatio);
-        svgPicture_ = std::move(renderer);
-        return true;
-    }
-    rasterPicture_ = QImage::fromData(data);
-    return !rasterPicture_.isNull();
 }
 
 void KeyboardView::resetKeyMacro() {
@@ -116,11 +84,11 @@ bool KeyboardView::isKeyHighlighted(int layoutIndex) const {
 }
 
 QRect KeyboardView::keyRect(int index) const {
-    return widgetRects_[checkedIndex(index)].toAlignedRect();
+    return picture_.rects()[checkedIndex(index)].toAlignedRect();
 }
 
 QSize KeyboardView::sizeHint() const {
-    return layoutSize_.toSize();
+    return picture_.size().toSize();
 }
 
 std::size_t KeyboardView::checkedIndex(std::int64_t index) const {
@@ -133,7 +101,7 @@ std::size_t KeyboardView::checkedIndex(std::int64_t index) const {
 void KeyboardView::redrawKey(std::size_t i) {
     KeyView& v = keyViews_[i];
     v.backgroundColor = v.highlighted() ? highlightColor() : keyRestColor();
-    update(widgetRects_[i].toAlignedRect());
+    update(picture_.rects()[i].toAlignedRect());
 }
 
 void KeyboardView::postToolTip(const KeyboardToolTip& tip) {
@@ -186,7 +154,7 @@ void KeyboardView::leaveEvent(QEvent* event) {
 void KeyboardView::trackKeyViewHover(const QPointF& p) {
     if (onHomePage()) return;
     for (std::size_t i = 0; i < keyViews_.size(); ++i) {
-        const bool inside = keyContains(widgetRects_[i], p);
+        const bool inside = keyContains(picture_.rects()[i], p);
         if (keyViews_[i].isHover != inside) {
             keyViews_[i].isHover = inside;
             redrawKey(i);
@@ -197,12 +165,12 @@ void KeyboardView::trackKeyViewHover(const QPointF& p) {
 void KeyboardView::mouseMoved(const QPointF& p) {
     if (!isEvent_ || onHomePage()) return;
     if (hoverKeyItem_ != -1) {
-        if (keyContains(widgetRects_[checkedIndex(hoverKeyItem_)], p)) return;  // same key
+        if (keyContains(picture_.rects()[checkedIndex(hoverKeyItem_)], p)) return;  // same key
         hoverKeyItem_ = -1;
         postToolTip(KeyboardToolTip::hidden());
     }
     for (const KeyData& k : kbKeyArraySelect_) {
-        const QRectF& r = widgetRects_[checkedIndex(k.index)];
+        const QRectF& r = picture_.rects()[checkedIndex(k.index)];
         if (!keyContains(r, p)) continue;
         hoverKeyItem_ = k.index;
         // The middle of the key's bottom edge, in the parent's coordinates.
@@ -230,7 +198,7 @@ void KeyboardView::mouseDown() {
 void KeyboardView::mouseUp(const QPointF& p) {
     if (!isEvent_ || selectKeyItem_ == -1) return;
     const std::size_t i = checkedIndex(selectKeyItem_);
-    if (!keyContains(widgetRects_[i], p)) return;  // the click ended off the selected key
+    if (!keyContains(picture_.rects()[i], p)) return;  // the click ended off the selected key
     const std::string& name = kbKeyArrayHover_[i].keyname;
     NotificationCenter::defaultCenter().post(kKeyboardKeyAction, name);
     emit keyActivated(QString::fromStdString(name));
@@ -253,56 +221,27 @@ void KeyboardView::mouseExited() {
 
 // --- painting --------------------------------------------------------------------------------
 
-// The keyboard body used when there is no picture: a dark plate with a rounded hole over each
-// key, through which the key backgrounds show.
-void KeyboardView::paintBody(QPainter& painter) const {
-    const QRectF plate = QRectF(QPointF(), layoutSize_).adjusted(0.5, 0.5, -0.5, -0.5);
-    QPainterPath body;
-    body.setFillRule(Qt::OddEvenFill);
-    body.addRoundedRect(plate, kBodyRadius, kBodyRadius);
-    QPainterPath holes;
-    for (const QRectF& r : widgetRects_) holes.addRoundedRect(r, kHoleRadius, kHoleRadius);
-    body.addPath(holes);
-
-    painter.fillPath(body, QColor(40, 42, 48));
-    painter.setPen(QPen(QColor(78, 82, 92), 1));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(plate, kBodyRadius, kBodyRadius);
-    painter.setPen(QPen(QColor(22, 23, 26), 1));
-    for (const QRectF& r : widgetRects_) {
-        painter.drawRoundedRect(r.adjusted(-0.5, -0.5, 0.5, 0.5), kHoleRadius + 0.5,
-                                kHoleRadius + 0.5);
-    }
-}
-
 void KeyboardView::paintEvent(QPaintEvent*) {
-    if (widgetRects_.empty()) return;
+    if (picture_.rects().empty()) return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
 
     // Key backgrounds, under the picture.
-    for (std::size_t i = 0; i < widgetRects_.size(); ++i) {
-        painter.fillRect(widgetRects_[i], keyViews_[i].backgroundColor);
+    for (std::size_t i = 0; i < picture_.rects().size(); ++i) {
+        painter.fillRect(picture_.rects()[i], keyViews_[i].backgroundColor);
     }
 
     // The picture, transparent over the keys.
-    const QRectF frame(QPointF(), layoutSize_);
-    if (svgPicture_) {
-        svgPicture_->render(&painter, frame);
-    } else if (!rasterPicture_.isNull()) {
-        painter.drawImage(frame, rasterPicture_);
-    } else {
-        paintBody(painter);
-    }
+    picture_.paint(painter);
 
     // Assignment texts.
     QFont labelFont = font();
     labelFont.setPixelSize(static_cast<int>(kLabelPixelSize));
     painter.setFont(labelFont);
     const QFontMetricsF metrics(labelFont);
-    for (std::size_t i = 0; i < widgetRects_.size(); ++i) {
-        const QRectF textRect = widgetRects_[i].adjusted(2, 0, -2, 0);
+    for (std::size_t i = 0; i < picture_.rects().size(); ++i) {
+        const QRectF textRect = picture_.rects()[i].adjusted(2, 0, -2, 0);
         const QString text =
             metrics.elidedText(QString::fromStdString(kbKeyArraySelect_[i].keyMacro),
                                Qt::ElideRight, textRect.width());
@@ -317,8 +256,8 @@ void KeyboardView::paintEvent(QPaintEvent*) {
     painter.setBrush(Qt::NoBrush);
     painter.setPen(dashed);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    for (std::size_t i = 0; i < widgetRects_.size(); ++i) {
-        if (selectKeyViews_[i].keyCheck) painter.drawRect(widgetRects_[i].adjusted(1, 1, -1, -1));
+    for (std::size_t i = 0; i < picture_.rects().size(); ++i) {
+        if (selectKeyViews_[i].keyCheck) painter.drawRect(picture_.rects()[i].adjusted(1, 1, -1, -1));
     }
 }
 

@@ -15,10 +15,8 @@
 #include <vector>
 
 #include "layout/keyboard_layout.h"
+#include "widgets/keyboard_picture.h"
 #include "widgets/keyboard_tooltip.h"
-
-class QSvgRenderer;
-class QPainter;
 
 namespace qx9 {
 
@@ -117,22 +115,17 @@ private:
     bool onHomePage() const { return showingHomePage && showingHomePage(); }
     void redrawKey(std::size_t i);
     void postToolTip(const KeyboardToolTip& tip);
-    bool loadPicture(const QString& path);
-    void paintBody(QPainter& painter) const;
 
     std::vector<KeyData> kbKeyArrayHover_;   // the keys, as drawn under the picture
     std::vector<KeyData> kbKeyArraySelect_;  // the keys with their assignment texts
     std::vector<KeyView> keyViews_;          // element i: background of key i
     std::vector<SelectKeyView> selectKeyViews_;
-    std::vector<QRectF> widgetRects_;  // element i: key i in widget coordinates
+    KeyboardPicture picture_;  // the key rectangles (element i: key i) and the picture
     std::int64_t hoverKeyItem_ = -1;
     std::int64_t selectKeyItem_ = -1;
     bool isEvent_ = false;
     bool customMode_ = false;
     bool bCreateImageView_ = false;
-    QSizeF layoutSize_;
-    std::unique_ptr<QSvgRenderer> svgPicture_;
-    QImage rasterPicture_;
 };
 
 }  // namespace qx9

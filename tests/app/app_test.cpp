@@ -32,6 +32,7 @@
 #include "pages/key_page_view.h"
 #include "pages/macro_page_view.h"
 #include "support/sql_value.h"
+#include "virtual_window.h"
 #include "widgets/custom_key_func_view.h"
 #include "widgets/keyboard_view.h"
 
@@ -94,15 +95,8 @@ class AppTest : public QObject {
 
 private slots:
     void init() {
-        AppOptions options;
-        options.virtualKeyboard = true;
-        options.noMonitor = true;
-        options.database = database().toStdString();
-        QFile::remove(database());
         window_ = new QMainWindow;
-        controller_ = new KeyboardViewController(options, window_);
-        window_->setCentralWidget(controller_);
-        window_->show();
+        controller_ = test::showWindowOnVirtualQX9(window_, database());
         capture_ = std::make_unique<KeystrokeCapture>();
         capture_->start(controller_->session().core.capture);
         QVERIFY(QTest::qWaitForWindowExposed(window_));

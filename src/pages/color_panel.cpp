@@ -1,0 +1,40 @@
+#include "pages/color_panel.h"
+
+#include <QColorDialog>
+
+#include "session/keyboard_session.h"
+
+namespace qx9 {
+
+ColorPanel::ColorPanel(KeyboardSession& session, QWidget* window)
+    : QObject(window), session_(session), dialog_(new QColorDialog(window)) {
+    dialog_->setObjectName("colorPanel");
+    // Qt's own dialog: it reports every colour as it is picked, and screen readers reach it.
+    dialog_->setOptions(QColorDialog::NoButtons | QColorDialog::DontUseNativeDialog);
+    dialog_->setModal(false);
+    connect(dialog_, &QColorDialog::currentColorChanged, this, [this](const QColor& c) {
+        if (syncing_) return;
+        const LightColor color{c.redF(), c.greenF(), c.blueF()};
+        switch (session_.lighting.colorPanel()) {
+            case ColorPanelAction::LightColor: session_.lighting.lightColorPanel(color); break;
+            case ColorPanelAction::UserLightColor: session_.userLights.userLightColorPanel(color); break;
+            case ColorPanelAction::Closed: break;
+        }
+    });
+    connect(dialog_, &QColorDialog::finished, this, [this] {
+        if (!syncing_) session_.lighting.colorPanelClosed();
+    });
+}
+
+void ColorPanel::sync() {
+    syncing_ = true;
+    if (session_.lighting.colorPanel() == ColorPanelAction::Closed) {
+        dialog_->hide();
+    } else if (!dialog_->isVisible()) {
+        dialog_->show();
+        dialog_->raise();
+    }
+    syncing_ = false;
+}
+
+}  // namespace qx9

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+#include <initializer_list>
+
+class QListWidget;
+class QToolButton;
+class QVBoxLayout;
+class QWidget;
+
+namespace qx9 {
+
+// Pieces the pages share.
+
+// A small text button of a list's button row (add, delete, rename).
+QToolButton* smallButton(const char* name, const QString& text, QWidget* parent);
+// A list over its row of small buttons.
+QVBoxLayout* listWithButtons(QListWidget* list, std::initializer_list<QWidget*> buttons);
+// Marks a control as the chosen one ("active", which the style sheet colours) and restyles it.
+void showActive(QWidget* control, bool active);
+// Starts editing the list's current row in place.
+void editCurrentRow(QListWidget* list);
+
+}  // namespace qx9

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QAccessibleWidget>
+#include <QRect>
+#include <QString>
+
+#include <vector>
+
+namespace qx9 {
+
+// What a drawn keyboard tells the accessibility tree about its keys. A keyboard widget that
+// implements it shows up with one accessible child per key (role button, the key's name, its
+// rectangle, checked while selected) whose press action acts as a click on the key.
+class AccessibleKeyboard {
+public:
+    virtual ~AccessibleKeyboard() = default;
+    virtual int accessibleKeyCount() const = 0;
+    // In widget coordinates.
+    virtual QRect accessibleKeyRect(int key) const = 0;
+    virtual QString accessibleKeyName(int key) const = 0;
+    // More about the key (a colour, an assignment); empty when there is nothing more.
+    virtual QString accessibleKeyDescription(int /*key*/) const { return {}; }
+    // Whether selecting keys is possible at all, and whether this one is selected.
+    virtual bool accessibleKeysCheckable() const { return false; }
+    virtual bool accessibleKeySelected(int /*key*/) const { return false; }
+    virtual void accessibleKeyPress(int key) = 0;
+
+    // Tells a screen reader that the key's name, description or state changed.
+    static void keyChanged(QWidget* keyboard, int key);
+};
+
+// Makes every widget that implements AccessibleKeyboard reachable as described above. Called
+// by such widgets when they are built; installs the factory once.
+void installKeyboardAccessibility();
+
+// The accessible keyboard: the widget and its keys.
+class KeyboardAccessible : public QAccessibleWidget {
+public:
+    KeyboardAccessible(QWidget* widget, AccessibleKeyboard* keys);
+    ~KeyboardAccessible() override;
+
+    int childCount() const override;
+    QAccessibleInterface* child(int index) const override;
+    int indexOfChild(const QAccessibleInterface* child) const override;
+    QAccessibleInterface* childAt(int x, int y) const override;
+
+    AccessibleKeyboard* keys() const { return keys_; }
+
+private:
+    AccessibleKeyboard* keys_;
+    mutable std::vector<QAccessible::Id> children_;  // 0 until asked for
+};
+
+}  // namespace qx9

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QImage>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+#include "layout/keyboard_layout.h"
+#include "widgets/layout_geometry.h"
+
+class QPainter;
+class QSvgRenderer;
+
+namespace qx9 {
+
+// The drawn QX9 that every on-screen keyboard shows: the layout's key rectangles in widget
+// coordinates and the keyboard picture over them (transparent over the key caps, so that what
+// a view paints into the key rectangles shows through). Without a picture it draws a keyboard
+// body of its own: a dark plate with a rounded hole over each key.
+class KeyboardPicture {
+public:
+    KeyboardPicture();
+    ~KeyboardPicture();
+
+    // Places `keys` (element i must have index i) and loads `image` (a resource or file path of
+    // an SVG or raster image). False when there is no picture to draw.
+    bool init(const QString& image, const std::vector<KeyData>& keys);
+
+    const QSizeF& size() const { return layout_.size; }
+    const std::vector<QRectF>& rects() const { return layout_.rects; }
+    // The first key containing `p`, −1 between keys.
+    int keyAt(const QPointF& p) const;
+    bool hasPicture() const { return svg_ || !raster_.isNull(); }
+
+    // Draws the picture (or the body) over the whole frame.
+    void paint(QPainter& painter) const;
+
+private:
+    bool load(const QString& path);
+    void paintBody(QPainter& painter) const;
+
+    WidgetLayout layout_;
+    std::unique_ptr<QSvgRenderer> svg_;
+    QImage raster_;
+};
+
+}  // namespace qx9

@@ -1,0 +1,268 @@
+// The two lighting pages on a virtual QX9, used as a user would: rows chosen, fields typed,
+// swatches and keys clicked, keys dragged over; then the database (plain SQL), the keyboard's
+// decoded memory and the widgets checked.
+#include <QAccessible>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+
+#include "app/keyboard_view_controller.h"
+#include "hid/virtual_qx9.h"
+#include "i18n/language.h"
+#include "layout/key_maps.h"
+#include "pages/color_panel.h"
+#include "support/sql_value.h"
+#include "virtual_window.h"
+#include "widgets/color_button.h"
+#include "widgets/keyboard_light_view.h"
+
+using namespace qx9;
+
+namespace {
+constexpr int kW = 16, kA = 30, kS = 31, kD = 32, kLeftShift = 43, kZ = 44, kM = 50;
+}
+
+class LightingPagesTest : public QObject {
+    Q_OBJECT
+
+    QString database() const { return dir_.path() + "/lighting-test.sqlite3"; }
+    std::string sql(const std::string& query) { return test::sqlValue(database().toStdString(), query); }
+    std::string lightByte(const char* column, int mode) {
+        return sql(std::string("SELECT ") + column + " FROM t_lightdata WHERE profId = 1 AND mode = " + std::to_string(mode));
+    }
+    template <typename T = QWidget>
+    T* child(const char* name) {
+        T* w = window_->findChild<T*>(name);
+        if (!w) qFatal("no widget %s", name);
+        return w;
+    }
+    void click(const char* name) { QTest::mouseClick(child<QAbstractButton>(name), Qt::LeftButton); }
+    void type(const char* field, const char* text) {
+        child<QLineEdit>(field)->selectAll();
+        QTest::keyClicks(child<QLineEdit>(field), text);
+    }
+    VirtualLightMode sentLight() { return decodeLightMode(controller_->virtualKeyboard()->memory()).value(); }
+    std::uint32_t sentColour(int keyCode) {
+        return keyColour(controller_->virtualKeyboard()->memory(), G_KB_SuperKeyCodeMap.at(keyCode).light_index).value();
+    }
+    void openPage(const char* button) {
+        QTest::mouseClick(child<QPushButton>("keyboard_connect"), Qt::LeftButton);
+        click(button);
+    }
+    void chooseEffect(int row) {
+        QListWidget* list = child<QListWidget>("light_mode_table");
+        list->scrollToItem(list->item(row));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, list->visualItemRect(list->item(row)).center());
+    }
+    KeyboardLightView* keys() { return child<KeyboardLightView>("userlight_keyboardctrl"); }
+    void clickKey(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::mouseClick(keys(), Qt::LeftButton, modifiers, keys()->keyRect(key).center());
+    }
+
+    QTemporaryDir dir_;
+    QMainWindow* window_ = nullptr;
+    KeyboardViewController* controller_ = nullptr;
+
+private slots:
+    void init() {
+        window_ = new QMainWindow;
+        controller_ = test::showWindowOnVirtualQX9(window_, database());
+        QVERIFY(QTest::qWaitForWindowExposed(window_));
+        QTRY_VERIFY(controller_->session().core.initFinish);
+    }
+
+    void cleanup() {
+        delete window_;
+        curLanguage = kLanguageSimplifiedChinese;
+    }
+
+    // What each kind of effect offers, with the stored defaults (random colour on).
+    void effectControls_data() {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("random");  // the switch enabled
+        QTest::addColumn<bool>("speed");
+        QTest::addColumn<bool>("upDown");
+        QTest::addColumn<bool>("leftRight");
+        QTest::newRow("Static") << 0 << 1 << true << false << false << false;
+        QTest::newRow("Colourful") << 5 << 6 << true << true << false << false;
+        QTest::newRow("Scrolling") << 9 << 10 << true << true << true << false;
+        QTest::newRow("Rolling") << 10 << 11 << true << true << false << true;
+        QTest::newRow("Close Backlight") << 19 << 0 << false << false << false << false;
+    }
+    void effectControls() {
+        QFETCH(int, row);
+        openPage("light_btn");
+        chooseEffect(row);
+        QTEST(sentLight().mode, "mode");
+        // Random colour is on by default, so no effect takes a colour of its own.
+        QVERIFY(!child("light_edit_color_r")->isEnabled());
+        QVERIFY(child<ColorButton>("light_btn_color5")->isDiasble());
+        QTEST(child("light_btn_randomcolor")->isEnabled(), "random");
+        QCOMPARE(child<QToolButton>("light_btn_randomcolor")->isChecked(), row != 5 && row != 19);
+        QTEST(child("light_slider_speed")->isEnabled(), "speed");
+        QTEST(child("light_direction_top")->isVisible(), "upDown");
+        QTEST(child("light_direction_bottom")->isVisible(), "upDown");
+        QTEST(child("light_direction_left")->isVisible(), "leftRight");
+        QTEST(child("light_direction_right")->isVisible(), "leftRight");
+        if (row == 19) QCOMPARE(child<QSlider>("light_slider_brightness")->value(), 0);
+    }
+
+    void backlightParametersStoredAndSent() {
+        openPage("light_btn");
+        chooseEffect(9);  // "Scrolling", mode 10
+        click("light_btn_randomcolor");
+        QCOMPARE(lightByte("byte8", 10), "0");
+        QCOMPARE(sentLight().random, 0);
+        QVERIFY(child("light_edit_color_r")->isEnabled());
+
+        type("light_edit_color_r", "200");  // below 255: the channel is off
+        QCOMPARE(lightByte("byte1", 10), "0");
+        type("light_edit_color_g", "255");
+        QCOMPARE(lightByte("byte2", 10), "255");
+        QCOMPARE(sentLight().green, 255);
+        type("light_edit_color_b", "12a");
+        QCOMPARE(child<QLineEdit>("light_edit_color_b")->text(), "255");
+
+        click("light_btn_color5");
+        QCOMPARE(sentLight().red * 65536 + sentLight().green * 256 + sentLight().blue, 0x0089FD);
+        QCOMPARE(child<ColorButton>("light_btn_color")->btn_color(), QColor(0, 137, 253));
+        QCOMPARE(child<QLineEdit>("userlight_edit_color_b")->text(), "253");  // the other page's fields
+
+        click("light_btn_color");
+        QColorDialog* dialog = controller_->colorPanel()->dialog();
+        QTRY_VERIFY(dialog->isVisible());
+        dialog->setCurrentColor(QColor(127, 127, 127));
+        QCOMPARE(lightByte("byte1", 10) + lightByte("byte2", 10) + lightByte("byte3", 10), "127127127");
+        QCOMPARE(child<QLineEdit>("light_edit_color_r")->text(), "127");
+        chooseEffect(10);  // another effect closes the dialog
+        QVERIFY(!dialog->isVisible());
+        chooseEffect(9);
+
+        QTest::keyClick(child("light_slider_brightness"), Qt::Key_Left);
+        QTest::keyClick(child("light_slider_speed"), Qt::Key_Home);
+        QCOMPARE(lightByte("byte9", 10) + "/" + lightByte("byte10", 10), "14/0");
+        QCOMPARE(sentLight().brightness, 14);
+        QCOMPARE(sentLight().speed, 0);
+
+        click("light_direction_bottom");
+        QCOMPARE(lightByte("byte11", 10), "3");
+        QCOMPARE(sentLight().direction, 3);
+
+        click("light_radio_lightsleep2");
+        QCOMPARE(sql("SELECT value FROM t_configdata WHERE key = 'sleeplight' AND profId = 1"), "2");
+        QCOMPARE(decodeSystemFunctions(controller_->virtualKeyboard()->memory())->sleepTime, 2);
+        QTest::mouseClick(child("light_label_lightsleep3"), Qt::LeftButton);  // the label is part of it
+        QCOMPARE(decodeSystemFunctions(controller_->virtualKeyboard()->memory())->sleepTime, 3);
+        QVERIFY(child<QRadioButton>("light_radio_lightsleep3")->isChecked());
+    }
+
+    void paintSelectDragAndApply() {
+        openPage("userlight_btn");
+        click("userlight_btn_add");
+        QCOMPARE(sql("SELECT count(*) FROM t_userlight_data WHERE profile = 1"), "1");
+        clickKey(kW);
+        for (int k : {kA, kS, kD}) clickKey(k, Qt::ShiftModifier);
+        click("userlight_btn_color1");  // red
+        // A rubber band from beside left Shift (between keys) to M.
+        const QPoint from(keys()->keyRect(kLeftShift).left() - 3, keys()->keyRect(kZ).center().y());
+        QTest::mousePress(keys(), Qt::LeftButton, Qt::NoModifier, from);
+        const QPoint to = keys()->keyRect(kM).center() + QPoint(0, 3);
+        QTest::mouseMove(keys(), to);
+        QTest::mouseRelease(keys(), Qt::LeftButton, Qt::NoModifier, to);
+        click("userlight_btn_color8");  // green
+        QCOMPARE(keys()->keyColor(kS), QColor(Qt::red));
+        click("userlight_btn_apply");
+
+        for (int code : {26, 4, 22, 7}) QCOMPARE(sentColour(code), 0xFF0000u);  // W A S D
+        for (int code : {225, 29, 6, 16}) QCOMPARE(sentColour(code), 0x00FF00u);  // left Shift, Z, C, M
+        QCOMPARE(sentColour(9), 0u);                                               // F, not touched
+        QCOMPARE(sql("SELECT rgbvalue FROM t_userlight_leddata WHERE light_id = 1 AND keyvalue = 26"), "16711680");
+
+        // The shared colour dialog paints the selection with its exact colour.
+        click("userlight_btn_color");
+        QColorDialog* dialog = controller_->colorPanel()->dialog();
+        QTRY_VERIFY(dialog->isVisible());
+        clickKey(kW);
+        dialog->setCurrentColor(QColor(100, 0, 0));
+        QCOMPARE(child<QLineEdit>("userlight_edit_color_r")->text(), "100");
+        click("userlight_btn_apply");
+        QCOMPARE(sentColour(26), 0x640000u);
+
+        // Each key is reachable by name, with its colour.
+        QAccessibleInterface* kb = QAccessible::queryAccessibleInterface(keys());
+        QCOMPARE(kb->childCount(), keys()->keyCount());
+        QCOMPARE(kb->child(kW)->text(QAccessible::Name), "W");
+        QCOMPARE(kb->child(kW)->text(QAccessible::Description), "#640000");
+        QVERIFY(kb->child(kW)->state().checked);
+    }
+
+    void setsAddRenameSwitchDelete() {
+        openPage("userlight_btn");
+        QListWidget* sets = child<QListWidget>("userlight_table");
+        click("userlight_btn_add");
+        clickKey(kW);
+        click("userlight_btn_color1");
+        click("userlight_btn_apply");
+        click("userlight_btn_add");
+        QCOMPARE(sets->count(), 2);
+        QCOMPARE(keys()->keyColor(kW), QColor(Qt::black));  // the new set is dark
+        sets->item(1)->setText("Gaming");                    // what the in-place editor leaves
+        QCOMPARE(sql("SELECT name FROM t_userlight_data WHERE light_id = 2"), "Gaming");
+        QTest::mouseClick(sets->viewport(), Qt::LeftButton, Qt::NoModifier, sets->visualItemRect(sets->item(0)).center());
+        QCOMPARE(keys()->keyColor(kW), QColor(Qt::red));
+        QCOMPARE(sentColour(26), 0xFF0000u);
+        click("userlight_btn_resetcolor");
+        QCOMPARE(keys()->keyColor(kW), QColor(Qt::black));
+        QCOMPARE(sentColour(26), 0u);
+        QCOMPARE(sql("SELECT count(*) FROM t_userlight_leddata WHERE light_id = 1 AND rgbvalue <> 0"), "0");
+        click("userlight_btn_del");
+        QCOMPARE(sets->count(), 1);
+        QCOMPARE(sets->item(0)->text(), "Gaming");
+        QCOMPARE(sql("SELECT count(*) FROM t_userlight_data"), "1");
+    }
+
+    void applyWithoutASetWarns() {
+        openPage("userlight_btn");
+        QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
+        const auto sets = controller_->virtualKeyboard()->setCount();
+        click("userlight_btn_apply");
+        QCOMPARE(controller_->virtualKeyboard()->setCount(), sets);
+        QCOMPARE(warnings.count(), 1);
+        QCOMPARE(warnings.at(0).at(0).toString(), QString::fromStdString(localizedText(567)));
+        QCOMPARE(sql("SELECT count(*) FROM t_userlight_leddata"), "0");
+    }
+
+    void everyControlNamedAndRelabelled() {
+        openPage("config_btn");
+        child<QComboBox>("combo_language")->setCurrentIndex(1);
+        for (const char* page : {"light_view", "userlight_view"}) {
+            QList<QAccessibleInterface*> todo{QAccessible::queryAccessibleInterface(child(page))};
+            while (!todo.isEmpty()) {
+                QAccessibleInterface* a = todo.takeLast();
+                for (int i = 0; i < a->childCount(); ++i) todo.append(a->child(i));
+                const QAccessible::Role r = a->role();
+                if (r == QAccessible::Button || r == QAccessible::CheckBox || r == QAccessible::Slider || r == QAccessible::RadioButton ||
+                    r == QAccessible::EditableText || r == QAccessible::List || r == QAccessible::Grouping) {
+                    QVERIFY2(!a->text(QAccessible::Name).isEmpty(), qPrintable(a->object() ? a->object()->objectName() : "a key"));
+                }
+            }
+        }
+        QCOMPARE(child<QLabel>("light_label_brightness")->text(), QString::fromStdString(CHSLanguage::getLan(531)));
+        QCOMPARE(child<QListWidget>("light_mode_table")->item(19)->text(), QString::fromStdString(CHSLanguage::getLan(519)));
+        QCOMPARE(child<QPushButton>("userlight_btn_apply")->text(), QString::fromStdString(CHSLanguage::getLan(561)));
+    }
+};
+
+QTEST_MAIN(LightingPagesTest)
+#include "lighting_pages_test.moc"
