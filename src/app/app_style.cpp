@@ -45,6 +45,7 @@ QPushButton:hover { border-color: #CA5100; }
 QPushButton:default { background: #CA5100; border-color: #CA5100; color: #ffffff; }
 QComboBox, QLineEdit { background: #24262b; border: 1px solid #3a3d45; border-radius: 5px; padding: 5px 8px; }
 QComboBox:focus, QLineEdit:focus { border-color: #CA5100; }
+QComboBox::drop-down { border: none; width: 22px; }
 QCheckBox::indicator:checked { background: #CA5100; border: 1px solid #CA5100; border-radius: 3px; }
 QCheckBox::indicator:unchecked { background: #24262b; border: 1px solid #4a4e57; border-radius: 3px; }
 QMessageBox { background: #202226; }

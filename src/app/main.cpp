@@ -60,7 +60,8 @@ int main(int argc, char** argv) {
     window.setObjectName("MainWindow");
     auto* controller = new qx9::KeyboardViewController(options, &window);
     window.setCentralWidget(controller);
-    window.setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+    // Every page lays itself out for a larger window, so the window can be maximised as any
+    // other: with the maximise button shown, every window manager offers the same.
     window.adjustSize();
     if (QScreen* screen = window.screen()) window.move(screen->availableGeometry().center() - window.rect().center());
     window.show();

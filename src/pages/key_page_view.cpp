@@ -93,11 +93,18 @@ KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(pa
     auto* keyboardColumn = new QVBoxLayout;
     keyboardColumn->addLayout(layers);
     keyboardColumn->addWidget(customkey_keyboardctrl, 0, Qt::AlignLeft);
-    top->addLayout(keyboardColumn, 1);
+    top->addLayout(keyboardColumn);
 
+    // The keyboard and the palette are pictures of a fixed size: in a larger window they stay
+    // together in the middle.
+    auto* centredTop = new QHBoxLayout;
+    centredTop->addStretch();
+    centredTop->addLayout(top);
+    centredTop->addStretch();
     auto* page = new QVBoxLayout(this);
     page->setContentsMargins(20, 16, 20, 16);
-    page->addLayout(top);
+    page->addStretch();
+    page->addLayout(centredTop);
     page->addSpacing(12);
     page->addWidget(customkey_funcctrl, 0, Qt::AlignHCenter);
     page->addStretch();

@@ -6,10 +6,32 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "i18n/language.h"
+#include "i18n/language_switch.h"
+#include "ops/light_colours.h"
 #include "pages/message_box.h"
 #include "session/keyboard_session.h"
+#include "widgets/keyboard_light_view.h"
 
 namespace qx9 {
+
+namespace {
+
+// Widest the language box grows.
+constexpr int kControlWidth = 260;
+
+// The text ids the language switch gives a control.
+std::vector<int> textIdsOf(const QString& control) {
+    std::vector<int> ids;
+    for (const SwitchedText& t : languageSwitchTexts()) {
+        if (t.item == kWholeControl && QString::fromUtf8(t.control.data(), static_cast<int>(t.control.size())) == control) {
+            ids.push_back(t.textId);
+        }
+    }
+    return ids;
+}
+
+}  // namespace
 
 SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : QWidget(parent), session_(session) {
     setObjectName("config_view");
@@ -43,22 +65,55 @@ SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : 
         if (!syncing_) session_.settings.comboBoxSelectionDidChange(row);
     });
 
-    auto* grid = new QGridLayout(this);
-    grid->setContentsMargins(40, 30, 40, 30);
+    config_keyboardctrl = new KeyboardLightView(this);
+    config_keyboardctrl->setObjectName("config_keyboardctrl");
+    config_keyboardctrl->initKeyboard(":/images/img_keyboard_layout", session_.keys.keys());
+    config_keyboardctrl->setKeyColours(colorfulLightColours(session_.keys.keys()));
+    combo_language->setMaximumWidth(kControlWidth);
+
+    auto* grid = new QGridLayout;
     grid->setVerticalSpacing(14);
+    grid->setHorizontalSpacing(24);
     grid->addWidget(config_label_language, 0, 0);
     grid->addWidget(combo_language, 0, 1);
     grid->addWidget(config_label_gamemode, 1, 0);
     grid->addWidget(boxes_[0], 1, 1);
     grid->addWidget(config_label_lockwin, 2, 0);
     auto* blocks = new QHBoxLayout;
+    blocks->setSpacing(28);  // each box clear of the text before it
     for (int tag = 1; tag < 4; ++tag) blocks->addWidget(boxes_[tag]);
     blocks->addStretch();
     grid->addLayout(blocks, 2, 1);
     grid->addWidget(btn_resetmousedata, 3, 1, Qt::AlignLeft);
     grid->addWidget(btn_resetalldata, 4, 1, Qt::AlignLeft);
     grid->setColumnStretch(1, 1);
-    grid->setRowStretch(5, 1);
+    // The controls keep their place whatever the language: the caption column is as wide as
+    // the widest caption in any of the three.
+    int captionWidth = 0;
+    for (const QLabel* label : {config_label_language, config_label_gamemode, config_label_lockwin}) {
+        for (int id : textIdsOf(label->objectName())) {
+            for (int language : {kLanguageEnglish, kLanguageSimplifiedChinese, kLanguageTraditionalChinese}) {
+                const QString caption = QString::fromStdString(languageTable(language).getLan(id));
+                captionWidth = std::max(captionWidth, label->fontMetrics().horizontalAdvance(caption));
+            }
+        }
+    }
+    grid->setColumnMinimumWidth(0, captionWidth + 8);
+
+    // The form and the keyboard under it, centred in the page.
+    auto* column = new QVBoxLayout;
+    column->addLayout(grid);
+    column->addSpacing(28);
+    column->addWidget(config_keyboardctrl, 0, Qt::AlignHCenter);
+    auto* centred = new QHBoxLayout;
+    centred->addStretch();
+    centred->addLayout(column);
+    centred->addStretch();
+    auto* page = new QVBoxLayout(this);
+    page->setContentsMargins(40, 30, 40, 30);
+    page->addStretch();
+    page->addLayout(centred);
+    page->addStretch();
     sync();
 }
 

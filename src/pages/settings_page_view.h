@@ -9,9 +9,11 @@ class QPushButton;
 
 namespace qx9 {
 
+class KeyboardLightView;
 class KeyboardSession;
 
-// The settings page: language, game mode with its three key blocks, the two resets.
+// The settings page: language, game mode with its three key blocks, the two resets, and the
+// keyboard in its default colours as decoration.
 class SettingsPageView : public QWidget {
     Q_OBJECT
 public:
@@ -29,6 +31,7 @@ private:
     QCheckBox* boxes_[4];
     QPushButton* btn_resetmousedata;
     QPushButton* btn_resetalldata;
+    KeyboardLightView* config_keyboardctrl;
     bool syncing_ = false;
 };
 
