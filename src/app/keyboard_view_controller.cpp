@@ -4,6 +4,7 @@
 #include <QCursor>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QListWidget>
 #include <QShowEvent>
 #include <QStackedWidget>
 #include <QStyle>
@@ -298,6 +299,7 @@ void KeyboardViewController::applyLanguage() {
     };
     name(home_btn, ExtraText::kPageHome);
     for (const PageButton& p : kPageButtons) name(pageButtons_[p.code], p.label);
+    customkey_view->profileTable()->setAccessibleName(QString::fromStdString(extraText(ExtraText::kProfiles)));
     for (const SwitchedText& t : languageSwitchTexts()) {
         if (t.item != kWholeControl) continue;  // list and pop-up rows follow their own data
         QWidget* w = findChild<QWidget*>(QString::fromUtf8(t.control.data(), static_cast<int>(t.control.size())));

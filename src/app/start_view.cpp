@@ -71,6 +71,9 @@ void StartView::retranslate() {
     } else {
         status_->setText(connected_ ? line(1) : line(0));
     }
+    // A picture button: screen readers read the product and what a click does.
+    keyboard_connect->setAccessibleName(QStringLiteral("HALVORN QX9"));
+    keyboard_connect->setAccessibleDescription(status_->text());
 }
 
 }  // namespace qx9

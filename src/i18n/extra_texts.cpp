@@ -59,6 +59,7 @@ Texts textsOf(ExtraText id) {
         case ExtraText::kPageUserLight: return {"Per-key Lighting", "单键灯光", "單鍵燈光"};
         case ExtraText::kPageSettings: return {"Settings", "设置", "設定"};
         case ExtraText::kQuit: return {"Quit", "退出", "結束"};
+        case ExtraText::kProfiles: return {"Profiles", "配置文件", "設定檔"};
         case ExtraText::kInputAccessHint:
             return {"Keys are captured from this window only. To capture them from the keyboard itself, add your "
                     "user to the \u201cinput\u201d group (sudo usermod -aG input $USER) and log in again.",

@@ -30,6 +30,7 @@ enum class ExtraText {
     kPageUserLight,
     kPageSettings,
     kQuit,
+    kProfiles,  // the key page's profile list
     kInputAccessHint,  // how to let the application read the keyboard's event devices
     // Names of the lighting pages' controls that show no text of their own.
     kRed,
