@@ -97,14 +97,10 @@ KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(pa
 
     // The keyboard and the palette are pictures of a fixed size: in a larger window they stay
     // together in the middle.
-    auto* centredTop = new QHBoxLayout;
-    centredTop->addStretch();
-    centredTop->addLayout(top);
-    centredTop->addStretch();
     auto* page = new QVBoxLayout(this);
     page->setContentsMargins(20, 16, 20, 16);
     page->addStretch();
-    page->addLayout(centredTop);
+    page->addLayout(centredRow(top));
     page->addSpacing(12);
     page->addWidget(customkey_funcctrl, 0, Qt::AlignHCenter);
     page->addStretch();

@@ -40,4 +40,12 @@ void editCurrentRow(QListWidget* list) {
     }
 }
 
+QHBoxLayout* centredRow(QLayout* content) {
+    auto* row = new QHBoxLayout;
+    row->addStretch();
+    row->addLayout(content);
+    row->addStretch();
+    return row;
+}
+
 }  // namespace qx9

@@ -4,6 +4,8 @@
 
 #include <initializer_list>
 
+class QHBoxLayout;
+class QLayout;
 class QListWidget;
 class QToolButton;
 class QVBoxLayout;
@@ -19,6 +21,8 @@ QToolButton* smallButton(const char* name, const QString& text, QWidget* parent)
 QVBoxLayout* listWithButtons(QListWidget* list, std::initializer_list<QWidget*> buttons);
 // Marks a control as the chosen one ("active", which the style sheet colours) and restyles it.
 void showActive(QWidget* control, bool active);
+// A row that keeps `content` at its natural width in the middle of a wider page.
+QHBoxLayout* centredRow(QLayout* content);
 // Starts editing the list's current row in place.
 void editCurrentRow(QListWidget* list);
 

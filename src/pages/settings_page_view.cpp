@@ -10,6 +10,7 @@
 #include "i18n/language_switch.h"
 #include "ops/light_colours.h"
 #include "pages/message_box.h"
+#include "pages/page_controls.h"
 #include "session/keyboard_session.h"
 #include "widgets/keyboard_light_view.h"
 
@@ -105,14 +106,10 @@ SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : 
     column->addLayout(grid);
     column->addSpacing(28);
     column->addWidget(config_keyboardctrl, 0, Qt::AlignHCenter);
-    auto* centred = new QHBoxLayout;
-    centred->addStretch();
-    centred->addLayout(column);
-    centred->addStretch();
     auto* page = new QVBoxLayout(this);
     page->setContentsMargins(40, 30, 40, 30);
     page->addStretch();
-    page->addLayout(centred);
+    page->addLayout(centredRow(column));
     page->addStretch();
     sync();
 }
