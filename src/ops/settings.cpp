@@ -125,6 +125,14 @@ bool sendSystemFunctions(const Target& target, const protocol::SystemSwitches& s
                                               target.db.getConfigData(kSettingsProfile, kSleepLight)};
     return transfer(target, [&] { protocol::SendSystemFunctionData(target.keyboard, switches, &stored); });
 }
+int storedSleepTime(const DeviceSQLite& db) {
+    const std::string stored = db.getConfigData(kSettingsProfile, kSleepLight);
+    for (int choice = 0; choice < kSleepTimeCount; ++choice) {
+        if (stored == std::to_string(choice)) return choice;
+    }
+    return -1;
+}
+
 protocol::SystemSwitches storedSwitches(const DeviceSQLite& db) {
     if (db.getConfigData(kSettingsProfile, kGameMode) != "1") return {};
     return gameModeSwitches(db);

@@ -52,6 +52,8 @@ Outcome setFnMode(const Target& target, bool fnKey, const protocol::SystemSwitch
 Outcome setGameMode(const Target& target, bool on, protocol::SystemSwitches& shown);
 // One key block; `shown` holds the switches before the change and the ones sent after it.
 Outcome setBlock(const Target& target, Block block, bool on, protocol::SystemSwitches& shown);
+// The stored backlight sleep time (0–3), −1 when none is stored or the value is damaged.
+int storedSleepTime(const DeviceSQLite& db);
 // Backlight sleep time 0–3, stored under profile 1 and sent with the system functions.
 Outcome setSleepTime(const Target& target, std::int64_t value, const protocol::SystemSwitches& shown);
 

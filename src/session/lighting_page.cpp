@@ -1,5 +1,7 @@
 #include "session/lighting_page.h"
 
+#include "ops/settings.h"
+
 #include "common/fatal.h"
 #include "i18n/language.h"
 #include "session/keyboard_session.h"
@@ -47,7 +49,10 @@ void LightingPage::rebuildModeList() {
 void LightingPage::loadLightModeData() {
     SessionCore& core = s_.core;
     // The selection is kept under profile 1 whatever profile is current.
-    if (DeviceSQLite* db = core.db()) core.currentLightMode = ops::selectedEffect(*db);
+    if (DeviceSQLite* db = core.db()) {
+        core.currentLightMode = ops::selectedEffect(*db);
+        sleepChoice_ = ops::storedSleepTime(*db);  // the choice in force shows from the start
+    }
     int row = 0;
     while (row < static_cast<int>(rows_.size()) &&
            rows_[static_cast<std::size_t>(row)].mode != core.currentLightMode)
