@@ -1,9 +1,8 @@
 #include "session/lighting_page.h"
 
-#include "ops/settings.h"
-
 #include "common/fatal.h"
 #include "i18n/language.h"
+#include "ops/settings.h"
 #include "session/keyboard_session.h"
 
 namespace qx9 {
