@@ -109,21 +109,22 @@ int main(int argc, char** argv) {
     s.macros.addMacroData();
     s.macros.macroTableSelectionChanged(0);
     s.macros.radio_action_keyboardevent();
-    s.device.showPage(kPageMacros);
-    save(&window, out + "/macro-page-en.png");
-    s.device.showPage(kPageKeys);
+    const auto savePage = [&](int page, const QString& name) {
+        s.device.showPage(page);
+        save(&window, out + "/" + name);
+        s.device.showPage(kPageKeys);
+    };
+    savePage(kPageMacros, "macro-page-en.png");
+    savePage(kPageSettings, "settings-page-en.png");
 
     s.settings.comboBoxSelectionDidChange(1);
     s.device.button_action_home();
     save(&window, out + "/start-view-zh-CN.png");
     s.device.button_keyboard_connect();
     save(&window, out + "/key-page-zh-CN.png");
-    s.device.showPage(kPageMacros);
-    save(&window, out + "/macro-page-zh-CN.png");
-    s.device.showPage(kPageKeys);
+    savePage(kPageMacros, "macro-page-zh-CN.png");
+    savePage(kPageSettings, "settings-page-zh-CN.png");
     saveLightPages(s, &window, out, "zh-CN");
-    s.settings.comboBoxSelectionDidChange(2);
-    save(&window, out + "/key-page-zh-TW.png");
     s.settings.comboBoxSelectionDidChange(0);
     return 0;
 }
