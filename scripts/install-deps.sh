@@ -10,7 +10,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6
     fonts-noto-cjk xvfb xauth
-    qemu-system-x86 linux-image-amd64 busybox-static
+    qemu-system-x86 linux-image-amd64 busybox-static cpio udev
     clang libclang-rt-14-dev
 )
 
