@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(
     build-essential cmake ninja-build pkg-config
-    libsqlite3-dev nlohmann-json3-dev libudev-dev libevdev-dev
+    libsqlite3-dev nlohmann-json3-dev libudev-dev libevdev-dev libcli11-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6
     fonts-noto-cjk xvfb xauth

@@ -118,7 +118,6 @@ TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
         std::string message;
     };
     const Case cases[] = {
-        {{}, {"frobnicate"}, "unknown command frobnicate"},
         {{}, {"key", "set", "1", "0", "printScreen", "disable"},
          "no key \"printScreen\" on the QX9 (a key name such as a, escape, leftWin, or a key code)"},
         {{}, {"key", "set", "7", "0", "a", "disable"}, "no profile 7 (see: qx9ctl profile list)"},
@@ -203,6 +202,32 @@ TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
     // No command at all, or --help: the usage, exit status 2.
     EXPECT_EQ(run({}), 2);
     EXPECT_EQ(err_.str().rfind("usage: qx9ctl [--db FILE]", 0), 0u) << err_.str();
+}
+
+TEST_F(Qx9ctl, EveryCommandHasItsHelpAndAnUnreadableCommandLineIsAUsageError) {
+    // Walk the command tree through the helps: each lists its subcommands, which have help too.
+    std::vector<std::vector<std::string>> pending = {{}};
+    int helps = 0;
+    while (!pending.empty()) {
+        std::vector<std::string> words = pending.back();
+        pending.pop_back();
+        words.push_back("--help");
+        ASSERT_EQ(run(words, "db.sqlite3", true), 0) << words[0];
+        EXPECT_EQ(out_.str().rfind("usage: qx9ctl", 0), 0u) << out_.str();
+        ASSERT_LT(++helps, 100);
+        std::istringstream in(out_.str().substr(std::min(out_.str().find("Subcommands:\n"), out_.str().size())));
+        words.pop_back();
+        for (std::string line, name; std::getline(in, line);) {
+            if (line.rfind("  ", 0) == 0 && std::istringstream(line) >> name) pending.push_back(words), pending.back().push_back(name);
+        }
+    }
+    EXPECT_EQ(helps, 1 + 12 + 40);  // qx9ctl, its commands, their subcommands
+    for (const auto& [args, message] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+             {{"frobnicate"}, "unknown command frobnicate"}, {{"--force", "devices"}, "unknown option --force"},
+             {{"--wire"}, "--wire: 1 required FILE missing"}}) {
+        EXPECT_EQ(run(args, "db.sqlite3", true), 2) << message;
+        EXPECT_EQ(err_.str(), "qx9ctl: " + message + "\n");
+    }
 }
 
 TEST_F(Qx9ctl, ProfilesAndKeys) {
