@@ -27,12 +27,9 @@ prog=$(readlink -f "$1"); shift
 work=$(mktemp -d); root=$work/root
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$root"/{bin,dev,proc,sys,run,tmp,mods,vm,etc/udev/rules.d,usr/lib/udev/rules.d}
-with_libs() { # a file and every library it links, each at its own path
-    local f
-    for f in "$1" $(ldd "$1" 2>/dev/null | grep -o '/[^ ]*' || true); do
-        [ -e "$root$f" ] || { mkdir -p "$root$(dirname "$f")" && cp -L "$f" "$root$f"; }
-    done
-}
+copy() { [ -e "$root$1" ] || { mkdir -p "$root$(dirname "$1")" && cp -L "$1" "$root$1"; }; }
+libs() { local l; for l in $(ldd "$1" 2>/dev/null | grep -o '/[^ ]*' || true); do copy "$l"; done; }
+with_libs() { copy "$1" && libs "$1"; }  # a file and every library it links, each at its own path
 cp /bin/busybox "$root/bin/"
 for a in $(/bin/busybox --list); do [ -e "$root/bin/$a" ] || ln -s busybox "$root/bin/$a"; done
 # The modules with what they depend on, each once and after its dependencies.
@@ -59,7 +56,10 @@ for r in 50-udev-default 60-input-id 60-persistent-input; do
     cp "/usr/lib/udev/rules.d/$r.rules" "$root/usr/lib/udev/rules.d/"
 done
 for f in "$prog" "${with[@]}"; do with_libs "$f"; done
-[ -z "$overlay" ] || cp -a "$overlay/." "$root/"
+if [ -n "$overlay" ]; then
+    cp -a "$overlay/." "$root/"
+    while read -r f; do libs "$f"; done < <(find "$overlay" -type f -perm -u+x)
+fi
 cp "$(dirname "$0")/init.sh" "$root/init"
 { printf 'exec'; for a in "$prog" "$@"; do printf " '%s'" "${a//\'/\'\\\'\'}"; done; echo; } >"$root/vm/run"
 (cd "$root" && find . | cpio -o -H newc --quiet | gzip -1) >"$work/initrd.gz"
