@@ -2,17 +2,17 @@
 # Runs a test program inside a throw-away virtual machine: the distribution's kernel under qemu
 # with the kernel's HID stack (hid, uhid, hid-generic, hid-apple, evdev, and the USB gadget side:
 # dummy_hcd, usb_f_hid, usbhid) and a running systemd-udevd, and exits with the program's status.
-#   run_in_vm.sh [--timeout S] [--with FILE]... [--root DIR] PROGRAM [ARGS...]
-# The program, each --with file and the libraries they link are copied into the machine at the same
-# paths; --root copies DIR's tree over the machine's root (an installed layout, say). Exits 77 (skipped) only when
-# qemu, a kernel image with its modules, or busybox cannot be had here.
+#   run_in_vm.sh [--timeout S] [--root DIR] PROGRAM [ARGS...]
+# The program and the libraries it links are copied into the machine at the same paths; --root
+# copies DIR's tree over the machine's root (an installed layout, say) with the libraries its
+# programs link. Exits 77 (skipped) only when qemu, a kernel image with its modules, or busybox
+# cannot be had here.
 set -euo pipefail
-timeout=240 overlay="" with=()
+timeout=240 overlay=""
 while [ $# -gt 0 ]; do
     case $1 in
         --timeout) timeout=$2; shift 2 ;;
         --root) overlay=$2; shift 2 ;;
-        --with) with+=("$2"); shift 2 ;;
         *) break ;;
     esac
 done
@@ -55,7 +55,7 @@ with_libs "$(command -v udevadm)"
 for r in 50-udev-default 60-input-id 60-persistent-input; do
     cp "/usr/lib/udev/rules.d/$r.rules" "$root/usr/lib/udev/rules.d/"
 done
-for f in "$prog" "${with[@]}"; do with_libs "$f"; done
+with_libs "$prog"
 if [ -n "$overlay" ]; then
     cp -a "$overlay/." "$root/"
     while read -r f; do libs "$f"; done < <(find "$overlay" -type f -perm -u+x)
@@ -64,6 +64,8 @@ cp "$(dirname "$0")/init.sh" "$root/init"
 { printf 'exec'; for a in "$prog" "$@"; do printf " '%s'" "${a//\'/\'\\\'\'}"; done; echo; } >"$root/vm/run"
 (cd "$root" && find . | cpio -o -H newc --quiet | gzip -1) >"$work/initrd.gz"
 
+# Software emulation unless asked for KVM: a /dev/kvm that opens can still hang a guest (nested
+# virtualisation), and the machine boots in a few seconds without it.
 accel=tcg
 [ "${QX9_VM_ACCEL:-}" = kvm ] && accel="kvm -accel tcg"
 rc=0
