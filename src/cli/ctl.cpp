@@ -125,6 +125,7 @@ Options parseOptions(const std::vector<std::string>& args, std::ostream& out, st
     app.formatter(help);
     help->synopsis[&app] = kSynopsis;
     app.prefix_command();
+    app.require_subcommand(0, 1);  // so that a command's argument is never taken for another command
     app.set_version_flag("--version", "qx9ctl " QX9_VERSION);
     app.add_option("--db", o.db, "The database (default: the window's)")->type_name("FILE");
     app.add_option("--device", o.device, "The keyboard: auto (default), virtual[:STATE.json] or /dev/hidrawN")
@@ -136,7 +137,7 @@ Options parseOptions(const std::vector<std::string>& args, std::ostream& out, st
         const std::string path = command.path;
         const std::size_t space = path.find(' ');
         CLI::App* parent = space == std::string::npos ? &app : app.get_subcommand(path.substr(0, space));
-        CLI::App* sub = parent->add_subcommand(path.substr(space + 1), command.about);
+        CLI::App* sub = parent->add_subcommand(path.substr(space + 1), command.about)->require_subcommand(0, 1);
         help->synopsis[sub] = command.synopsis;
     }
     std::vector<std::string> reversed(args.rbegin(), args.rend());
