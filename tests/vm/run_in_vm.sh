@@ -16,12 +16,12 @@ while [ $# -gt 0 ]; do
         *) break ;;
     esac
 done
-skip() { echo "SKIPPED: $1 (scripts/install-deps.sh installs it)"; exit 77; }
-qemu=$(command -v qemu-system-x86_64) || skip "no qemu-system-x86_64 (package qemu-system-x86)"
-kernel=$(ls -v /boot/vmlinuz-* 2>/dev/null | tail -1)
+skip() { echo "SKIPPED: $1; scripts/install-deps.sh installs it"; exit 77; }
+qemu=$(command -v qemu-system-x86_64) || skip "no qemu (package qemu-system-x86)"
+kernel=$(ls -v /boot/vmlinuz-* 2>/dev/null | tail -1) || true
 kver=${kernel#/boot/vmlinuz-}
-[ -r "$kernel" ] && [ -f "/lib/modules/$kver/modules.dep" ] || skip "no readable kernel image with modules (package linux-image-amd64)"
-[ -x /bin/busybox ] || skip "no /bin/busybox (package busybox-static)"
+[ -r "$kernel" ] && [ -f "/lib/modules/$kver/modules.dep" ] || skip "no readable kernel image with its modules (package linux-image-amd64)"
+[ -x /bin/busybox ] || skip "no busybox (package busybox-static)"
 prog=$(readlink -f "$1"); shift
 
 work=$(mktemp -d); root=$work/root
