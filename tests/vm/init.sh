@@ -5,7 +5,6 @@ mount -t proc proc /proc
 mount -t sysfs sys /sys
 mount -t devtmpfs dev /dev
 mount -t tmpfs run /run
-mount -t tmpfs tmp /tmp
 while read -r m; do insmod "/mods/$m.ko"; done </vm/modules
 mount -t configfs none /sys/kernel/config
 udevd --daemon
