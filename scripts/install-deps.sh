@@ -1,16 +1,18 @@
 #!/usr/bin/env bash
 # Installs the Debian packages this project builds and tests with. Safe to run again: it only
 # asks apt for packages that are missing. (qemu, a kernel image and busybox let the device tests
-# run against the kernel's HID stack inside a throw-away virtual machine.)
+# run against the kernel's HID stack inside a throw-away virtual machine; dpkg-dev, file and the
+# validators build and check the Debian package.)
 set -euo pipefail
 
 packages=(
     build-essential cmake ninja-build pkg-config
-    libsqlite3-dev nlohmann-json3-dev libudev-dev libevdev-dev
+    libsqlite3-dev nlohmann-json3-dev libudev-dev libevdev-dev libcli11-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6
     fonts-noto-cjk xvfb xauth
-    qemu-system-x86 linux-image-amd64 busybox-static
+    qemu-system-x86 linux-image-amd64 busybox-static cpio udev
+    dpkg-dev file librsvg2-bin desktop-file-utils appstream
     clang libclang-rt-14-dev
 )
 

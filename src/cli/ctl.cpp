@@ -6,6 +6,8 @@
 #include <map>
 #include <sstream>
 
+#include <CLI/CLI.hpp>
+
 #include "cli/ctl_context.h"
 #include "cli/ctl_output.h"
 #include "common/console.h"
@@ -19,58 +21,161 @@ namespace qx9::ctl {
 
 namespace {
 
-const char* const kUsage =
-    "usage: qx9ctl [--db FILE] [--device auto|virtual|virtual:STATE.json|/dev/hidrawN]\n"
-    "              [--wire FILE|-] [--json] [--verbose] COMMAND ...\n"
-    "commands:\n"
-    "  devices\n"
-    "  connect\n"
-    "  profile list | add | rename ID NAME | delete ID | select ID\n"
-    "  key list PROFILE LAYER\n"
-    "  key set PROFILE LAYER KEY FUNCTION\n"
-    "      KEY: a key name (a, escape, leftWin, i1 …) or a key code\n"
-    "      FUNCTION: default | disable | key:CODE | combo:CODE[+CODE…] |\n"
-    "                macro:ID[:once|:repeat:N|:toggle] | mouse:1-8 | media:1-7 | mac:1-6\n"
-    "      (combo, macro, mouse, media and mac go to the base layer, as in the window)\n"
-    "  fn-mode default|fn\n"
-    "  settings show | language en|zh-CN|zh-TW | gamemode on|off |\n"
-    "           block alttab|altf4|win on|off | reset-keys | reset-all\n"
-    "  keyboard-state\n"
-    "  macro list | add | rename ID NAME | delete ID | events ID | delete-event ID N | save ID |\n"
-    "        insert ID key:NAME|mouse:left|middle|right|delay:MS [--before N|--after N] |\n"
-    "        delay-mode ID record|none|default:MS\n"
-    "  light list | select ROW | color R G B | preset 1-14 | random on|off | brightness V |\n"
-    "        speed V | direction up|down|left|right | sleep 0-3 | show\n"
-    "  userlight list | add | rename ID NAME | delete ID | paint ID KEY... --color RRGGBB | apply ID | reset ID |\n"
-    "            show ID\n"
-    "  export FILE|-\n"
-    "  import FILE\n";
+const char* const kSynopsis =
+    "[--db FILE] [--device auto|virtual|virtual:STATE.json|/dev/hidrawN]\n"
+    "              [--wire FILE|-] [--json] [--verbose] COMMAND ...";
+
+// Every command and subcommand: its words, what follows them, and what it does.
+struct CommandHelp {
+    const char* path;
+    const char* synopsis;
+    const char* about;
+};
+const CommandHelp kCommands[] = {
+    {"devices", "", "The QX9's interfaces on this machine and whether this user can open them"},
+    {"connect", "", "Send the stored configuration, as the window does when the keyboard appears"},
+    {"profile", "list | add | rename ID NAME | delete ID | select ID", "Configuration profiles"},
+    {"profile list", "", "The profiles"},
+    {"profile add", "", "Add a profile with the next free name"},
+    {"profile rename", "ID NAME", "Rename a profile"},
+    {"profile delete", "ID", "Delete a profile (not the last one)"},
+    {"profile select", "ID", "Make a profile the keyboard's and send its key map and lighting"},
+    {"key", "list PROFILE LAYER | set PROFILE LAYER KEY FUNCTION", "Key assignments (LAYER 0 is the base, 1 Fn)"},
+    {"key list", "PROFILE LAYER", "The assignments of a profile's layer"},
+    {"key set",
+     "PROFILE LAYER KEY FUNCTION\n"
+     "  KEY: a key name (a, escape, leftWin, i1 …) or a key code\n"
+     "  FUNCTION: default | disable | key:CODE | combo:CODE[+CODE…] |\n"
+     "            macro:ID[:once|:repeat:N|:toggle] | mouse:1-8 | media:1-7 | mac:1-6\n"
+     "  (combo, macro, mouse, media and mac go to the base layer, as in the window)",
+     "Assign a function to a key"},
+    {"fn-mode", "default|fn", "What the top row sends without Fn"},
+    {"settings", "show | language en|zh-CN|zh-TW | gamemode on|off | block alttab|altf4|win on|off |\n"
+                 "       reset-keys | reset-all", "The keyboard's and the application's settings"},
+    {"settings show", "", "The stored settings"},
+    {"settings language", "en|zh-CN|zh-TW", "The interface language"},
+    {"settings gamemode", "on|off", "Game mode"},
+    {"settings block", "alttab|altf4|win on|off", "Block Alt+Tab, Alt+F4 or the Windows key"},
+    {"settings reset-keys", "", "Every key of every profile back to its default"},
+    {"settings reset-all", "", "Everything back to the factory state"},
+    {"keyboard-state", "", "What a virtual keyboard holds, as JSON (--device virtual:FILE)"},
+    {"macro", "list | add | rename ID NAME | delete ID | events ID | delete-event ID N | save ID |\n"
+              "       insert ID EVENT [--before N|--after N] | delay-mode ID record|none|default:MS", "Macros"},
+    {"macro list", "", "The macros"},
+    {"macro add", "", "Add an empty macro"},
+    {"macro rename", "ID NAME", "Rename a macro"},
+    {"macro delete", "ID", "Delete a macro and the assignments that use it"},
+    {"macro events", "ID", "A macro's events"},
+    {"macro delete-event", "ID N", "Delete event N of a macro"},
+    {"macro save", "ID", "Send a macro to the keyboard"},
+    {"macro insert", "ID key:NAME|mouse:left|middle|right|delay:MS [--before N|--after N]",
+     "Insert an event (at the end unless --before or --after)"},
+    {"macro delay-mode", "ID record|none|default:MS", "The delays a macro keeps"},
+    {"light", "list | select ROW | color R G B | preset 1-14 | random on|off | brightness V |\n"
+              "       speed V | direction up|down|left|right | sleep 0-3 | show", "The backlight effect"},
+    {"light list", "", "The effects"},
+    {"light select", "ROW", "Choose an effect"},
+    {"light color", "R G B", "The effect's colour"},
+    {"light preset", "1-14", "One of the preset colours"},
+    {"light random", "on|off", "Random colours"},
+    {"light brightness", "0-15", "The brightness"},
+    {"light speed", "0-15", "The speed"},
+    {"light direction", "up|down|left|right", "The direction"},
+    {"light sleep", "0-3", "When the backlight goes out"},
+    {"light show", "", "The effect and its parameters"},
+    {"userlight", "list | add | rename ID NAME | delete ID | paint ID KEY... --color RRGGBB | apply ID |\n"
+                  "       reset ID | show ID", "Per-key colour sets"},
+    {"userlight list", "", "The sets"},
+    {"userlight add", "", "Add a set"},
+    {"userlight rename", "ID NAME", "Rename a set"},
+    {"userlight delete", "ID", "Delete a set"},
+    {"userlight paint", "ID KEY... --color RRGGBB", "Colour keys of a set"},
+    {"userlight apply", "ID", "Send a set to the keyboard"},
+    {"userlight reset", "ID", "Every key of a set back to its default colour"},
+    {"userlight show", "ID", "The colours of a set"},
+    {"export", "FILE|-", "Write the whole configuration as JSON (- for standard output)"},
+    {"import", "FILE", "Replace the configuration with an exported one and send it"},
+};
+
+// Help as the usage line first, then what the command does; the synopses come from kCommands.
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::map<const CLI::App*, std::string> synopsis;
+
+    std::string make_description(const CLI::App*) const override { return ""; }
+    std::string make_usage(const CLI::App* app, std::string name) const override {
+        const auto s = synopsis.find(app);
+        std::string usage = "usage: " + name + (s == synopsis.end() || s->second.empty() ? "" : " " + s->second);
+        return usage + "\n" + app->get_description() + "\n";
+    }
+};
 
 // A stream that swallows what it is given (the diagnostic console unless --verbose).
 struct NullBuffer : std::streambuf {
     int overflow(int c) override { return c; }
 };
 
-Options parseOptions(const std::vector<std::string>& args) {
+// The command line as CLI11 reads it: the options before the command, the command and its
+// subcommand; what follows them is the handler's, which refuses what it cannot take. The options
+// are still taken after the command, as they always were.
+Options parseOptions(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     Options o;
-    std::size_t i = 0;
-    auto value = [&](const std::string& name) -> std::string {
-        if (i + 1 >= args.size()) throw UsageError{name + " needs a value"};
-        return args[++i];
-    };
-    for (; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        if (a == "--db") o.db = value(a);
-        else if (a == "--device") o.device = value(a);
-        else if (a == "--wire") o.wire = value(a);
-        else if (a == "--json") o.json = true;
-        else if (a == "--verbose") o.verbose = true;
-        else if (a == "--help" || a == "-h") throw UsageError{""};
-        else if (!a.empty() && a[0] == '-' && o.command.empty()) throw UsageError{"unknown option " + a};
-        else if (a == "--json" && !o.command.empty()) o.json = true;
-        else o.command.push_back(a);
+    CLI::App app{"Configures the HALVORN QX9 keyboard: profiles, keys, macros, lighting.", "qx9ctl"};
+    const auto help = std::make_shared<HelpFormatter>();
+    app.formatter(help);
+    help->synopsis[&app] = kSynopsis;
+    app.prefix_command();
+    app.require_subcommand(0, 1);  // so that a command's argument is never taken for another command
+    app.set_version_flag("--version", "qx9ctl " QX9_VERSION);
+    app.add_option("--db", o.db, "The database (default: the window's)")->type_name("FILE");
+    app.add_option("--device", o.device, "The keyboard: auto (default), virtual[:STATE.json] or /dev/hidrawN")
+        ->type_name("DEVICE");
+    app.add_option("--wire", o.wire, "Log every report to FILE (- for standard output)")->type_name("FILE");
+    app.add_flag("--json", o.json, "Tables as JSON");
+    app.add_flag("--verbose", o.verbose, "Diagnostics on standard error");
+    for (const CommandHelp& command : kCommands) {
+        const std::string path = command.path;
+        const std::size_t space = path.find(' ');
+        CLI::App* parent = space == std::string::npos ? &app : app.get_subcommand(path.substr(0, space));
+        CLI::App* sub = parent->add_subcommand(path.substr(space + 1), command.about)->require_subcommand(0, 1);
+        help->synopsis[sub] = command.synopsis;
     }
-    if (o.command.empty()) throw UsageError{""};
+    std::vector<std::string> reversed(args.rbegin(), args.rend());
+    try {
+        app.parse(reversed);
+    } catch (const CLI::CallForHelp&) {
+        out << app.help();
+        throw UsageError{"", 0};
+    } catch (const CLI::CallForVersion& e) {
+        out << e.what() << '\n';
+        throw UsageError{"", 0};
+    } catch (const CLI::ParseError& e) {
+        throw UsageError{e.what(), 2};
+    }
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    if (!app.remaining().empty()) {
+        const std::string a = app.remaining()[0];
+        throw UsageError{(a[0] == '-' ? "unknown option " : "unknown command ") + a, 2};
+    }
+    if (chosen.empty()) {
+        err << app.help();
+        throw UsageError{"", 2};
+    }
+    CLI::App* command = chosen[0];
+    o.command = {command->get_name()};
+    if (!command->get_subcommands().empty()) command = command->get_subcommands()[0], o.command.push_back(command->get_name());
+    const std::vector<std::string> tail = command->remaining();
+    for (std::size_t i = 0; i < tail.size(); ++i) {
+        const std::string& a = tail[i];
+        if (a == "--json") o.json = true;
+        else if (a == "--verbose") o.verbose = true;
+        else if (a == "--help" || a == "-h") {
+            out << app.help();
+            throw UsageError{"", 0};
+        } else if ((a == "--db" || a == "--device" || a == "--wire") && i + 1 < tail.size()) {
+            (a == "--db" ? o.db : a == "--device" ? o.device : o.wire) = tail[++i];
+        } else o.command.push_back(a);
+    }
     return o;
 }
 
@@ -171,9 +276,8 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
     bool redirected = false;  // the previous console may be nullptr (standard output)
     std::unique_ptr<std::ofstream> wireFile;
     try {
-        Options options = parseOptions(args);
+        Options options = parseOptions(args, out, err);
         const auto handler = commands().find(options.command[0]);
-        if (handler == commands().end()) throw UsageError{"unknown command " + options.command[0]};
         previousConsole = setConsoleStream(options.verbose ? &err : &quiet);
         redirected = true;
         installKB108KMaps();  // the QX9's key maps, as the window's layout builder installs them
@@ -199,12 +303,8 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         return 0;
     } catch (const UsageError& e) {
         if (redirected) setConsoleStream(previousConsole);
-        if (e.message.empty()) {
-            err << kUsage;
-            return 2;
-        }
-        err << "qx9ctl: " << e.message << '\n';
-        return 1;
+        if (!e.message.empty()) err << "qx9ctl: " << e.message << '\n';
+        return e.status;
     }
 }
 

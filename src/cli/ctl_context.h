@@ -13,9 +13,11 @@
 
 namespace qx9::ctl {
 
-// A bad command line or a refused command: one line on standard error, exit status 1.
+// A refused command: one line on standard error, exit status 1; a command line that cannot be
+// read: status 2; status 0 when the run ends early with nothing wrong (--help, --version).
 struct UsageError {
     std::string message;
+    int status = 1;
 };
 
 struct Options {

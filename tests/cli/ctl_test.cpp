@@ -119,7 +119,6 @@ TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
         std::string message;
     };
     const Case cases[] = {
-        {{}, {"frobnicate"}, "unknown command frobnicate"},
         {{}, {"key", "set", "1", "0", "printScreen", "disable"},
          "no key \"printScreen\" on the QX9 (a key name such as a, escape, leftWin, or a key code)"},
         {{}, {"key", "set", "7", "0", "a", "disable"}, "no profile 7 (see: qx9ctl profile list)"},
@@ -201,9 +200,37 @@ TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
     // A refused file does not even create a database that did not exist.
     EXPECT_EQ(run({"import", path("foreign.json")}, "new.sqlite3"), 1);
     EXPECT_FALSE(std::filesystem::exists(path("new.sqlite3")));
-    // No command at all, or --help: the usage, exit status 2.
+    // No command at all: the usage, exit status 2.
     EXPECT_EQ(run({}), 2);
     EXPECT_EQ(err_.str().rfind("usage: qx9ctl [--db FILE]", 0), 0u) << err_.str();
+}
+
+TEST_F(Qx9ctl, EveryCommandHasItsHelpAndAnUnreadableCommandLineIsAUsageError) {
+    // Walk the command tree through the helps: each lists its subcommands, which have help too.
+    std::vector<std::vector<std::string>> pending = {{}};
+    int helps = 0;
+    while (!pending.empty()) {
+        std::vector<std::string> words = pending.back();
+        pending.pop_back();
+        std::string path = "usage: qx9ctl";
+        for (const std::string& w : words) path += " " + w;
+        words.push_back("--help");
+        ASSERT_EQ(run(words, "db.sqlite3", true), 0) << path;
+        EXPECT_EQ(out_.str().rfind(path, 0), 0u) << out_.str();  // its own help, not its parent's
+        ASSERT_LT(++helps, 100);
+        std::istringstream in(out_.str().substr(std::min(out_.str().find("Subcommands:\n"), out_.str().size())));
+        words.pop_back();
+        for (std::string line, name; std::getline(in, line);) {
+            if (line.rfind("  ", 0) == 0 && std::istringstream(line) >> name) pending.push_back(words), pending.back().push_back(name);
+        }
+    }
+    EXPECT_GT(helps, 1 + 12);  // the commands' subcommands too
+    for (const auto& [args, message] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+             {{"frobnicate"}, "unknown command frobnicate"}, {{"--force", "devices"}, "unknown option --force"},
+             {{"--wire"}, "--wire: 1 required FILE missing"}}) {
+        EXPECT_EQ(run(args, "db.sqlite3", true), 2) << message;
+        EXPECT_EQ(err_.str(), "qx9ctl: " + message + "\n");
+    }
 }
 
 TEST_F(Qx9ctl, ProfilesAndKeys) {
