@@ -237,7 +237,7 @@ bool parseOnOff(const std::string& text, const std::string& what) {
 }
 
 void expectArgs(const std::vector<std::string>& args, std::size_t n, const std::string& usage) {
-    if (args.size() != n) throw UsageError{"usage: qx9ctl " + usage};
+    if (args.size() != n) throw usageError("usage: qx9ctl " + usage);
 }
 
 void printRecord(Context& c, std::int64_t id, const std::string& name) {

@@ -53,7 +53,7 @@ void cmdConnect(Context& c, const std::vector<std::string>& args) {
 }
 
 void cmdProfile(Context& c, const std::vector<std::string>& args) {
-    if (args.empty()) throw UsageError{"usage: qx9ctl profile list|add|rename ID NAME|delete ID|select ID"};
+    if (args.empty()) throw usageError("usage: qx9ctl profile list|add|rename ID NAME|delete ID|select ID");
     const std::string& verb = args[0];
     if (verb == "list") {
         expectArgs(args, 1, "profile list");
@@ -82,7 +82,7 @@ void cmdProfile(Context& c, const std::vector<std::string>& args) {
         std::int64_t lightMode = 0;
         check(ops::selectProfile(c.target(), id, lightMode));
     } else {
-        throw UsageError{"unknown profile command " + verb};
+        throw usageError("unknown profile command " + verb);
     }
 }
 
@@ -94,7 +94,7 @@ void cmdFnMode(Context& c, const std::vector<std::string>& args) {
 }
 
 void cmdSettings(Context& c, const std::vector<std::string>& args) {
-    if (args.empty()) throw UsageError{"usage: qx9ctl settings show|language|gamemode|block|reset-keys|reset-all"};
+    if (args.empty()) throw usageError("usage: qx9ctl settings show|language|gamemode|block|reset-keys|reset-all");
     const std::string& verb = args[0];
     if (verb == "show") {
         expectArgs(args, 1, "settings show");
@@ -134,7 +134,7 @@ void cmdSettings(Context& c, const std::vector<std::string>& args) {
         expectArgs(args, 1, "settings reset-all");
         check(ops::resetAll(c.target()));
     } else {
-        throw UsageError{"unknown settings command " + verb};
+        throw usageError("unknown settings command " + verb);
     }
 }
 

@@ -19,6 +19,8 @@ struct UsageError {
     std::string message;
     int status = 1;
 };
+// A command line of the wrong shape (a missing argument, an unknown subcommand): status 2.
+inline UsageError usageError(std::string message) { return {std::move(message), 2}; }
 
 struct Options {
     std::string db;

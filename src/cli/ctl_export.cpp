@@ -8,7 +8,7 @@
 namespace qx9::ctl {
 
 void cmdExport(Context& c, const std::vector<std::string>& args) {
-    if (args.size() != 1 || args[0].empty()) throw UsageError{"usage: qx9ctl export FILE (- for standard output)"};
+    if (args.size() != 1 || args[0].empty()) throw usageError("usage: qx9ctl export FILE (- for standard output)");
     std::string error;
     const std::optional<std::string> document = ops::exportConfiguration(c.database(), error);
     if (!document) throw UsageError{"cannot export: " + error};
@@ -34,7 +34,7 @@ void cmdExport(Context& c, const std::vector<std::string>& args) {
 }
 
 void cmdImport(Context& c, const std::vector<std::string>& args) {
-    if (args.size() != 1 || args[0].empty()) throw UsageError{"usage: qx9ctl import FILE"};
+    if (args.size() != 1 || args[0].empty()) throw usageError("usage: qx9ctl import FILE");
     std::string error;
     const std::optional<std::string> read = ops::readDocumentFile(args[0], error);
     if (!read) throw UsageError{error};

@@ -107,10 +107,10 @@ void keyList(Context& c, const std::vector<std::string>& args) {
 }  // namespace
 
 void cmdKey(Context& c, const std::vector<std::string>& args) {
-    if (args.empty()) throw UsageError{"usage: qx9ctl key list PROFILE LAYER | key set PROFILE LAYER KEY FUNCTION"};
+    if (args.empty()) throw usageError("usage: qx9ctl key list PROFILE LAYER | key set PROFILE LAYER KEY FUNCTION");
     if (args[0] == "list") return keyList(c, args);
     if (args[0] == "set") return keySet(c, args);
-    throw UsageError{"unknown key command " + args[0]};
+    throw usageError("unknown key command " + args[0]);
 }
 
 }  // namespace qx9::ctl

@@ -134,7 +134,7 @@ void lightShow(Context& c) {
 }  // namespace
 
 void cmdLight(Context& c, const std::vector<std::string>& args) {
-    if (args.empty()) throw UsageError{kLightUsage};
+    if (args.empty()) throw usageError(kLightUsage);
     const std::string& verb = args[0];
     const auto expect = [&](std::size_t n, const char* usage) { expectArgs(args, n, std::string("light ") + usage); };
     const std::int64_t profile = ops::kSettingsProfile;
@@ -203,7 +203,7 @@ void cmdLight(Context& c, const std::vector<std::string>& args) {
         const ops::Target target = c.target();
         check(ops::setSleepTime(target, value, ops::storedSwitches(target.db)));
     } else {
-        throw UsageError{"unknown light command " + verb};
+        throw usageError("unknown light command " + verb);
     }
 }
 

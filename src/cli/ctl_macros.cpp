@@ -88,14 +88,14 @@ void macroEvents(Context& c, std::int64_t macro) {
 // insert ID EVENT [--before N|--after N]
 void macroInsert(Context& c, const std::vector<std::string>& args) {
     const char* const usage = "usage: qx9ctl macro insert ID key:NAME|mouse:left|middle|right|delay:MS [--before N|--after N]";
-    if (args.size() != 3 && args.size() != 5) throw UsageError{usage};
+    if (args.size() != 3 && args.size() != 5) throw usageError(usage);
     const std::int64_t macro = parseMacro(c, args[1]);
     const std::vector<ops::RecordRow> added = parseEventKind(args[2]);
     std::vector<ops::RecordRow> events = ops::storedEvents(c.database(), macro);
     std::optional<std::size_t> selected;  // none: the new events go to the end
     bool after = false;
     if (args.size() == 5) {
-        if (args[3] != "--before" && args[3] != "--after") throw UsageError{usage};
+        if (args[3] != "--before" && args[3] != "--after") throw usageError(usage);
         after = args[3] == "--after";
         selected = parseEvent(events, args[4]);
     }
@@ -106,7 +106,7 @@ void macroInsert(Context& c, const std::vector<std::string>& args) {
 }  // namespace
 
 void cmdMacro(Context& c, const std::vector<std::string>& args) {
-    if (args.empty()) throw UsageError{kMacroUsage};
+    if (args.empty()) throw usageError(kMacroUsage);
     const std::string& verb = args[0];
     const auto expect = [&](std::size_t n, const char* usage) { expectArgs(args, n, std::string("macro ") + usage); };
     if (verb == "list") {
@@ -156,7 +156,7 @@ void cmdMacro(Context& c, const std::vector<std::string>& args) {
         check(ops::saveMacro(c.target(), macro, ops::storedEvents(c.database(), macro), info.delayType, info.delayTime,
                              c.database().countMacros()));
     } else {
-        throw UsageError{"unknown macro command " + verb};
+        throw usageError("unknown macro command " + verb);
     }
 }
 

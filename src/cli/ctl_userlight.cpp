@@ -66,17 +66,17 @@ void paint(Context& c, const std::vector<std::string>& args) {
             keys.push_back(code);
         }
     }
-    if (args.size() < 2 || keys.empty() || !colour) throw UsageError{"usage: qx9ctl userlight paint ID KEY... --color RRGGBB"};
+    if (args.size() < 2 || keys.empty() || !colour) throw usageError("usage: qx9ctl userlight paint ID KEY... --color RRGGBB");
     check(ops::paintKeys(c.target(), parseSet(c, args[1]), keys, *colour));
 }
 
 }  // namespace
 
 void cmdUserLight(Context& c, const std::vector<std::string>& args) {
-    if (args.empty()) throw UsageError{kUsage};
+    if (args.empty()) throw usageError(kUsage);
     const std::string& verb = args[0];
     const auto expect = [&](std::size_t n) {
-        if (args.size() != n) throw UsageError{kUsage};
+        if (args.size() != n) throw usageError(kUsage);
     };
     if (verb == "list") {
         expect(1);
@@ -118,7 +118,7 @@ void cmdUserLight(Context& c, const std::vector<std::string>& args) {
         }
         table.print(c.out, c.options.json);
     } else {
-        throw UsageError{"unknown userlight command " + verb};
+        throw usageError("unknown userlight command " + verb);
     }
 }
 
