@@ -5,6 +5,8 @@
 
 #include <mutex>
 
+#include "layout/key_maps.h"
+
 namespace qx9 {
 
 namespace {
@@ -71,6 +73,11 @@ QAccessibleInterface* keyboardFactory(const QString&, QObject* object) {
 }
 
 }  // namespace
+
+QString keyFullName(const std::string& keyName) {
+    const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(keyName);
+    return QString::fromStdString(e ? e->full_name : keyName);
+}
 
 void installKeyboardAccessibility() {
     static std::once_flag once;

@@ -4,6 +4,7 @@
 #include <QRect>
 #include <QString>
 
+#include <string>
 #include <vector>
 
 namespace qx9 {
@@ -28,6 +29,10 @@ public:
     // Tells a screen reader that the key's name, description or state changed.
     static void keyChanged(QWidget* keyboard, int key);
 };
+
+// The name a key is read out by: the full name of its key name ("Escape" for "escape"), or the
+// key name itself where the name map does not know it.
+QString keyFullName(const std::string& keyName);
 
 // Makes every widget that implements AccessibleKeyboard reachable as described above. Called
 // by such widgets when they are built; installs the factory once.

@@ -6,8 +6,6 @@
 
 #include <cmath>
 
-#include "layout/key_maps.h"
-
 namespace qx9 {
 
 KeyboardLightView::KeyboardLightView(QWidget* parent) : QWidget(parent) {
@@ -56,9 +54,7 @@ QRect KeyboardLightView::keyRect(int layoutIndex) const {
 }
 
 QString KeyboardLightView::accessibleKeyName(int key) const {
-    const KeyData& k = keys_.at(static_cast<std::size_t>(key));
-    const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(k.keyname);
-    return QString::fromStdString(e ? e->full_name : k.keyname);
+    return keyFullName(keys_.at(static_cast<std::size_t>(key)).keyname);
 }
 
 QString KeyboardLightView::accessibleKeyDescription(int key) const {

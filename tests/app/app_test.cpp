@@ -1,6 +1,7 @@
 // The window on a virtual QX9, walked as a user would: synthesized clicks and keys, then the
 // database, the keyboard's memory and the widgets checked.
 #include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QApplication>
 #include <QProgressBar>
 #include <QComboBox>
@@ -145,6 +146,56 @@ private slots:
         QTest::mouseClick(palette, Qt::LeftButton, Qt::NoModifier, palette->keyRect(20).center());
         QCOMPARE(warnings.count(), 1);
         QCOMPARE(warnings.at(0).at(1).toString(), QString::fromStdString(localizedText(112)));
+        QAccessible::queryAccessibleInterface(palette)->child(20)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(warnings.count(), 2);  // pressed through the accessibility tree as by a click
+    }
+
+    void keyTextsFitTheirKeysAtTheMinimumSize_data() {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("language");
+        QTest::newRow("English") << 0 << kLanguageEnglish;
+        QTest::newRow("Simplified Chinese") << 1 << kLanguageSimplifiedChinese;
+        QTest::newRow("Traditional Chinese") << 2 << kLanguageTraditionalChinese;
+    }
+    void keyTextsFitTheirKeysAtTheMinimumSize() {
+        QFETCH(int, row);
+        QFETCH(int, language);
+        enterPages();
+        window_->resize(window_->minimumSizeHint());
+        child<QComboBox>("combo_language")->setCurrentIndex(row);
+        QCOMPARE(curLanguage, language);
+        clickKey(33 + row);  // disabled: the longest text the key menu gives; a key of its own per row, as one spot twice is a double click
+        QTRY_VERIFY(controller_->keyMenu()->isVisible());
+        QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
+        KeyboardView* kb = controller_->keyPage()->keyboard();
+        for (int i = 0; i < kb->keyCount(); ++i) {
+            const KeyLabel label = kb->fittedLabel(i);
+            QVERIFY2(!label.elided && QString(label.text).remove(' ').remove('\n') == kb->keyMacro(i).remove(' '), qPrintable(kb->keyMacro(i)));
+        }
+        CustomKeyFuncView* palette = controller_->keyPage()->palette();
+        for (int i = 0; i < int(palette->keys().size()); ++i) QVERIFY(!palette->fittedLabel(i).elided);
+    }
+
+    void keysInTheAccessibilityTree() {
+        enterPages();
+        KeyboardView* kb = controller_->keyPage()->keyboard();
+        QAccessibleInterface* keys = QAccessible::queryAccessibleInterface(kb);
+        QCOMPARE(keys->childCount(), kb->keyCount());
+        for (int i = 0; i < kb->keyCount(); ++i) QVERIFY(!keys->child(i)->text(QAccessible::Name).isEmpty());
+        QCOMPARE(keys->child(0)->text(QAccessible::Name), "Escape");
+        QAccessibleInterface* a = keys->child(30);
+        QCOMPARE(a->text(QAccessible::Name), "A");
+        QCOMPARE(a->text(QAccessible::Description), QString());
+        a->actionInterface()->doAction(QAccessibleActionInterface::pressAction());  // as a click: the key menu
+        QTRY_VERIFY(controller_->keyMenu()->isVisible());
+        QVERIFY(a->state().checked);
+        QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
+        QCOMPARE(a->text(QAccessible::Description), QString::fromStdString(localizedText(102)));
+        CustomKeyFuncView* palette = controller_->keyPage()->palette();
+        QAccessibleInterface* funcs = QAccessible::queryAccessibleInterface(palette);
+        QCOMPARE(funcs->childCount(), int(palette->keys().size()));
+        for (int i = 0; i < funcs->childCount(); ++i) QVERIFY(!funcs->child(i)->text(QAccessible::Name).isEmpty());
+        QCOMPARE(funcs->child(0)->text(QAccessible::Name), "Escape");
     }
 
     void customDialogCapturesShiftAndOne() {
