@@ -84,12 +84,19 @@ void installKeyboardAccessibility() {
     std::call_once(once, [] { QAccessible::installFactory(keyboardFactory); });
 }
 
-void AccessibleKeyboard::keyChanged(QWidget* keyboard, int key) {
+void AccessibleKeyboard::keyChanged(QWidget* keyboard, int key, QAccessible::Event what) {
     if (!QAccessible::isActive()) return;
     QAccessibleInterface* iface = QAccessible::queryAccessibleInterface(keyboard);
     QAccessibleInterface* child = iface ? iface->child(key) : nullptr;
     if (!child) return;
-    QAccessibleEvent event(child, QAccessible::StateChanged);
+    if (what != QAccessible::StateChanged) {
+        QAccessibleEvent event(child, what);
+        QAccessible::updateAccessibility(&event);
+        return;
+    }
+    QAccessible::State selection;  // a state change needs its own event, naming what changed
+    selection.checked = true;
+    QAccessibleStateChangeEvent event(child, selection);
     QAccessible::updateAccessibility(&event);
 }
 

@@ -26,8 +26,9 @@ public:
     virtual bool accessibleKeySelected(int /*key*/) const { return false; }
     virtual void accessibleKeyPress(int key) = 0;
 
-    // Tells a screen reader that the key's name, description or state changed.
-    static void keyChanged(QWidget* keyboard, int key);
+    // Tells a screen reader that the key was selected or unselected (StateChanged) or that its
+    // description changed (DescriptionChanged).
+    static void keyChanged(QWidget* keyboard, int key, QAccessible::Event what = QAccessible::StateChanged);
 };
 
 // The name a key is read out by: the full name of its key name ("Escape" for "escape"), or the

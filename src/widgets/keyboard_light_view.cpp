@@ -39,6 +39,7 @@ void KeyboardLightView::setKeyColor(int layoutIndex, const QColor& color) {
     if (c == color) return;
     c = color;
     update(keyRect(layoutIndex));
+    AccessibleKeyboard::keyChanged(this, layoutIndex, QAccessible::DescriptionChanged);
 }
 
 void KeyboardLightView::setKeyHighlighted(int layoutIndex, bool highlighted) {

@@ -43,7 +43,7 @@ void KeyboardView::resetKeyMacro() {
     for (const KeyData& k : kbKeyArraySelect_) {
         const KeyNameEntry& entry = G_KB_SuperKeyNameMap.at(k.keyname);
         kbKeyArraySelect_[checkedIndex(k.index)].keyMacro = entry.full_name;
-        AccessibleKeyboard::keyChanged(this, static_cast<int>(k.index));
+        AccessibleKeyboard::keyChanged(this, static_cast<int>(k.index), QAccessible::DescriptionChanged);
     }
     for (const KeyData& k : kbKeyArrayHover_) {
         const std::size_t i = checkedIndex(k.index);
@@ -60,7 +60,7 @@ void KeyboardView::setKeyMacro(int layoutIndex, const QString& text, bool macroS
     kbKeyArraySelect_[i].keyMacro = text.toStdString();
     keyViews_[i].isMacro = macroState;
     redrawKey(i);
-    AccessibleKeyboard::keyChanged(this, layoutIndex);
+    AccessibleKeyboard::keyChanged(this, layoutIndex, QAccessible::DescriptionChanged);
 }
 
 void KeyboardView::setKeyCheck(int layoutIndex, bool check) {
