@@ -360,7 +360,13 @@ void KeyboardViewController::keystrokeCaptureStarted(bool readsEventDevices) {
     notice(extraText(ExtraText::kInputAccessHint));
 }
 
-void KeyboardViewController::showKeyMenu() { keyboardKeyMenu->showAt(QCursor::pos()); }
+// At the pointer; under the key when it was pressed elsewhere (through the accessibility tree).
+void KeyboardViewController::showKeyMenu() {
+    const KeyboardView* kb = customkey_view->keyboard();
+    const QRect key = kb->selectKeyItem() == -1 ? QRect() : kb->keyRect(kb->selectKeyItem());
+    const bool atPointer = key.isNull() || key.contains(kb->mapFromGlobal(QCursor::pos()));
+    keyboardKeyMenu->showAt(atPointer ? QCursor::pos() : kb->mapToGlobal(key.bottomLeft()));
+}
 
 void KeyboardViewController::showCustomKeyDialog() {
     auto* dialog = new CustomKeyViewController(*session_, window());

@@ -1,6 +1,5 @@
 #include "widgets/custom_key_func_view.h"
 
-#include <QFontMetricsF>
 #include <QIcon>
 #include <QMouseEvent>
 #include <QPainter>
@@ -43,6 +42,7 @@ void KeyFuncView::initView(const QString& key_icon, const QString& label, std::i
 }
 
 CustomKeyFuncView::CustomKeyFuncView(QWidget* parent) : QWidget(parent) {
+    installKeyboardAccessibility();
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
@@ -67,6 +67,7 @@ void CustomKeyFuncView::setSelected(int index, bool selected) {
     const std::size_t i = checkedIndex(index);
     views_[i].isSelect = selected;
     redrawKey(i);
+    AccessibleKeyboard::keyChanged(this, index);
 }
 
 void CustomKeyFuncView::clearSelection() {
@@ -74,6 +75,7 @@ void CustomKeyFuncView::clearSelection() {
         if (views_[i].isSelect) {
             views_[i].isSelect = false;
             redrawKey(i);
+            AccessibleKeyboard::keyChanged(this, static_cast<int>(i));
         }
     }
 }
@@ -84,6 +86,17 @@ bool CustomKeyFuncView::isSelected(int index) const {
 
 QRect CustomKeyFuncView::keyRect(int index) const {
     return widgetRects_[checkedIndex(index)].toAlignedRect();
+}
+
+KeyLabel CustomKeyFuncView::fittedLabel(int index) const {
+    const std::size_t i = checkedIndex(index);
+    return fitKeyLabel(views_[i].text, widgetRects_[i], font(), kLabelPixelSize);
+}
+
+QString CustomKeyFuncView::accessibleKeyName(int key) const {
+    const keyFunc& k = customkey_array_[checkedIndex(key)];
+    const CustomKeyFuncCodeEntry* e = CustomKeyFuncCodeMap().find(static_cast<int>(k.key_code));
+    return QString::fromStdString(e ? e->full_name : k.keyname);
 }
 
 QSize CustomKeyFuncView::sizeHint() const {
@@ -141,8 +154,11 @@ void CustomKeyFuncView::mouseReleaseEvent(QMouseEvent* event) {
     }
     const int pressed = pressedKey_;
     pressedKey_ = -1;
-    if (pressed == -1 || keyAt(event->position()) != pressed) return;
-    const std::int64_t code = views_[static_cast<std::size_t>(pressed)].key_code;
+    if (pressed != -1 && keyAt(event->position()) == pressed) activate(static_cast<std::size_t>(pressed));
+}
+
+void CustomKeyFuncView::activate(std::size_t i) {
+    const std::int64_t code = views_[i].key_code;
     NotificationCenter::defaultCenter().post(
         kCustomKeyFuncAction, std::map<std::string, std::int64_t>{{"key_code", code}});
     emit keyFuncClicked(code);
@@ -158,11 +174,6 @@ void CustomKeyFuncView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
 
-    QFont labelFont = font();
-    labelFont.setPixelSize(kLabelPixelSize);
-    painter.setFont(labelFont);
-    const QFontMetricsF metrics(labelFont);
-
     for (std::size_t i = 0; i < widgetRects_.size(); ++i) {
         const KeyFuncView& v = views_[i];
         const QRectF& r = widgetRects_[i];
@@ -177,9 +188,8 @@ void CustomKeyFuncView::paintEvent(QPaintEvent*) {
             QIcon(v.iconPath).paint(&painter, iconRect.toAlignedRect());
             continue;
         }
-        // The label spans the key's width, as wide as it may be before it is elided.
         painter.setPen(QColor(255, 255, 255));
-        painter.drawText(r, Qt::AlignCenter, metrics.elidedText(v.text, Qt::ElideRight, r.width()));
+        drawKeyLabel(painter, fittedLabel(static_cast<int>(i)));
     }
 }
 

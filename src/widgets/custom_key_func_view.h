@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "layout/custom_key_func.h"
+#include "widgets/key_label.h"
+#include "widgets/keyboard_accessible.h"
 
 namespace qx9 {
 
@@ -29,8 +31,9 @@ struct KeyFuncView {
 // can be given. A click on a key (press and release over the same key) posts
 // "customKeyFuncAction" on the default notification centre with the object
 // std::map<std::string, std::int64_t>{{"key_code", code}} and emits keyFuncClicked(code). The
-// selection marks are set from outside; the palette never changes them itself.
-class CustomKeyFuncView : public QWidget {
+// selection marks are set from outside; the palette never changes them itself. In the
+// accessibility tree each key is a child named after its function, whose press action is a click.
+class CustomKeyFuncView : public QWidget, public AccessibleKeyboard {
     Q_OBJECT
 
 public:
@@ -48,9 +51,20 @@ public:
     const std::vector<keyFunc>& keys() const { return customkey_array_; }
     // The key's rectangle in widget coordinates. An index outside the palette is fatal.
     QRect keyRect(int index) const;
+    // The key's text as drawn on its cap (none on a key with an icon). An index outside the
+    // palette is fatal.
+    KeyLabel fittedLabel(int index) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
+
+    // AccessibleKeyboard
+    int accessibleKeyCount() const override { return static_cast<int>(views_.size()); }
+    QRect accessibleKeyRect(int key) const override { return keyRect(key); }
+    QString accessibleKeyName(int key) const override;
+    bool accessibleKeysCheckable() const override { return true; }
+    bool accessibleKeySelected(int key) const override { return isSelected(key); }
+    void accessibleKeyPress(int key) override { activate(checkedIndex(key)); }
 
 signals:
     void keyFuncClicked(qint64 code);
@@ -67,6 +81,7 @@ private:
     int keyAt(const QPointF& p) const;
     void setHover(int index);
     void redrawKey(std::size_t i);
+    void activate(std::size_t i);
 
     std::vector<keyFunc> customkey_array_;
     std::vector<KeyFuncView> views_;  // element i: key i

@@ -5,6 +5,8 @@
 
 #include <mutex>
 
+#include "layout/key_maps.h"
+
 namespace qx9 {
 
 namespace {
@@ -72,17 +74,29 @@ QAccessibleInterface* keyboardFactory(const QString&, QObject* object) {
 
 }  // namespace
 
+QString keyFullName(const std::string& keyName) {
+    const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(keyName);
+    return QString::fromStdString(e ? e->full_name : keyName);
+}
+
 void installKeyboardAccessibility() {
     static std::once_flag once;
     std::call_once(once, [] { QAccessible::installFactory(keyboardFactory); });
 }
 
-void AccessibleKeyboard::keyChanged(QWidget* keyboard, int key) {
+void AccessibleKeyboard::keyChanged(QWidget* keyboard, int key, QAccessible::Event what) {
     if (!QAccessible::isActive()) return;
     QAccessibleInterface* iface = QAccessible::queryAccessibleInterface(keyboard);
     QAccessibleInterface* child = iface ? iface->child(key) : nullptr;
     if (!child) return;
-    QAccessibleEvent event(child, QAccessible::StateChanged);
+    if (what != QAccessible::StateChanged) {
+        QAccessibleEvent event(child, what);
+        QAccessible::updateAccessibility(&event);
+        return;
+    }
+    QAccessible::State selection;  // a state change needs its own event, naming what changed
+    selection.checked = true;
+    QAccessibleStateChangeEvent event(child, selection);
     QAccessible::updateAccessibility(&event);
 }
 

@@ -4,6 +4,7 @@
 #include <QRect>
 #include <QString>
 
+#include <string>
 #include <vector>
 
 namespace qx9 {
@@ -25,9 +26,14 @@ public:
     virtual bool accessibleKeySelected(int /*key*/) const { return false; }
     virtual void accessibleKeyPress(int key) = 0;
 
-    // Tells a screen reader that the key's name, description or state changed.
-    static void keyChanged(QWidget* keyboard, int key);
+    // Tells a screen reader that the key was selected or unselected (StateChanged) or that its
+    // description changed (DescriptionChanged).
+    static void keyChanged(QWidget* keyboard, int key, QAccessible::Event what = QAccessible::StateChanged);
 };
+
+// The name a key is read out by: the full name of its key name ("Escape" for "escape"), or the
+// key name itself where the name map does not know it.
+QString keyFullName(const std::string& keyName);
 
 // Makes every widget that implements AccessibleKeyboard reachable as described above. Called
 // by such widgets when they are built; installs the factory once.

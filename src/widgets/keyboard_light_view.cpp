@@ -6,8 +6,6 @@
 
 #include <cmath>
 
-#include "layout/key_maps.h"
-
 namespace qx9 {
 
 KeyboardLightView::KeyboardLightView(QWidget* parent) : QWidget(parent) {
@@ -41,6 +39,7 @@ void KeyboardLightView::setKeyColor(int layoutIndex, const QColor& color) {
     if (c == color) return;
     c = color;
     update(keyRect(layoutIndex));
+    AccessibleKeyboard::keyChanged(this, layoutIndex, QAccessible::DescriptionChanged);
 }
 
 void KeyboardLightView::setKeyHighlighted(int layoutIndex, bool highlighted) {
@@ -56,9 +55,7 @@ QRect KeyboardLightView::keyRect(int layoutIndex) const {
 }
 
 QString KeyboardLightView::accessibleKeyName(int key) const {
-    const KeyData& k = keys_.at(static_cast<std::size_t>(key));
-    const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(k.keyname);
-    return QString::fromStdString(e ? e->full_name : k.keyname);
+    return keyFullName(keys_.at(static_cast<std::size_t>(key)).keyname);
 }
 
 QString KeyboardLightView::accessibleKeyDescription(int key) const {

@@ -1,7 +1,6 @@
 #include "widgets/keyboard_view.h"
 
 #include <QEnterEvent>
-#include <QFontMetricsF>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPen>
@@ -17,11 +16,12 @@ namespace qx9 {
 
 namespace {
 
-constexpr double kLabelPixelSize = 10;
+constexpr int kLabelPixelSize = 10;
 
 }  // namespace
 
 KeyboardView::KeyboardView(QWidget* parent) : QWidget(parent) {
+    installKeyboardAccessibility();
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
@@ -43,6 +43,7 @@ void KeyboardView::resetKeyMacro() {
     for (const KeyData& k : kbKeyArraySelect_) {
         const KeyNameEntry& entry = G_KB_SuperKeyNameMap.at(k.keyname);
         kbKeyArraySelect_[checkedIndex(k.index)].keyMacro = entry.full_name;
+        AccessibleKeyboard::keyChanged(this, static_cast<int>(k.index), QAccessible::DescriptionChanged);
     }
     for (const KeyData& k : kbKeyArrayHover_) {
         const std::size_t i = checkedIndex(k.index);
@@ -59,6 +60,7 @@ void KeyboardView::setKeyMacro(int layoutIndex, const QString& text, bool macroS
     kbKeyArraySelect_[i].keyMacro = text.toStdString();
     keyViews_[i].isMacro = macroState;
     redrawKey(i);
+    AccessibleKeyboard::keyChanged(this, layoutIndex, QAccessible::DescriptionChanged);
 }
 
 void KeyboardView::setKeyCheck(int layoutIndex, bool check) {
@@ -85,6 +87,27 @@ bool KeyboardView::isKeyHighlighted(int layoutIndex) const {
 
 QRect KeyboardView::keyRect(int index) const {
     return picture_.rects()[checkedIndex(index)].toAlignedRect();
+}
+
+KeyLabel KeyboardView::fittedLabel(int index) const {
+    const std::size_t i = checkedIndex(index);
+    return fitKeyLabel(QString::fromStdString(kbKeyArraySelect_[i].keyMacro), picture_.rects()[i], font(),
+                       kLabelPixelSize);
+}
+
+QString KeyboardView::accessibleKeyName(int key) const {
+    return keyFullName(kbKeyArraySelect_[checkedIndex(key)].keyname);
+}
+
+QString KeyboardView::accessibleKeyDescription(int key) const {
+    const QString text = keyMacro(key);
+    return text == accessibleKeyName(key) ? QString() : text;
+}
+
+void KeyboardView::accessibleKeyPress(int key) {
+    if (!isEvent_ || onHomePage()) return;
+    selectKey(key);
+    activateKey(checkedIndex(key));
 }
 
 QSize KeyboardView::sizeHint() const {
@@ -182,23 +205,30 @@ void KeyboardView::mouseMoved(const QPointF& p) {
 }
 
 void KeyboardView::mouseDown() {
-    if (!isEvent_ || hoverKeyItem_ == -1) return;
-    if (selectKeyItem_ != -1 && selectKeyItem_ != hoverKeyItem_) {
-        const std::size_t old = checkedIndex(selectKeyItem_);
-        keyViews_[old].isSelect = false;
-        redrawKey(old);
+    if (isEvent_ && hoverKeyItem_ != -1) selectKey(hoverKeyItem_);
+}
+
+void KeyboardView::selectKey(std::int64_t key) {
+    if (selectKeyItem_ == key) return;
+    const std::int64_t old = selectKeyItem_;
+    selectKeyItem_ = key;
+    for (std::int64_t k : {old, key}) {
+        if (k == -1) continue;
+        const std::size_t i = checkedIndex(k);
+        keyViews_[i].isSelect = k == key;
+        redrawKey(i);
+        AccessibleKeyboard::keyChanged(this, static_cast<int>(k));
     }
-    if (selectKeyItem_ == hoverKeyItem_) return;
-    selectKeyItem_ = hoverKeyItem_;
-    const std::size_t i = checkedIndex(selectKeyItem_);
-    keyViews_[i].isSelect = true;
-    redrawKey(i);
 }
 
 void KeyboardView::mouseUp(const QPointF& p) {
     if (!isEvent_ || selectKeyItem_ == -1) return;
     const std::size_t i = checkedIndex(selectKeyItem_);
     if (!keyContains(picture_.rects()[i], p)) return;  // the click ended off the selected key
+    activateKey(i);
+}
+
+void KeyboardView::activateKey(std::size_t i) {
     const std::string& name = kbKeyArrayHover_[i].keyname;
     NotificationCenter::defaultCenter().post(kKeyboardKeyAction, name);
     emit keyActivated(QString::fromStdString(name));
@@ -236,17 +266,9 @@ void KeyboardView::paintEvent(QPaintEvent*) {
     picture_.paint(painter);
 
     // Assignment texts.
-    QFont labelFont = font();
-    labelFont.setPixelSize(static_cast<int>(kLabelPixelSize));
-    painter.setFont(labelFont);
-    const QFontMetricsF metrics(labelFont);
     for (std::size_t i = 0; i < picture_.rects().size(); ++i) {
-        const QRectF textRect = picture_.rects()[i].adjusted(2, 0, -2, 0);
-        const QString text =
-            metrics.elidedText(QString::fromStdString(kbKeyArraySelect_[i].keyMacro),
-                               Qt::ElideRight, textRect.width());
         painter.setPen(keyViews_[i].highlighted() ? QColor(255, 255, 255) : QColor(34, 34, 38));
-        painter.drawText(textRect, Qt::AlignCenter, text);
+        drawKeyLabel(painter, fittedLabel(static_cast<int>(i)));
     }
 
     // Check marks: a dashed frame (2 wide, 3 on and 1 off) inside the key's bounds.

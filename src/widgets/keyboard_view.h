@@ -15,6 +15,8 @@
 #include <vector>
 
 #include "layout/keyboard_layout.h"
+#include "widgets/key_label.h"
+#include "widgets/keyboard_accessible.h"
 #include "widgets/keyboard_picture.h"
 #include "widgets/keyboard_tooltip.h"
 
@@ -46,8 +48,10 @@ struct SelectKeyView {
 //       a key, or enters or leaves the view (show 0);
 //   "keyboardKeyAction" (std::string key name) when the button is released over the selected
 //       key.
-// The view is a fixed-size picture: keys and picture occupy sizeHint() from the top left.
-class KeyboardView : public QWidget {
+// The view is a fixed-size picture: keys and picture occupy sizeHint() from the top left. In the
+// accessibility tree each key is a child named after its key, described by its text where that
+// differs from the name; its press action selects and activates it as a click does.
+class KeyboardView : public QWidget, public AccessibleKeyboard {
     Q_OBJECT
 
 public:
@@ -83,6 +87,8 @@ public:
     QRect keyRect(int index) const;
     // True when a picture was loaded (false: the view draws its own body).
     bool hasPicture() const { return bCreateImageView_; }
+    // The key's text as drawn on its cap. An index outside the keys is fatal.
+    KeyLabel fittedLabel(int index) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -90,6 +96,15 @@ public:
     // Returns true while the application's start page covers the pages; pointer motion is then
     // ignored. Unset means false.
     std::function<bool()> showingHomePage;
+
+    // AccessibleKeyboard
+    int accessibleKeyCount() const override { return keyCount(); }
+    QRect accessibleKeyRect(int key) const override { return keyRect(key); }
+    QString accessibleKeyName(int key) const override;
+    QString accessibleKeyDescription(int key) const override;
+    bool accessibleKeysCheckable() const override { return isEvent_; }
+    bool accessibleKeySelected(int key) const override { return key == selectKeyItem_; }
+    void accessibleKeyPress(int key) override;
 
 signals:
     void tooltipChanged(const qx9::KeyboardToolTip& tip);
@@ -106,6 +121,8 @@ protected:
 private:
     void mouseMoved(const QPointF& p);
     void mouseDown();
+    void selectKey(std::int64_t key);
+    void activateKey(std::size_t i);
     void mouseUp(const QPointF& p);
     void mouseEntered();
     void mouseExited();

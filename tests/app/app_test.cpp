@@ -1,6 +1,7 @@
 // The window on a virtual QX9, walked as a user would: synthesized clicks and keys, then the
 // database, the keyboard's memory and the widgets checked.
 #include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QApplication>
 #include <QProgressBar>
 #include <QComboBox>
@@ -148,6 +149,43 @@ private slots:
         QTest::mouseClick(palette, Qt::LeftButton, Qt::NoModifier, palette->keyRect(20).center());
         QCOMPARE(warnings.count(), 1);
         QCOMPARE(warnings.at(0).at(1).toString(), QString::fromStdString(localizedText(112)));
+        QAccessible::queryAccessibleInterface(palette)->child(20)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(warnings.count(), 2);  // pressed through the accessibility tree as by a click
+    }
+
+    void keyTextsFitTheirKeysAtTheMinimumSize() {
+        enterPages();
+        window_->resize(window_->minimumSizeHint());
+        KeyboardView* kb = controller_->keyPage()->keyboard();
+        for (int language = 0; language < 3; ++language) {
+            child<QComboBox>("combo_language")->setCurrentIndex(language);
+            clickKey(33 + language);  // disabled, the longest text the menu gives; one spot twice would be a double click
+            QTRY_VERIFY(controller_->keyMenu()->isVisible());
+            QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
+            for (int i = 0; i < kb->keyCount(); ++i) {
+                const KeyLabel label = kb->fittedLabel(i);
+                QVERIFY2(!label.elided && QString(label.text).remove(' ').remove('\n') == kb->keyMacro(i).remove(' '), qPrintable(kb->keyMacro(i)));
+            }
+        }
+        CustomKeyFuncView* palette = controller_->keyPage()->palette();
+        for (int i = 0; i < int(palette->keys().size()); ++i) QVERIFY(!palette->fittedLabel(i).elided);
+    }
+
+    void keysInTheAccessibilityTree() {
+        enterPages();
+        QAccessibleInterface* keys = QAccessible::queryAccessibleInterface(controller_->keyPage()->keyboard());
+        QCOMPARE(keys->childCount(), controller_->keyPage()->keyboard()->keyCount());
+        QAccessibleInterface* a = keys->child(30);
+        QCOMPARE(a->text(QAccessible::Name), "A");
+        QCOMPARE(a->text(QAccessible::Description), QString());  // nothing more than its name
+        a->actionInterface()->doAction(QAccessibleActionInterface::pressAction());  // as a click: the key menu
+        QTRY_VERIFY(controller_->keyMenu()->isVisible() && a->state().checked);
+        QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
+        QCOMPARE(a->text(QAccessible::Description), QString::fromStdString(localizedText(102)));
+        QAccessibleInterface* funcs = QAccessible::queryAccessibleInterface(controller_->keyPage()->palette());
+        QCOMPARE(funcs->childCount(), int(controller_->keyPage()->palette()->keys().size()));
+        for (int i = 0; i < funcs->childCount(); ++i) QVERIFY(!funcs->child(i)->text(QAccessible::Name).isEmpty());
+        QCOMPARE(funcs->child(0)->text(QAccessible::Name), "Escape");
     }
 
     void customDialogCapturesShiftAndOne() {
