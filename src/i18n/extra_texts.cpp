@@ -46,7 +46,7 @@ Texts textsOf(ExtraText id) {
             return {"Recording: press the keys of the macro. %1 events so far.", "正在录制：请按下宏的按键。已录制 %1 个事件。",
                     "正在錄製：請按下巨集的按鍵。已錄製 %1 個事件。"};
         case ExtraText::kMacroSkipped:
-            return {"%1 keys skipped: the keyboard cannot play them (the last was HID usage %2).",
+            return {"Keys skipped: %1 (the keyboard cannot play them; the last was HID usage %2).",
                     "已跳过 %1 个键盘无法播放的按键（最后一个为 HID 用法 %2）。",
                     "已略過 %1 個鍵盤無法播放的按鍵（最後一個為 HID 用法 %2）。"};
         case ExtraText::kMacroPressKey: return {"Press a key", "请按下一个键", "請按下一個鍵"};

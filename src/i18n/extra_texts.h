@@ -18,7 +18,7 @@ enum class ExtraText {
     kMacroMemory,      // "Macro memory: %1 of %2 bytes"
     kMacroMemoryFull,  // "Too large for the keyboard: …"
     kMacroRecording,   // "Recording: … %1 events so far."
-    kMacroSkipped,     // "%1 keys skipped …": %2 is the last one's HID usage
+    kMacroSkipped,     // "Keys skipped: %1 …": %2 is the last one's HID usage
     kMacroPressKey,    // "Press a key"
     kDeleteEvent,      // "Delete Event"
     kRename,           // "Rename"
