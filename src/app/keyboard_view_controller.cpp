@@ -7,7 +7,6 @@
 #include <QListWidget>
 #include <QShowEvent>
 #include <QStackedWidget>
-#include <QStyle>
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -26,6 +25,7 @@
 #include "pages/key_page_view.h"
 #include "pages/macro_page_view.h"
 #include "pages/message_box.h"
+#include "pages/page_controls.h"
 #include "pages/lighting_page_view.h"
 #include "pages/settings_page_view.h"
 #include "pages/user_light_page_view.h"
@@ -53,13 +53,6 @@ constexpr PageButton kPageButtons[] = {
     {kPageSettings, "config_btn", "icon_menu_config", ExtraText::kPageSettings},
 };
 
-// Shows a changed dynamic property that the style sheet reads.
-void restyle(QWidget* w, const char* property, bool value) {
-    if (w->property(property).toBool() == value && w->property(property).isValid()) return;
-    w->setProperty(property, value);
-    w->style()->unpolish(w);
-    w->style()->polish(w);
-}
 
 // The colour button of a lighting page that carries `tag`: the backlight page's swatch (100)
 // and presets (101–114), the per-key page's swatch (200) and presets (201–214).

@@ -10,12 +10,12 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
 
 #include "i18n/extra_texts.h"
 #include "i18n/language.h"
+#include "pages/page_controls.h"
 #include "session/keyboard_session.h"
 
 namespace qx9 {
@@ -326,12 +326,7 @@ void MacroPageView::sync() {
     const bool recording = model.macroRecordType() == MacroPage::kRecording;
     record_button->setEnabled(c.record_button);
     record_button->setText(text(c.record_button_title));
-    if (record_button->property("recording").toBool() != recording) {
-        record_button->setProperty("recording", recording);
-        if (recording) record_tableview->setFocus();
-        record_button->style()->unpolish(record_button);
-        record_button->style()->polish(record_button);
-    }
+    if (restyle(record_button, "recording", recording) && recording) record_tableview->setFocus();
     QStringList state;
     if (recording) state << text(ExtraText::kMacroRecording).arg(model.RecordListDatas().size());
     if (model.skippedKeys() > 0) {
@@ -369,11 +364,7 @@ void MacroPageView::syncMemory() {
     if (auto* label = findChild<QLabel*>("macro_label_memory")) label->setText(used);
     memoryFull_->setText(text(ExtraText::kMacroMemoryFull));
     memoryFull_->setVisible(!memory.fits);
-    if (memoryBar_->property("full").toBool() != !memory.fits) {
-        memoryBar_->setProperty("full", !memory.fits);
-        memoryBar_->style()->unpolish(memoryBar_);
-        memoryBar_->style()->polish(memoryBar_);
-    }
+    restyle(memoryBar_, "full", !memory.fits);
 }
 
 }  // namespace qx9

@@ -26,12 +26,15 @@ QVBoxLayout* listWithButtons(QListWidget* list, std::initializer_list<QWidget*> 
     return column;
 }
 
-void showActive(QWidget* control, bool active) {
-    if (control->property("active").isValid() && control->property("active").toBool() == active) return;
-    control->setProperty("active", active);
-    control->style()->unpolish(control);
-    control->style()->polish(control);
+bool restyle(QWidget* widget, const char* property, bool value) {
+    if (widget->property(property).isValid() && widget->property(property).toBool() == value) return false;
+    widget->setProperty(property, value);
+    widget->style()->unpolish(widget);
+    widget->style()->polish(widget);
+    return true;
 }
+
+void showActive(QWidget* control, bool active) { restyle(control, "active", active); }
 
 void editCurrentRow(QListWidget* list) {
     if (QListWidgetItem* item = list->currentItem()) {

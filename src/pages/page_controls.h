@@ -19,6 +19,9 @@ namespace qx9 {
 QToolButton* smallButton(const char* name, const QString& text, QWidget* parent);
 // A list over its row of small buttons.
 QVBoxLayout* listWithButtons(QListWidget* list, std::initializer_list<QWidget*> buttons);
+// Sets a dynamic property that the style sheet reads and restyles the widget; false when the
+// property already had that value.
+bool restyle(QWidget* widget, const char* property, bool value);
 // Marks a control as the chosen one ("active", which the style sheet colours) and restyles it.
 void showActive(QWidget* control, bool active);
 // A row that keeps `content` at its natural width in the middle of a wider page.
