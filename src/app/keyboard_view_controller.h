@@ -10,9 +10,12 @@
 #include "common/notification_center.h"
 #include "hid/hid_device_monitor.h"
 #include "session/keyboard_session.h"
+#include "store/database_watcher.h"
 
 class QButtonGroup;
 class QLabel;
+class QProgressBar;
+class QSocketNotifier;
 class QTimer;
 class QStackedWidget;
 class QToolButton;
@@ -58,6 +61,7 @@ public:
     void changed(SessionAspect aspect) override;
     void warning(const std::string& message, const std::string& informative) override;
     void notice(const std::string& text) override;
+    void sending(std::size_t done, std::size_t total, std::size_t waiting) override;
     void showKeyMenu() override;
     void showCustomKeyDialog() override;
 
@@ -78,11 +82,18 @@ private:
     void showPage(int pageCode);
     void syncPages();
     void deviceArrived(const Notification& n);
+    // Watches the database once it is open; another program's commits reload the pages.
+    void watchDatabase();
+    void databaseWritten();
 
     AppOptions options_;
     std::unique_ptr<KeyboardSession> session_;
     std::unique_ptr<HIDDeviceMonitor> rfDeviceMonitor;
-    std::thread monitorThread_;
+    QSocketNotifier* monitorNotifier_ = nullptr;
+    std::thread openThread_;  // opens an arriving keyboard's node, which may wait for udev
+    std::unique_ptr<DatabaseWatcher> databaseWatcher_;
+    QTimer* databaseSettle_ = nullptr;  // a burst of writes is looked at once
+    std::int64_t databaseVersion_ = 0;
     std::vector<NotificationCenter::Token> tokens_;
     std::shared_ptr<VirtualQX9> virtual_;
     bool appeared_ = false;
@@ -91,6 +102,8 @@ private:
     StartView* nodevice_view = nullptr;
     QLabel* notice_ = nullptr;  // the notice bar under the pages
     QTimer* noticeTimer_ = nullptr;
+    QProgressBar* progress_ = nullptr;  // a transfer that takes a while
+    QTimer* progressDelay_ = nullptr;
     QStackedWidget* pages_ = nullptr;
     std::map<int, QToolButton*> pageButtons_;
     QToolButton* home_btn = nullptr;

@@ -265,8 +265,11 @@ DeviceSQLite& Context::database() {
 ops::Target Context::target() {
     DeviceSQLite& db = database();
     sends = true;
-    if (hasKeyboard() && !comm_) comm_ = std::make_unique<DeviceComm>(device.record.device, nullptr, wire);
-    return ops::Target{db, comm_.get()};
+    if (hasKeyboard() && !comm_) {
+        comm_ = std::make_unique<DeviceComm>(device.record.device, nullptr, wire);
+        sender_ = std::make_unique<DirectSender>(*comm_, db);
+    }
+    return ops::Target{db, sender_.get()};
 }
 
 int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
@@ -298,7 +301,6 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         handler->second(c, std::vector<std::string>(options.command.begin() + 1, options.command.end()));
 
         if (c.sends && !c.hasKeyboard()) err << "qx9ctl: no keyboard attached: stored only, nothing was sent\n";
-        if (!saveVirtualState(c.device, error)) throw UsageError{error};
         setConsoleStream(previousConsole);
         return 0;
     } catch (const UsageError& e) {

@@ -48,8 +48,7 @@ void cmdConnect(Context& c, const std::vector<std::string>& args) {
     const ops::Target target = c.target();
     ops::LanguageChoice language;
     ops::applyStoredLanguage(target.db, language);
-    ops::selectedEffect(target.db);
-    check(ops::sentOrNot(ops::sendWholeConfiguration(target), "the configuration"));
+    check(ops::connectKeyboard(target));
 }
 
 void cmdProfile(Context& c, const std::vector<std::string>& args) {
@@ -64,9 +63,7 @@ void cmdProfile(Context& c, const std::vector<std::string>& args) {
         table.print(c.out, c.options.json);
     } else if (verb == "add") {
         expectArgs(args, 1, "profile add");
-        std::vector<ProfileData> profiles;
-        c.database().queryProfileList(profiles);
-        const std::string name = ops::newProfileName(profiles.size());
+        std::string name;
         std::int64_t id = 0;
         check(ops::addProfile({c.database()}, name, id));
         printRecord(c, id, name);
@@ -141,6 +138,9 @@ void cmdSettings(Context& c, const std::vector<std::string>& args) {
 void cmdKeyboardState(Context& c, const std::vector<std::string>& args) {
     expectArgs(args, 0, "keyboard-state");
     if (!c.device.virtualKeyboard) throw UsageError{"keyboard-state reads a virtual keyboard (--device virtual:FILE)"};
+    // Held like a transaction: what another program sent last is in the shared file.
+    const DeviceLock lock(c.device.virtualKeyboard, kDeviceLockTimeout);
+    if (!lock) throw UsageError{c.device.virtualKeyboard->lastError()};
     c.out << memoryToJson(c.device.virtualKeyboard->memory());
 }
 

@@ -8,6 +8,7 @@
 #include "cli/ctl_device.h"
 #include "hid/device_comm.h"
 #include "hid/wire_log.h"
+#include "sender/keyboard_sender.h"
 #include "ops/target.h"
 #include "store/device_sqlite.h"
 
@@ -55,6 +56,7 @@ public:
 private:
     std::unique_ptr<DeviceSQLite> db_;
     std::unique_ptr<DeviceComm> comm_;
+    std::unique_ptr<DirectSender> sender_;
 };
 
 // Throws the outcome's reason as a UsageError unless it is done.

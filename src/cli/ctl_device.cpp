@@ -31,9 +31,9 @@ bool openDevice(const std::string& spec, OpenedDevice& opened, std::string& erro
         auto keyboard = std::make_shared<VirtualQX9>();
         if (spec.size() > 8) {
             opened.stateFile = spec.substr(8);
-            if (std::filesystem::exists(opened.stateFile) && !keyboard->loadState(opened.stateFile, error)) {
-                return false;
-            }
+            // Every process with this file has the same keyboard: each transaction reads it and
+            // writes it back while it holds the keyboard.
+            if (!keyboard->shareState(opened.stateFile, error)) return false;
         }
         keyboard->open();
         opened.virtualKeyboard = keyboard;
@@ -56,11 +56,6 @@ bool openDevice(const std::string& spec, OpenedDevice& opened, std::string& erro
     }
     error = spec + ": no such hidraw device";
     return false;
-}
-
-bool saveVirtualState(OpenedDevice& opened, std::string& error) {
-    if (!opened.virtualKeyboard || opened.stateFile.empty()) return true;
-    return opened.virtualKeyboard->saveState(opened.stateFile, error);
 }
 
 }  // namespace qx9::ctl

@@ -22,7 +22,4 @@ struct OpenedDevice {
 // a state file that cannot be read).
 bool openDevice(const std::string& spec, OpenedDevice& opened, std::string& error);
 
-// Saves a virtual keyboard's memory back to its file, if it has one.
-bool saveVirtualState(OpenedDevice& opened, std::string& error);
-
 }  // namespace qx9::ctl

@@ -162,7 +162,7 @@ void cmdLight(Context& c, const std::vector<std::string>& args) {
         }
         const Effect e = selected(c);
         requireColour(e);
-        check(ops::setLightColour(c.target(), profile, e.mode, static_cast<std::uint8_t>(colour.r),
+        check(ops::setLightColour(c.target(), profile, profile, static_cast<std::uint8_t>(colour.r),
                                   static_cast<std::uint8_t>(colour.g), static_cast<std::uint8_t>(colour.b)));
     } else if (verb == "random") {
         expect(2, "random on|off");
@@ -170,16 +170,16 @@ void cmdLight(Context& c, const std::vector<std::string>& args) {
         const Effect e = selected(c);
         if (!e.controls.randomSwitch) throw UsageError{effectName(e.mode) + " has no random colour"};
         if (e.controls.randomShownOn == on) return;  // the switch shows it already
-        check(ops::setRandomColour(c.target(), profile, e.mode, on));
+        check(ops::setRandomColour(c.target(), profile, profile, on));
     } else if (verb == "brightness" || verb == "speed") {
         expect(2, verb == "speed" ? "speed 0-15" : "brightness 0-15");
         const std::int64_t value = parseInRange(args[1], "the " + verb, 0, kSliderMaximum);
         const Effect e = selected(c);
         if (verb == "brightness") {
-            check(ops::setBrightness(c.target(), profile, e.mode, value));
+            check(ops::setBrightness(c.target(), profile, profile, value));
         } else {
             if (!e.controls.speed) throw UsageError{effectName(e.mode) + " has no speed"};
-            check(ops::setSpeed(c.target(), profile, e.mode, value));
+            check(ops::setSpeed(c.target(), profile, profile, value));
         }
     } else if (verb == "direction") {
         expect(2, "direction up|down|left|right");
@@ -196,7 +196,7 @@ void cmdLight(Context& c, const std::vector<std::string>& args) {
             const char* shown = e.controls.upDown ? " takes up or down" : e.controls.leftRight ? " takes left or right" : " has no direction";
             throw UsageError{effectName(e.mode) + shown};
         }
-        check(ops::setDirection(c.target(), profile, e.mode, direction));
+        check(ops::setDirection(c.target(), profile, profile, direction));
     } else if (verb == "sleep") {
         expect(2, "sleep 0-3");
         const std::int64_t value = parseInRange(args[1], "the sleep time", 0, ops::kSleepTimeCount - 1);

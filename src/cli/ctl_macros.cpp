@@ -18,14 +18,12 @@ std::int64_t parseMacro(Context& c, const std::string& text) {
     return id;
 }
 
-std::size_t parseEvent(const std::vector<ops::RecordRow>& events, const std::string& text) {
-    const std::int64_t n = parseInteger(text, "the event");
+// Event `n` of the events as stored when the change is made; refused when there is none.
+ops::Outcome eventIndex(const std::vector<ops::RecordRow>& events, std::int64_t n) {
     const auto count = static_cast<std::int64_t>(events.size());
-    if (n < 0 || n >= count) {
-        throw UsageError{"no event " + text + " in this macro (it has " + std::to_string(count) +
-                         (count == 1 ? " event)" : " events)")};
-    }
-    return static_cast<std::size_t>(n);
+    if (n >= 0 && n < count) return ops::Outcome::done();
+    return ops::Outcome::refused("no event " + std::to_string(n) + " in this macro (it has " + std::to_string(count) +
+                                 (count == 1 ? " event)" : " events)"));
 }
 
 std::int64_t parseDelay(const std::string& text) {
@@ -91,16 +89,22 @@ void macroInsert(Context& c, const std::vector<std::string>& args) {
     if (args.size() != 3 && args.size() != 5) throw usageError(usage);
     const std::int64_t macro = parseMacro(c, args[1]);
     const std::vector<ops::RecordRow> added = parseEventKind(args[2]);
-    std::vector<ops::RecordRow> events = ops::storedEvents(c.database(), macro);
-    std::optional<std::size_t> selected;  // none: the new events go to the end
+    std::optional<std::int64_t> selected;  // none: the new events go to the end
     bool after = false;
     if (args.size() == 5) {
         if (args[3] != "--before" && args[3] != "--after") throw usageError(usage);
         after = args[3] == "--after";
-        selected = parseEvent(events, args[4]);
+        selected = parseInteger(args[4], "the event");
     }
-    ops::insertEvents(events, selected, after, added);
-    check(ops::storeAndSendEvents(c.target(), macro, events, c.database().countMacros()));
+    // Inserted into the events as they are stored when the change is made.
+    check(ops::changeEvents(c.target(), macro, [&](std::vector<ops::RecordRow>& events) {
+        if (selected) {
+            if (ops::Outcome o = eventIndex(events, *selected); !o) return o;
+        }
+        ops::insertEvents(events, selected ? std::optional<std::size_t>(static_cast<std::size_t>(*selected)) : std::nullopt,
+                          after, added);
+        return ops::Outcome::done();
+    }));
 }
 
 }  // namespace
@@ -114,7 +118,7 @@ void cmdMacro(Context& c, const std::vector<std::string>& args) {
         macroList(c);
     } else if (verb == "add") {
         expect(1, "add");
-        const std::string name = ops::newMacroName(static_cast<std::size_t>(c.database().countMacros()));
+        std::string name;
         std::int64_t id = 0;
         check(ops::addMacro({c.database()}, name, id));
         printRecord(c, id, name);
@@ -132,29 +136,30 @@ void cmdMacro(Context& c, const std::vector<std::string>& args) {
     } else if (verb == "delete-event") {
         expect(3, "delete-event ID N");
         const std::int64_t macro = parseMacro(c, args[1]);
-        std::vector<ops::RecordRow> events = ops::storedEvents(c.database(), macro);
-        ops::deleteEventWithPartner(events, parseEvent(events, args[2]));
-        check(ops::storeAndSendEvents(c.target(), macro, events, c.database().countMacros()));
+        const std::int64_t n = parseInteger(args[2], "the event");
+        check(ops::changeEvents(c.target(), macro, [&](std::vector<ops::RecordRow>& events) {
+            if (ops::Outcome o = eventIndex(events, n); !o) return o;
+            ops::deleteEventWithPartner(events, static_cast<std::size_t>(n));
+            return ops::Outcome::done();
+        }));
     } else if (verb == "delay-mode" || verb == "save") {
         if (verb == "save") expect(2, "save ID");
         else expect(3, "delay-mode ID record|none|default:MS");
         const std::int64_t macro = parseMacro(c, args[1]);
-        MacroInfo info;
-        c.database().queryMacroInfo(macro, info);
+        std::int64_t delayType = ops::kKeepDelayMode, delayTime = 0;  // save: the mode as stored
         if (verb == "delay-mode") {
             const std::string& mode = args[2];
-            info.delayTime = 0;
-            if (mode == "record") info.delayType = ops::kRecordingDelay;
-            else if (mode == "none") info.delayType = ops::kNoDelay;
+            if (mode == "record") delayType = ops::kRecordingDelay;
+            else if (mode == "none") delayType = ops::kNoDelay;
             else if (mode.rfind("default:", 0) == 0) {
-                info.delayType = ops::kDefaultDelay;
-                info.delayTime = parseDelay(mode.substr(8));
+                delayType = ops::kDefaultDelay;
+                delayTime = parseDelay(mode.substr(8));
             } else {
                 throw UsageError{"delay-mode takes record, none or default:MS, not \"" + mode + "\""};
             }
         }
-        check(ops::saveMacro(c.target(), macro, ops::storedEvents(c.database(), macro), info.delayType, info.delayTime,
-                             c.database().countMacros()));
+        // The stored events, stored again with the delay mode, and every macro sent.
+        check(ops::saveMacro(c.target(), macro, nullptr, delayType, delayTime));
     } else {
         throw usageError("unknown macro command " + verb);
     }

@@ -85,7 +85,7 @@ void cmdUserLight(Context& c, const std::vector<std::string>& args) {
         table.print(c.out, c.options.json);
     } else if (verb == "add") {
         expect(1);
-        const std::string name = ops::newUserLightName(sets(c).size());
+        std::string name;
         std::int64_t id = 0;
         const ops::Target target = c.target();  // the new set is shown, which sends it
         check(ops::addUserLight(target, name, id));
@@ -106,7 +106,8 @@ void cmdUserLight(Context& c, const std::vector<std::string>& args) {
     } else if (verb == "apply" || verb == "reset") {
         expect(2);
         const std::int64_t set = parseSet(c, args[1]);
-        if (verb == "apply") check(ops::applyUserLight(c.target(), set, ops::setColours(c.database(), set)));
+        // The set stored again as it is, and sent.
+        if (verb == "apply") check(ops::changeUserLight(c.target(), set, [](std::vector<std::uint32_t>&) { return ops::Outcome::done(); }));
         else check(ops::resetUserLight(c.target(), set));
     } else if (verb == "show") {
         expect(2);

@@ -82,7 +82,8 @@ bool DeviceComm::sendDeviceData(std::span<const std::uint8_t> data) {
     return ok;
 }
 
-bool DeviceComm::sendDeviceData(std::span<const std::uint8_t> data, std::int64_t length) {
+bool DeviceComm::sendDeviceData(std::span<const std::uint8_t> data, std::int64_t length,
+                                const std::function<void()>& sent) {
     if (deviceStatus() == 0) {
         ++failures_;
         return false;
@@ -104,6 +105,7 @@ bool DeviceComm::sendDeviceData(std::span<const std::uint8_t> data, std::int64_t
         console() << "newArr-" << i << bracketedList(slice) << '\n';
         pause(kReportPause);
         if (!platformSet(dev, slice, kReportLength)) return true;
+        if (sent) sent();
     }
     return true;
 }

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <span>
@@ -50,8 +51,9 @@ public:
 
     // A block of `length` / 64 − 1 reports without read-back, each after a pause and a
     // "newArr-" diagnostic line. Stops at the first failed report and still returns true.
-    // False only when the keyboard is absent.
-    bool sendDeviceData(std::span<const std::uint8_t> data, std::int64_t length);
+    // False only when the keyboard is absent. `sent`, when given, hears of each report set.
+    bool sendDeviceData(std::span<const std::uint8_t> data, std::int64_t length,
+                        const std::function<void()>& sent = {});
 
     // Pause and one set without acknowledgement; false when absent or refused.
     bool sendDeviceDataNoGet(std::span<const std::uint8_t> data);

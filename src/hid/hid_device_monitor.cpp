@@ -25,6 +25,11 @@ void postDevice(const char* name, const HIDDevice& device) {
 HIDDeviceMonitor::HIDDeviceMonitor(std::vector<HIDMonitorData> vp, std::int64_t reportSize)
     : vp_(std::move(vp)), reportSize_(reportSize), wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
+struct HIDDeviceMonitor::Udev {
+    UdevPtr<udev> context;
+    UdevPtr<udev_monitor> monitor;
+};
+
 HIDDeviceMonitor::~HIDDeviceMonitor() = default;
 
 void HIDDeviceMonitor::stop() {
@@ -74,20 +79,39 @@ void HIDDeviceMonitor::departed(udev_device* dev) {
     rawDeviceRemoved(rec);
 }
 
-void HIDDeviceMonitor::start() {
-    UdevPtr<udev> u(udev_new());
-    UdevPtr<udev_monitor> monitor;
-    if (u) {
-        // Listen first, then enumerate, so that nothing arriving in between is missed.
-        monitor.reset(udev_monitor_new_from_netlink(u.get(), "udev"));
-        if (monitor && (udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), "hidraw", nullptr) < 0 ||
-                        udev_monitor_enable_receiving(monitor.get()) < 0)) {
-            monitor.reset();
-        }
-        forEachUdevDevice(u.get(), "hidraw", nullptr, [this](udev_device* dev) { arrived(dev); });
+bool HIDDeviceMonitor::open() {
+    udev_ = std::make_unique<Udev>();
+    udev_->context.reset(udev_new());
+    if (!udev_->context) return false;
+    // Listen first, then enumerate, so that nothing arriving in between is missed.
+    udev_->monitor.reset(udev_monitor_new_from_netlink(udev_->context.get(), "udev"));
+    if (udev_->monitor && (udev_monitor_filter_add_match_subsystem_devtype(udev_->monitor.get(), "hidraw", nullptr) < 0 ||
+                           udev_monitor_enable_receiving(udev_->monitor.get()) < 0)) {
+        udev_->monitor.reset();
     }
+    forEachUdevDevice(udev_->context.get(), "hidraw", nullptr, [this](udev_device* dev) { arrived(dev); });
+    return true;
+}
+
+int HIDDeviceMonitor::fd() const {
+    return udev_ && udev_->monitor ? udev_monitor_get_fd(udev_->monitor.get()) : -1;
+}
+
+void HIDDeviceMonitor::receive() {
+    if (!udev_ || !udev_->monitor) return;
+    // The monitor's socket does not block: every device waiting is taken.
+    while (UdevPtr<udev_device> dev{udev_monitor_receive_device(udev_->monitor.get())}) {
+        const char* action = udev_device_get_action(dev.get());
+        const std::string a = action ? action : "";
+        if (a == "add") arrived(dev.get());
+        else if (a == "remove") departed(dev.get());
+    }
+}
+
+void HIDDeviceMonitor::start() {
+    open();
     // Without udev the monitor reports nothing and just waits to be stopped.
-    pollfd fds[2] = {{wake_.get(), POLLIN, 0}, {monitor ? udev_monitor_get_fd(monitor.get()) : -1, POLLIN, 0}};
+    pollfd fds[2] = {{wake_.get(), POLLIN, 0}, {fd(), POLLIN, 0}};
     for (;;) {
         const int n = ::poll(fds, 2, -1);
         if (n < 0) {
@@ -99,13 +123,7 @@ void HIDDeviceMonitor::start() {
             fds[1].fd = -1;  // the monitor broke: keep waiting for stop() only
             continue;
         }
-        if (fds[1].revents & POLLIN) {
-            UdevPtr<udev_device> dev(udev_monitor_receive_device(monitor.get()));
-            if (!dev) continue;
-            const std::string action = udev_device_get_action(dev.get()) ? udev_device_get_action(dev.get()) : "";
-            if (action == "add") arrived(dev.get());
-            else if (action == "remove") departed(dev.get());
-        }
+        if (fds[1].revents & POLLIN) receive();
     }
 }
 

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -23,8 +24,11 @@ struct HIDMonitorData {
 
 // Finds the keyboard's configuration interface among the hidraw nodes and posts
 // "HIDDeviceConnected" / "HIDDeviceDisconnected" with {"device": record} on the default
-// notification centre, from its own thread. Nodes present when it starts are reported through
-// the same arrival path as later ones.
+// notification centre. Nodes present when it opens are reported through the same arrival path
+// as later ones.
+//
+// A front end with an event loop watches fd() and calls receive() when it is readable, so the
+// notifications come on its own thread; start() runs the same loop on a thread of its own.
 //
 // Linux keeps nothing of a node once it is gone, so the monitor remembers the record of every
 // matched node to report its removal with the record it arrived with.
@@ -38,7 +42,14 @@ public:
     const std::vector<HIDMonitorData>& vp() const { return vp_; }
     std::int64_t reportSize() const { return reportSize_; }
 
-    // Watches udev until stop() (the application never stops it). Call on a thread of its own.
+    // Listens to udev, then reports the nodes already there. False without udev.
+    bool open();
+    // The descriptor that becomes readable when udev has news; -1 before open() or without udev.
+    int fd() const;
+    // Reports what udev announced since the last call (arrivals and removals).
+    void receive();
+
+    // open(), then receive() whenever there is news, until stop(). Call on a thread of its own.
     void start();
     // Ends start(); safe from any thread.
     void stop();
@@ -56,6 +67,8 @@ private:
     const std::vector<HIDMonitorData> vp_;
     const std::int64_t reportSize_;
     UniqueFd wake_;  // eventfd that stop() signals
+    struct Udev;
+    std::unique_ptr<Udev> udev_;
     std::map<std::string, HIDDevice> known_;  // matched nodes by syspath (monitor thread only)
 };
 

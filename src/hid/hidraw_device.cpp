@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <linux/hidraw.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 
 #include <algorithm>
@@ -19,6 +20,8 @@ namespace {
 constexpr auto kReportLength = static_cast<std::size_t>(kQX9FeatureSize);
 constexpr int kOpenAttempts = 3;
 constexpr auto kOpenRetryDelay = std::chrono::milliseconds(100);
+// How often a held lock is tried again while another program has it.
+constexpr auto kLockRetryDelay = std::chrono::milliseconds(2);
 
 bool deviceGone(int err) { return err == ENODEV || err == EIO || err == ENXIO || err == ENOENT; }
 
@@ -52,6 +55,31 @@ bool HidrawDevice::open() {
         if (openErrno_ != EACCES || attempt == kOpenAttempts) return fail("open", openErrno_);
         std::this_thread::sleep_for(kOpenRetryDelay);
     }
+}
+
+bool HidrawDevice::lockExclusive(std::chrono::milliseconds timeout) {
+    if (!fd_ && !open()) return false;
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    for (;;) {
+        if (::flock(fd_.get(), LOCK_EX | LOCK_NB) == 0) {
+            locked_ = true;
+            return true;
+        }
+        const int err = errno;
+        if (err == EINTR) continue;
+        if (err != EWOULDBLOCK) return fail("lock", err);
+        if (std::chrono::steady_clock::now() >= deadline) {
+            lastError_ = devnode_ + " is in use by another program";
+            return false;
+        }
+        std::this_thread::sleep_for(kLockRetryDelay);
+    }
+}
+
+bool HidrawDevice::unlock() {
+    if (locked_ && fd_) ::flock(fd_.get(), LOCK_UN);
+    locked_ = false;
+    return true;
 }
 
 bool HidrawDevice::setFeatureReport(std::uint8_t reportId, const std::uint8_t* data,

@@ -28,6 +28,9 @@ public:
     bool isOpen() const override { return fd_.valid(); }
     bool setFeatureReport(std::uint8_t reportId, const std::uint8_t* data, std::size_t length) override;
     bool getFeatureReport(std::uint8_t reportId, std::uint8_t* data, std::size_t& length) override;
+    // flock on the node: every program that opens it shares the one lock.
+    bool lockExclusive(std::chrono::milliseconds timeout) override;
+    bool unlock() override;
     std::string lastError() const override { return lastError_; }
 
     const std::string& devnode() const { return devnode_; }
@@ -42,6 +45,7 @@ private:
     std::int64_t productId_;
     UniqueFd fd_;
     bool gone_ = false;
+    bool locked_ = false;
     int openErrno_ = 0;
     std::string lastError_;
 };

@@ -1,9 +1,15 @@
 #include "hid/virtual_qx9.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 #include "hid/device_comm.h"
 #include "protocol/command_frame.h"
@@ -14,7 +20,9 @@ using namespace protocol;
 
 namespace {
 
-constexpr std::size_t kReportLength = DeviceComm::kReportLength;
+static_assert(protocol::kReportLength == DeviceComm::kReportLength);
+// How often a lock file held by another process is tried again.
+constexpr auto kLockRetryDelay = std::chrono::milliseconds(2);
 
 std::string nextIdentity() {
     static std::atomic<int> counter{0};
@@ -54,11 +62,119 @@ VirtualQX9::VirtualQX9(std::string identity)
     : identity_(identity.empty() ? nextIdentity() : std::move(identity)) {}
 
 bool VirtualQX9::open() {
+    std::lock_guard lock(mutex_);
     if (vanished_) {
         lastError_ = "No such device";
         return false;
     }
     open_ = true;
+    return true;
+}
+
+void VirtualQX9::close() {
+    std::lock_guard lock(mutex_);
+    open_ = false;
+}
+
+bool VirtualQX9::isOpen() const {
+    std::lock_guard lock(mutex_);
+    return open_;
+}
+
+std::string VirtualQX9::lastError() const {
+    std::lock_guard lock(mutex_);
+    return lastError_;
+}
+
+void VirtualQX9::setBusyReads(int count) {
+    std::lock_guard lock(mutex_);
+    busyReads_ = count;
+}
+
+void VirtualQX9::failSetAt(int k) {
+    std::lock_guard lock(mutex_);
+    failSetAt_ = k;
+    setsSinceArmed_ = 0;
+}
+
+void VirtualQX9::vanish() {
+    std::lock_guard lock(mutex_);
+    vanished_ = true;
+}
+
+void VirtualQX9::reappear() {
+    std::lock_guard lock(mutex_);
+    vanished_ = false;
+}
+
+std::uint64_t VirtualQX9::setCount() const {
+    std::lock_guard lock(mutex_);
+    return setCount_;
+}
+
+std::uint64_t VirtualQX9::getCount() const {
+    std::lock_guard lock(mutex_);
+    return getCount_;
+}
+
+bool VirtualQX9::lockExclusive(std::chrono::milliseconds timeout) {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    if (!hold_.try_lock_until(deadline)) {
+        std::lock_guard lock(mutex_);
+        lastError_ = "the keyboard is in use";
+        return false;
+    }
+    std::lock_guard lock(mutex_);
+    if (sharedState_.empty()) return true;
+    const std::string lockPath = sharedState_ + ".lock";
+    const int fd = ::open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (fd < 0) {
+        lastError_ = "cannot open " + lockPath;
+        hold_.unlock();
+        return false;
+    }
+    while (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EINTR) continue;
+        if (errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline) {
+            lastError_ = sharedState_ + " is in use by another program";
+            ::close(fd);
+            hold_.unlock();
+            return false;
+        }
+        mutex_.unlock();
+        std::this_thread::sleep_for(kLockRetryDelay);
+        mutex_.lock();
+    }
+    sharedLockFd_ = fd;
+    // Another process may have changed the keyboard since this one last held it.
+    std::error_code ec;
+    std::string error;
+    if (std::filesystem::exists(sharedState_, ec) && !loadStateLocked(sharedState_, error)) lastError_ = error;
+    return true;
+}
+
+bool VirtualQX9::unlock() {
+    bool kept = true;
+    {
+        std::lock_guard lock(mutex_);
+        if (sharedLockFd_ >= 0) {
+            std::string error;
+            kept = saveStateLocked(sharedState_, error);
+            if (!kept) lastError_ = error;
+            ::flock(sharedLockFd_, LOCK_UN);
+            ::close(sharedLockFd_);
+            sharedLockFd_ = -1;
+        }
+    }
+    hold_.unlock();
+    return kept;
+}
+
+bool VirtualQX9::shareState(const std::string& path, std::string& error) {
+    std::lock_guard lock(mutex_);
+    std::error_code ec;
+    if (std::filesystem::exists(path, ec) && !loadStateLocked(path, error)) return false;
+    sharedState_ = path;
     return true;
 }
 
@@ -71,6 +187,7 @@ bool VirtualQX9::looksLikeFrameCommand(const Report& r) {
 }
 
 bool VirtualQX9::setFeatureReport(std::uint8_t reportId, const std::uint8_t* data, std::size_t length) {
+    std::lock_guard lock(mutex_);
     ++setCount_;
     if (failSetAt_ > 0 && ++setsSinceArmed_ == failSetAt_) {
         failSetAt_ = 0;
@@ -108,6 +225,7 @@ bool VirtualQX9::setFeatureReport(std::uint8_t reportId, const std::uint8_t* dat
 }
 
 bool VirtualQX9::getFeatureReport(std::uint8_t reportId, std::uint8_t* data, std::size_t& length) {
+    std::lock_guard lock(mutex_);
     ++getCount_;
     if (vanished_ || !open_) {
         lastError_ = vanished_ ? "No such device" : "device not open";
@@ -196,16 +314,31 @@ void VirtualQX9::applyBlock() {
     ++memory_.transactions;
 }
 
-const VirtualQX9Memory& VirtualQX9::memory() {
+VirtualQX9Memory VirtualQX9::memory() {
+    std::lock_guard lock(mutex_);
     takePendingCommand();
     return memory_;
 }
 
-void VirtualQX9::setMemory(VirtualQX9Memory memory) { memory_ = std::move(memory); }
+void VirtualQX9::setMemory(VirtualQX9Memory memory) {
+    std::lock_guard lock(mutex_);
+    memory_ = std::move(memory);
+}
 
 bool VirtualQX9::saveState(const std::string& path, std::string& error) {
-    const std::string text = memoryToJson(memory());
-    const std::string tmp = path + ".tmp";
+    std::lock_guard lock(mutex_);
+    return saveStateLocked(path, error);
+}
+
+bool VirtualQX9::loadState(const std::string& path, std::string& error) {
+    std::lock_guard lock(mutex_);
+    return loadStateLocked(path, error);
+}
+
+bool VirtualQX9::saveStateLocked(const std::string& path, std::string& error) {
+    takePendingCommand();
+    const std::string text = memoryToJson(memory_);
+    const std::string tmp = path + ".tmp" + std::to_string(::getpid());
     {
         std::ofstream out(tmp, std::ios::binary | std::ios::trunc);
         if (!out || !(out << text) || !out.flush()) {
@@ -221,7 +354,7 @@ bool VirtualQX9::saveState(const std::string& path, std::string& error) {
     return true;
 }
 
-bool VirtualQX9::loadState(const std::string& path, std::string& error) {
+bool VirtualQX9::loadStateLocked(const std::string& path, std::string& error) {
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         error = "cannot read " + path;

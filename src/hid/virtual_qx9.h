@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,6 +21,10 @@ namespace qx9 {
 // byte 8 data reports; the reports that follow are data until that many have arrived. A block
 // that is cut short (a report lost, then the next command report) is dropped. A command report
 // is taken when the next read acknowledges it; a busy answer drops it, as the keyboard does.
+//
+// Its calls may come from any thread. With a state file shared (shareState), it is one keyboard
+// for every process that shares the file: each hold (lockExclusive) takes a lock file beside
+// the state file, reads the memory from it, and unlock() writes the memory back.
 class VirtualQX9 final : public HidBackend {
 public:
     explicit VirtualQX9(std::string identity = {});
@@ -28,26 +33,32 @@ public:
     std::string identity() const override { return identity_; }
     std::int64_t productId() const override { return kQX9ProductId; }
     bool open() override;
-    void close() override { open_ = false; }
-    bool isOpen() const override { return open_; }
+    void close() override;
+    bool isOpen() const override;
     bool setFeatureReport(std::uint8_t reportId, const std::uint8_t* data, std::size_t length) override;
     bool getFeatureReport(std::uint8_t reportId, std::uint8_t* data, std::size_t& length) override;
-    std::string lastError() const override { return lastError_; }
+    bool lockExclusive(std::chrono::milliseconds timeout) override;
+    bool unlock() override;
+    std::string lastError() const override;
 
     // Faults.
-    void setBusyReads(int count) { busyReads_ = count; }  // the next `count` reads answer busy
-    void failSetAt(int k) { failSetAt_ = k; setsSinceArmed_ = 0; }  // the k-th set from now fails
-    void vanish() { vanished_ = true; }  // every call fails from now on
-    void reappear() { vanished_ = false; }
+    void setBusyReads(int count);  // the next `count` reads answer busy
+    void failSetAt(int k);         // the k-th set from now fails
+    void vanish();                 // every call fails from now on
+    void reappear();
 
     // Memory (any command report still waiting for its acknowledgement is taken first).
-    const VirtualQX9Memory& memory();
+    VirtualQX9Memory memory();
     void setMemory(VirtualQX9Memory memory);
     bool saveState(const std::string& path, std::string& error);
     bool loadState(const std::string& path, std::string& error);
+    // Makes `path` the keyboard's memory for every process that shares it: it is read now (when
+    // it exists) and at every hold, and written at the end of every hold. False when it exists
+    // and cannot be read.
+    bool shareState(const std::string& path, std::string& error);
 
-    std::uint64_t setCount() const { return setCount_; }
-    std::uint64_t getCount() const { return getCount_; }
+    std::uint64_t setCount() const;
+    std::uint64_t getCount() const;
 
 private:
     using Report = std::vector<std::uint8_t>;
@@ -56,6 +67,13 @@ private:
     void takeData(const Report& report);
     void applyBlock();
     static bool looksLikeFrameCommand(const Report& report);
+    bool loadStateLocked(const std::string& path, std::string& error);
+    bool saveStateLocked(const std::string& path, std::string& error);
+
+    mutable std::mutex mutex_;      // every field below
+    std::timed_mutex hold_;         // the exclusive hold within this process
+    std::string sharedState_;       // the shared state file, empty when none
+    int sharedLockFd_ = -1;         // its lock file while held
 
     std::string identity_;
     bool open_ = false;

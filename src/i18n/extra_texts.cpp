@@ -28,6 +28,17 @@ Texts textsOf(ExtraText id) {
                     "keyboard is ready.",
                     "键盘没有接受此更改。更改已保存在本机；请在键盘就绪后重试。",
                     "鍵盤沒有接受此變更。變更已儲存在本機；請在鍵盤就緒後重試。"};
+        case ExtraText::kChangedElsewhere:
+            return {"Another program changed this meanwhile. The page now shows it as saved; your change was not "
+                    "saved.",
+                    "其他程序同时更改了此项。页面现在显示已保存的内容；您的更改未保存。",
+                    "其他程式同時變更了此項。頁面現在顯示已儲存的內容；您的變更未儲存。"};
+        case ExtraText::kEditsReplaced:
+            return {"Another program changed this macro. The list shows it as saved now; your unsaved edits of it "
+                    "were set aside.",
+                    "其他程序更改了此宏。列表现在显示已保存的内容；您对它未保存的编辑已被放弃。",
+                    "其他程式變更了此巨集。清單現在顯示已儲存的內容；您對它未儲存的編輯已被捨棄。"};
+        case ExtraText::kSending: return {"Sending to the keyboard…", "正在发送到键盘…", "正在傳送到鍵盤…"};
         case ExtraText::kUnreadableTitle: return {"The settings file cannot be read", "无法读取设置文件", "無法讀取設定檔"};
         case ExtraText::kUnreadableMessage:
             return {"%1 is damaged or is not a settings file of this application. Nothing was sent to the "

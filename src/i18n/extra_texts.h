@@ -12,6 +12,9 @@ enum class ExtraText {
     kNotStoredTitle,     // "The change was not saved"
     kNotStoredMessage,   // "The settings file could not be written; nothing was sent to the keyboard."
     kNotSent,            // "The keyboard did not take the change. It is saved on this computer; …"
+    kChangedElsewhere,   // "Another program changed this meanwhile …": the change was not stored
+    kEditsReplaced,      // the macro being edited was changed by another program
+    kSending,            // "Sending to the keyboard…"
     kUnreadableTitle,    // "The settings file cannot be read"
     kUnreadableMessage,  // "%1 is damaged or …": %1 stands for the file
     // The macro page.

@@ -18,9 +18,7 @@
 #include "ops/key_assignment.h"
 #include "ops/settings.h"
 #include "ops/user_lights.h"
-#include "ops/key_assignment.h"
 #include "ops/macros.h"
-#include "ops/settings.h"
 #include "i18n/language.h"
 
 namespace qx9::ops {
@@ -384,16 +382,45 @@ Outcome importConfiguration(const Target& target, std::string_view document) {
     std::string error;
     const std::optional<Configuration> c = parseConfigurationDocument(document, error);
     if (!c) return Outcome::refused(error);
-    if (!target.db.replaceConfiguration(*c, error)) return Outcome::notStored(error + "; the database is unchanged");
-    return sentOrNot(sendWholeConfiguration(target), "the configuration");
+    std::vector<BlockRequest> blocks;
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        if (!target.db.replaceConfiguration(*c, error)) return Outcome::notStored(error + "; the database is unchanged");
+        // Everything goes to the keyboard again, profile 1's key map with the macros.
+        if (!storeKeyboardProfile(target.db, kSettingsProfile) || !storeSetting(target.db, kMacroDeletions, "0") ||
+            !transaction.commit()) {
+            return Outcome::notStored("cannot write the database; the database is unchanged");
+        }
+        // The effect first: a per-key set, when there is one, is what the keyboard then shows, as
+        // after a connection.
+        blocks = {SendLightModeData(kSettingsProfile, kSettingsProfile)};
+        for (const BlockRequest& b : wholeConfiguration(target.db)) blocks.push_back(b);
+        blocks.push_back(SaveMacroToKeyboard());
+    }
+    return send(target, blocks);
 }
 
-bool sendWholeConfiguration(const Target& target) {
+std::vector<BlockRequest> wholeConfiguration(const DeviceSQLite& db) {
+    std::vector<BlockRequest> blocks;
     std::vector<UserLightData> sets;
-    target.db.getUserLightData(kSettingsProfile, sets);
-    bool sent = sets.empty() || sendUserLightColours(target, sets.front().userlight_id);
-    sent = sendSystemFunctions(target, storedSwitches(target.db)) && sent;
-    return sendKeyMap(target, kSettingsProfile, 0) && sent;
+    db.getUserLightData(kSettingsProfile, sets);
+    if (!sets.empty()) blocks.push_back(SendUserLightLedData(sets.front().userlight_id));
+    blocks.push_back(SendSystemFunctionData());
+    blocks.push_back(SendKeyMacroData(kSettingsProfile, 0));
+    return blocks;
+}
+
+Outcome connectKeyboard(const Target& target) {
+    std::vector<BlockRequest> blocks;
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        target.db.writeLightProfile(kSettingsProfile);
+        if (!storeKeyboardProfile(target.db, kSettingsProfile) || !transaction.commit()) {
+            return Outcome::notStored("the database did not take the connection");
+        }
+        blocks = wholeConfiguration(target.db);
+    }
+    return send(target, blocks);
 }
 
 }  // namespace qx9::ops

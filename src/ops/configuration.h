@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -41,12 +40,15 @@ std::optional<std::string> readDocumentFile(const std::filesystem::path& file, s
 // The database as a document.
 std::optional<std::string> exportConfiguration(const DeviceSQLite& db, std::string& error);
 // Checks the document completely, then replaces the database contents with it in one
-// transaction and sends to the keyboard what a first connection sends. On any error nothing
-// changes.
+// transaction and sends everything it replaced: the backlight effect, what a first connection
+// sends, and the macros. On any error nothing changes.
 Outcome importConfiguration(const Target& target, std::string_view document);
 
-// Sends what the first connection sends: the first per-key set's colours with the per-key mode
-// (when a set exists), the system functions and profile 1's key map.
-bool sendWholeConfiguration(const Target& target);
+// What the first connection sends: the first per-key set's colours with the per-key mode (when
+// a set exists), the system functions and profile 1's key map.
+std::vector<BlockRequest> wholeConfiguration(const DeviceSQLite& db);
+// The first connection: profile 1's lighting rows made when missing, profile 1 stored as the
+// keyboard's, then the whole configuration sent.
+Outcome connectKeyboard(const Target& target);
 
 }  // namespace qx9::ops

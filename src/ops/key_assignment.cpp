@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
-#include "common/console.h"
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
 #include "layout/custom_key_func.h"
 #include "layout/key_maps.h"
-#include "protocol/key_mapping.h"
 #include "ops/profiles.h"
+#include "ops/settings.h"
 
 namespace qx9::ops {
 
@@ -101,66 +100,40 @@ Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer
     if (key != static_cast<int>(key) || !G_KB_SuperKeyCodeMap.contains(static_cast<int>(key))) {
         return Outcome::refused("no key " + std::to_string(key) + " on the QX9");
     }
-    if (!profileExists(target.db, profile)) return Outcome::refused("no profile " + std::to_string(profile));
-    if (function.macroType == kMacroTypeMacro) {
-        MacroInfo macro;
-        if (!target.db.queryMacroInfo(function.macroValue, macro)) {
-            return Outcome::refused("no macro " + std::to_string(function.macroValue));
-        }
-    }
     function.keyId = 0;
     function.profId = profile;
     function.fnlayerId = layer;
     function.keyValue = key;
     {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        // What the assignment names must still be there when it is stored.
+        if (!profileExists(target.db, profile)) return Outcome::refused("no profile " + std::to_string(profile));
+        if (function.macroType == kMacroTypeMacro) {
+            MacroInfo macro;
+            if (!target.db.queryMacroInfo(function.macroValue, macro)) {
+                return Outcome::refused("no macro " + std::to_string(function.macroValue));
+            }
+        }
         // A value of 0 is the key's default function, stored as the absence of a row.
         const auto store = [&] { return target.db.addKeyProfile(function) >= 1 || function.macroValue == 0; };
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
         bool stored = store();
         if (stored && function.macroType == kMacroTypeKey && function.macroValue == kFnKeyCode) {
             // A key made Fn is Fn on both layers.
             function.fnlayerId = layer == 0 ? 1 : 0;
             stored = store();
         }
+        stored = stored && storeKeyboardProfile(target.db, profile);
         if (!stored || !transaction.commit()) return Outcome::notStored("the database did not take the assignment");
     }
-    return sentOrNot(sendKeyMap(target, profile, 0), "the key map");
+    return send(target, {SendKeyMacroData(profile, 0)});
 }
 
-namespace {
-
-bool isByte(std::int64_t v) { return v >= 0 && v <= 255; }
-
-// Whether a stored assignment can be written into the key-mapping block; a damaged row (a key
-// the QX9 lacks, a value outside what its record holds) is left out with a console line.
-bool encodable(const ProfileKey& k, const std::vector<MacroInfo>& macros) {
-    if (k.keyValue != static_cast<int>(k.keyValue) || !G_KB_SuperKeyCodeMap.contains(static_cast<int>(k.keyValue))) {
-        return false;
-    }
-    switch (k.macroType) {
-        case kMacroTypeKey: return (k.macroValue >= protocol::kFirstApplicationCode || isByte(k.macroValue)) && isByte(k.macro2Value);
-        case kMacroTypeCombination: return isByte(k.macroValue) && isByte(k.macro2Value) && isByte(k.macro3Value);
-        case kMacroTypeMacro:
-            for (std::size_t pos = 0; pos < macros.size(); ++pos) {
-                if (macros[pos].macroId == k.macroValue) return pos <= 255 && isByte(k.macro2Value) && isByte(k.macro3Value);
-            }
-            return true;  // a macro that is gone leaves the record as it is
-        default: return true;
-    }
+Outcome sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer) {
+    return send(target, {SendKeyMacroData(profile, layer)});
 }
 
-}  // namespace
-
-bool sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer) {
-    protocol::KeyMappingInput input;
-    target.db.queryKeysProfile(profile, layer, input.keys);
-    target.db.queryAllMacroData(input.macros);
-    std::erase_if(input.keys, [&](const ProfileKey& k) {
-        if (encodable(k, input.macros)) return false;
-        console() << "key assignment " << k.keyId << " is damaged and is not sent\n";
-        return true;
-    });
-    return transfer(target, [&] { protocol::SendKeyMacroData(target.keyboard, layer, input); });
+bool storeKeyboardProfile(DeviceSQLite& db, std::int64_t profile) {
+    return storeSetting(db, kKeyboardProfile, std::to_string(profile));
 }
 
 }  // namespace qx9::ops

@@ -42,7 +42,9 @@ std::optional<ProfileKey> listFunction(std::int64_t macroType, std::size_t index
 Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer, std::int64_t key,
                   ProfileKey function);
 
-// Sends the key-mapping table of (profile, layer), with the macros' positions.
-bool sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer);
+// Sends the key map of (profile, layer).
+Outcome sendKeyMap(const Target& target, std::int64_t profile, std::int64_t layer);
+// Records that the keyboard is sent the key map of `profile` (inside the change's transaction).
+bool storeKeyboardProfile(DeviceSQLite& db, std::int64_t profile);
 
 }  // namespace qx9::ops

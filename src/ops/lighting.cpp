@@ -1,8 +1,6 @@
 #include "ops/lighting.h"
 
-#include "common/console.h"
 #include "i18n/text_ids.h"
-#include "protocol/light_mode.h"
 #include "ops/settings.h"
 
 namespace qx9::ops {
@@ -53,72 +51,72 @@ bool readLightRecord(const DeviceSQLite& db, std::int64_t profile, std::int64_t 
 
 Outcome selectEffect(const Target& target, std::int64_t profile, std::int64_t effect, LightRecord& record) {
     // The selection is one for the application; the record is that of the current profile.
+    record.fill(0);
     {
         DeviceSQLite::Transaction transaction = target.db.beginTransaction();
         target.db.writeLightProfile(profile);  // a profile's lighting rows are made when first needed
         if (!target.db.selectLightMode(kSettingsProfile, effect) || !transaction.commit()) {
             return Outcome::notStored("the database did not take the effect");
         }
+        if (!readLightRecord(target.db, profile, effect, record)) {
+            return Outcome::refused("cannot read the backlight record of effect " + std::to_string(effect));
+        }
     }
-    record.fill(0);
-    if (!readLightRecord(target.db, profile, effect, record)) {
-        return Outcome::refused("cannot read the backlight record of effect " + std::to_string(effect));
-    }
-    return sentOrNot(sendLightMode(target, profile, effect), "the backlight effect");
+    return send(target, {SendLightModeData(profile, kSettingsProfile)});
 }
 
-Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64_t effect,
+Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64_t selection,
                           const std::function<void(LightRecord&)>& change) {
-    LightRecord record{};
-    target.db.writeLightProfile(profile);
-    if (!readLightRecord(target.db, profile, effect, record)) {
-        return Outcome::refused("cannot read the backlight record of effect " + std::to_string(effect));
+    {
+        // The effect and its record as they are now, whatever another program did before.
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        target.db.writeLightProfile(profile);
+        const std::int64_t effect = target.db.getLightModeSelectIndex(selection);
+        LightRecord record{};
+        if (!readLightRecord(target.db, profile, effect, record)) {
+            return Outcome::refused("cannot read the backlight record of effect " + std::to_string(effect));
+        }
+        change(record);
+        if (!target.db.modifyLightData(profile, effect, record) || !transaction.commit()) {
+            return Outcome::notStored("the database did not take the change");
+        }
     }
-    change(record);
-    if (!target.db.modifyLightData(profile, effect, record)) return Outcome::notStored("the database did not take the change");
-    return sentOrNot(sendLightMode(target, profile, effect), "the backlight effect");
+    return sendLightMode(target, profile, selection);
 }
 
-Outcome setLightColour(const Target& target, std::int64_t profile, std::int64_t effect, std::uint8_t red,
+Outcome setLightColour(const Target& target, std::int64_t profile, std::int64_t selection, std::uint8_t red,
                        std::uint8_t green, std::uint8_t blue) {
-    return changeLightRecord(target, profile, effect, [&](LightRecord& r) {
+    return changeLightRecord(target, profile, selection, [&](LightRecord& r) {
         r[kLightRed] = red;
         r[kLightGreen] = green;
         r[kLightBlue] = blue;
     });
 }
 
-Outcome setRandomColour(const Target& target, std::int64_t profile, std::int64_t effect, bool on) {
-    return changeLightRecord(target, profile, effect, [&](LightRecord& r) { r[kLightRandom] = on ? kRandomOn : 0; });
+Outcome setRandomColour(const Target& target, std::int64_t profile, std::int64_t selection, bool on) {
+    return changeLightRecord(target, profile, selection, [&](LightRecord& r) { r[kLightRandom] = on ? kRandomOn : 0; });
 }
 
-Outcome setBrightness(const Target& target, std::int64_t profile, std::int64_t effect, std::int64_t value) {
+Outcome setBrightness(const Target& target, std::int64_t profile, std::int64_t selection, std::int64_t value) {
     if (Outcome o = byteValue(value, "the brightness"); !o) return o;
-    return changeLightRecord(target, profile, effect,
+    return changeLightRecord(target, profile, selection,
                              [&](LightRecord& r) { r[kLightBrightness] = static_cast<std::uint8_t>(value); });
 }
 
-Outcome setSpeed(const Target& target, std::int64_t profile, std::int64_t effect, std::int64_t value) {
+Outcome setSpeed(const Target& target, std::int64_t profile, std::int64_t selection, std::int64_t value) {
     if (Outcome o = byteValue(value, "the speed"); !o) return o;
-    return changeLightRecord(target, profile, effect,
+    return changeLightRecord(target, profile, selection,
                              [&](LightRecord& r) { r[kLightSpeed] = static_cast<std::uint8_t>(value); });
 }
 
-Outcome setDirection(const Target& target, std::int64_t profile, std::int64_t effect, std::int64_t direction) {
+Outcome setDirection(const Target& target, std::int64_t profile, std::int64_t selection, std::int64_t direction) {
     if (Outcome o = byteValue(direction, "the direction"); !o) return o;
-    return changeLightRecord(target, profile, effect,
+    return changeLightRecord(target, profile, selection,
                              [&](LightRecord& r) { r[kLightDirection] = static_cast<std::uint8_t>(direction); });
 }
 
-bool sendLightMode(const Target& target, std::int64_t profile, std::int64_t mode) {
-    if (mode < 0 || mode > 255) {  // a damaged selection: nothing the keyboard could take
-        console() << "backlight mode " << mode << " is damaged and is not sent\n";
-        return true;
-    }
-    std::optional<LightRecord> record;
-    lightData data;
-    if (target.db.queryLightInfo(profile, mode, data)) record = data.data;
-    return transfer(target, [&] { protocol::SendLightModeData(target.keyboard, mode, record); });
+Outcome sendLightMode(const Target& target, std::int64_t profile, std::int64_t selection) {
+    return send(target, {SendLightModeData(profile, selection)});
 }
 
 }  // namespace qx9::ops

@@ -52,18 +52,20 @@ std::int64_t selectedEffect(DeviceSQLite& db);
 // Selects an effect: stored under profile 1, its record of `profile` read into `record`, sent.
 Outcome selectEffect(const Target& target, std::int64_t profile, std::int64_t effect, LightRecord& record);
 bool readLightRecord(const DeviceSQLite& db, std::int64_t profile, std::int64_t effect, LightRecord& record);
-// Reads the record of (profile, effect), lets `change` change it, stores and sends it.
-Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64_t effect,
+// Changes the record of `profile` for the effect selected under `selection` (profile 1, or the
+// profile whose own selection the page shows): read, changed by `change` and stored in one
+// transaction, then sent.
+Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64_t selection,
                           const std::function<void(LightRecord&)>& change);
-Outcome setLightColour(const Target& target, std::int64_t profile, std::int64_t effect, std::uint8_t red,
+Outcome setLightColour(const Target& target, std::int64_t profile, std::int64_t selection, std::uint8_t red,
                        std::uint8_t green, std::uint8_t blue);
-Outcome setRandomColour(const Target& target, std::int64_t profile, std::int64_t effect, bool on);
+Outcome setRandomColour(const Target& target, std::int64_t profile, std::int64_t selection, bool on);
 // Brightness and speed are stored whole (0–255); the sliders show the low four bits.
-Outcome setBrightness(const Target& target, std::int64_t profile, std::int64_t effect, std::int64_t value);
-Outcome setSpeed(const Target& target, std::int64_t profile, std::int64_t effect, std::int64_t value);
-Outcome setDirection(const Target& target, std::int64_t profile, std::int64_t effect, std::int64_t direction);
+Outcome setBrightness(const Target& target, std::int64_t profile, std::int64_t selection, std::int64_t value);
+Outcome setSpeed(const Target& target, std::int64_t profile, std::int64_t selection, std::int64_t value);
+Outcome setDirection(const Target& target, std::int64_t profile, std::int64_t selection, std::int64_t direction);
 
-// Sends the light record of (profile, mode).
-bool sendLightMode(const Target& target, std::int64_t profile, std::int64_t mode);
+// Sends the record of `profile` for the effect selected under `selection`.
+Outcome sendLightMode(const Target& target, std::int64_t profile, std::int64_t selection);
 
 }  // namespace qx9::ops

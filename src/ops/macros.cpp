@@ -6,6 +6,8 @@
 #include "i18n/text_ids.h"
 #include "layout/key_maps.h"
 #include "protocol/macro_download.h"
+#include "ops/settings.h"
+#include "store/config_value.h"
 
 namespace qx9::ops {
 
@@ -95,53 +97,140 @@ bool macroExists(const DeviceSQLite& db, std::int64_t macro) {
     return db.queryMacroInfo(macro, info);
 }
 
-Outcome addMacro(const Target& target, const std::string& name, std::int64_t& id) {
+Outcome addMacro(const Target& target, std::string& name, std::int64_t& id) {
     id = 0;
-    if (target.db.countMacros() >= kMaxMacros) {
+    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    const std::int64_t macros = target.db.countMacros();
+    if (macros >= kMaxMacros) {
         return Outcome::refused("the keyboard holds at most " + std::to_string(kMaxMacros) + " macros",
                                 extraText(ExtraText::kMacroLimitTitle), extraText(ExtraText::kMacroLimitMessage));
     }
+    name = newMacroName(static_cast<std::size_t>(macros));
     id = target.db.addMacroProfile(name);
-    if (id < 1) return Outcome::notStored("the database refused the new macro");
+    if (id < 1 || !transaction.commit()) {
+        id = 0;
+        return Outcome::notStored("the database refused the new macro");
+    }
     return Outcome::done();
 }
 
 Outcome renameMacro(const Target& target, std::int64_t macro, const std::string& name) {
     if (name.empty()) return Outcome::refused("a macro name cannot be empty");
+    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
     if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
-    if (!target.db.updateMacroProfileName(macro, name)) return Outcome::notStored("the database refused the new name");
+    if (!target.db.updateMacroProfileName(macro, name) || !transaction.commit()) {
+        return Outcome::notStored("the database refused the new name");
+    }
     return Outcome::done();
 }
 
 Outcome deleteMacro(const Target& target, std::int64_t macro) {
+    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
     if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
-    if (!target.db.deleteMacroProfile(macro)) return Outcome::notStored("the database refused to delete the macro");
+    // The macros after it move up a position, and keys name macros by position: the next macro
+    // download takes the key map along.
+    const std::int64_t deletions = parseConfigInteger(target.db.getConfigData(kSettingsProfile, kMacroDeletions),
+                                                      kMacroDeletions, 0, INT64_MAX - 1);
+    if (!target.db.deleteMacroProfile(macro) || !storeSetting(target.db, kMacroDeletions, std::to_string(deletions + 1)) ||
+        !transaction.commit()) {
+        return Outcome::notStored("the database refused to delete the macro");
+    }
     return Outcome::done();
 }
 
-Outcome storeEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events) {
+namespace {
+
+// Replaces the macro's events inside the caller's transaction; with `loaded`, only when the
+// stored events are still those (another program may have changed them since they were read).
+Outcome replaceEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
+                      const std::vector<RecordRow>* loaded) {
+    if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
+    if (loaded && storedEvents(target.db, macro) != *loaded) return Outcome::changedMeanwhile("the macro");
     if (!target.db.replaceMacroRecords(macro, records(macro, events))) {
         return Outcome::notStored("the database did not take the macro's events");
     }
     return Outcome::done();
 }
 
-Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
-                  std::int64_t delayMode, std::int64_t delayTime, std::int64_t listedMacroCount) {
-    MacroInfo info;
-    info.macroId = macro;
-    info.playTimes = 0;
-    if (delayMode == kNoDelay || delayMode == kDefaultDelay) info.delayType = delayMode;
-    if (delayMode == kDefaultDelay) info.delayTime = delayTime;
-    if (!target.db.saveMacro(info, records(macro, events))) return Outcome::notStored("the database did not take the macro");
-    return sendMacros(target, listedMacroCount);
+}  // namespace
+
+Outcome storeEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
+                    const std::vector<RecordRow>* loaded) {
+    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    if (Outcome o = replaceEvents(target, macro, events, loaded); !o) return o;
+    if (!transaction.commit()) return Outcome::notStored("the database did not take the macro's events");
+    return Outcome::done();
+}
+
+Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<RecordRow>* events,
+                  std::int64_t delayMode, std::int64_t delayTime, const std::vector<RecordRow>* loaded) {
+    std::vector<BlockRequest> blocks;
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
+        if (loaded && storedEvents(target.db, macro) != *loaded) return Outcome::changedMeanwhile("the macro");
+        MacroInfo info;
+        if (delayMode == kKeepDelayMode) {
+            target.db.queryMacroInfo(macro, info);
+            delayMode = info.delayType;
+            delayTime = info.delayTime;
+            info = {};
+        }
+        info.macroId = macro;
+        info.playTimes = 0;
+        if (delayMode == kNoDelay || delayMode == kDefaultDelay) info.delayType = delayMode;
+        if (delayMode == kDefaultDelay) info.delayTime = delayTime;
+        const std::vector<RecordRow> list = events ? *events : storedEvents(target.db, macro);
+        if (!target.db.saveMacro(info, records(macro, list))) return Outcome::notStored("the database did not take the macro");
+        blocks = macroDownload(target.db);
+        if (!transaction.commit()) return Outcome::notStored("the database did not take the macro");
+    }
+    return send(target, blocks);
 }
 
 Outcome storeAndSendEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
-                           std::int64_t listedMacroCount) {
-    Outcome stored = storeEvents(target, macro, events);
-    if (!stored) return stored;
-    return sendMacros(target, listedMacroCount);
+                           const std::vector<RecordRow>* loaded) {
+    return changeEvents(target, macro, [&](std::vector<RecordRow>& stored) {
+        if (loaded && stored != *loaded) return Outcome::changedMeanwhile("the macro");
+        stored = events;
+        return Outcome::done();
+    });
+}
+
+Outcome changeEvents(const Target& target, std::int64_t macro,
+                     const std::function<Outcome(std::vector<RecordRow>&)>& change) {
+    std::vector<BlockRequest> blocks;
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
+        std::vector<RecordRow> events = storedEvents(target.db, macro);
+        if (Outcome o = change(events); !o) return o;
+        if (Outcome o = replaceEvents(target, macro, events, nullptr); !o) return o;
+        blocks = macroDownload(target.db);
+        if (!transaction.commit()) return Outcome::notStored("the database did not take the macro's events");
+    }
+    return send(target, blocks);
+}
+
+std::vector<BlockRequest> macroDownload(DeviceSQLite& db) {
+    std::vector<BlockRequest> blocks{SaveMacroToKeyboard()};
+    const std::string deletions = db.getConfigData(kSettingsProfile, kMacroDeletions);
+    if (!deletions.empty() && deletions != "0") {
+        blocks.push_back(SendKeyMacroData(keyboardProfile(db), 0));
+        storeSetting(db, kMacroDeletions, "0");
+    }
+    return blocks;
+}
+
+Outcome sendMacros(const Target& target) {
+    std::vector<BlockRequest> blocks;
+    {
+        // A database that takes no write still gets the macros sent, and the key map again next time.
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        blocks = macroDownload(target.db);
+        transaction.commit();
+    }
+    return send(target, blocks);
 }
 
 namespace {
@@ -193,22 +282,5 @@ MacroMemory macroMemory(const DeviceSQLite& db, std::int64_t listedMacroCount, s
                   protocol::tryBuildMacroBlock(downloadInput(db, listedMacroCount, macro, edited).macros).has_value();
     return memory;
 }
-
-Outcome sendMacros(const Target& target, std::int64_t listedMacroCount) {
-    protocol::MacroDownloadInput input;
-    input.storedEventCount = countedEvents(target.db, 0, nullptr);
-    input.listedMacroCount = listedMacroCount;
-    if (const auto used = protocol::macroMemoryBytes(input.storedEventCount, listedMacroCount); used > protocol::kMacroCapacity) {
-        return Outcome::tooLarge("the macros need " + std::to_string(used) + " bytes of the keyboard's " +
-                                 std::to_string(protocol::kMacroCapacity) + "-byte macro memory");
-    }
-    input.macros = downloadInput(target.db, listedMacroCount, 0, nullptr).macros;
-    if (!protocol::tryBuildMacroBlock(input.macros)) {
-        return Outcome::tooLarge("the macros with the pauses the keyboard puts between their events overflow its " +
-                                 std::to_string(protocol::kMacroBlockSize) + "-byte macro block");
-    }
-    return sentOrNot(transfer(target, [&] { protocol::SaveMacroToKeyboard(target.keyboard, &input); }), "the macros");
-}
-Outcome sendMacros(const Target& target) { return sendMacros(target, target.db.countMacros()); }
 
 }  // namespace qx9::ops

@@ -27,20 +27,31 @@ bool profileExists(const DeviceSQLite& db, std::int64_t profile) {
     return false;
 }
 
-Outcome addProfile(const Target& target, const std::string& name, std::int64_t& id) {
+Outcome addProfile(const Target& target, std::string& name, std::int64_t& id) {
+    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    std::vector<ProfileData> profiles;
+    target.db.queryProfileList(profiles);
+    name = newProfileName(profiles.size());
     id = target.db.addProfile(name);
-    if (id < 1) return Outcome::notStored("the database refused the new profile");
+    if (id < 1 || !transaction.commit()) {
+        id = 0;
+        return Outcome::notStored("the database refused the new profile");
+    }
     return Outcome::done();
 }
 
 Outcome renameProfile(const Target& target, std::int64_t profile, const std::string& name) {
     if (name.empty()) return Outcome::refused("a profile name cannot be empty");
+    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
     if (!profileExists(target.db, profile)) return Outcome::refused("no profile " + std::to_string(profile));
-    if (!target.db.updateProfileName(profile, name)) return Outcome::notStored("the database refused the new name");
+    if (!target.db.updateProfileName(profile, name) || !transaction.commit()) {
+        return Outcome::notStored("the database refused the new name");
+    }
     return Outcome::done();
 }
 
 Outcome deleteProfile(const Target& target, std::int64_t profile) {
+    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
     std::vector<ProfileData> profiles;
     target.db.queryProfileList(profiles);
     if (profiles.size() <= 1) {
@@ -48,19 +59,22 @@ Outcome deleteProfile(const Target& target, std::int64_t profile) {
                                 localizedText(textid::kLastProfile));
     }
     if (!profileExists(target.db, profile)) return Outcome::refused("no profile " + std::to_string(profile));
-    if (!target.db.deleteProfile(profile)) return Outcome::notStored("the database refused to delete the profile");
+    if (!target.db.deleteProfile(profile) || !transaction.commit()) {
+        return Outcome::notStored("the database refused to delete the profile");
+    }
     return Outcome::done();
 }
 
 Outcome selectProfile(const Target& target, std::int64_t profile, std::int64_t& lightMode) {
-    const bool sent = sendKeyMap(target, profile, 0);
     {
         DeviceSQLite::Transaction transaction = target.db.beginTransaction();
-        target.db.writeLightProfile(profile);
-        if (!transaction.commit()) return Outcome::notStored("the database did not take the profile's lighting");
+        target.db.writeLightProfile(profile);  // a profile's lighting rows are made when first needed
+        if (!storeKeyboardProfile(target.db, profile) || !transaction.commit()) {
+            return Outcome::notStored("the database did not take the profile's lighting");
+        }
+        lightMode = target.db.getLightModeSelectIndex(profile);
     }
-    lightMode = target.db.getLightModeSelectIndex(profile);
-    return sentOrNot(sent, "the key map");
+    return send(target, {SendKeyMacroData(profile, 0)});
 }
 
 }  // namespace qx9::ops

@@ -17,13 +17,15 @@ std::string displayedProfileName(const std::string& stored);
 
 bool profileExists(const DeviceSQLite& db, std::int64_t profile);
 
-// Adds a profile with `name`; its id in `id`.
-Outcome addProfile(const Target& target, const std::string& name, std::int64_t& id);
+// Adds a profile named after the number of profiles there are (newProfileName); its id and name
+// in `id` and `name`.
+Outcome addProfile(const Target& target, std::string& name, std::int64_t& id);
 Outcome renameProfile(const Target& target, std::int64_t profile, const std::string& name);
 // Refused for the last profile.
 Outcome deleteProfile(const Target& target, std::int64_t profile);
 // Makes `profile` the one the keys are edited in: its lighting rows are created when missing,
-// its selected effect is read into `lightMode`, and its base-layer key map is sent.
+// it is stored as the keyboard's profile, its selected effect is read into `lightMode`, and
+// then its base-layer key map is sent (nothing when the database did not take it).
 Outcome selectProfile(const Target& target, std::int64_t profile, std::int64_t& lightMode);
 
 }  // namespace qx9::ops

@@ -4,6 +4,7 @@
 
 #include "i18n/language.h"
 #include "ops/configuration.h"
+#include "ops/key_assignment.h"
 #include "ops/profiles.h"
 
 namespace qx9::ops {
@@ -69,7 +70,7 @@ Outcome storeAndSend(const Target& target, const char* key, const std::string& v
     if (!target.db.updateConfigData(kSettingsProfile, key, value)) {
         return Outcome::notStored(std::string("the database did not take ") + key);
     }
-    return sentOrNot(sendSystemFunctions(target, switches), "the system functions");
+    return sendSystemFunctions(target, switches);
 }
 
 }  // namespace
@@ -79,8 +80,14 @@ Outcome setFnMode(const Target& target, bool fnKey, const protocol::SystemSwitch
 }
 
 Outcome setGameMode(const Target& target, bool on, protocol::SystemSwitches& shown) {
-    shown = on ? gameModeSwitches(target.db) : protocol::SystemSwitches{};  // off: the blocks stay stored
-    return storeAndSend(target, kGameMode, on ? "1" : "0", shown);
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        shown = on ? gameModeSwitches(target.db) : protocol::SystemSwitches{};  // off: the blocks stay stored
+        if (!target.db.updateConfigData(kSettingsProfile, kGameMode, on ? "1" : "0") || !transaction.commit()) {
+            return Outcome::notStored(std::string("the database did not take ") + kGameMode);
+        }
+    }
+    return sendSystemFunctions(target, shown);
 }
 
 Outcome setBlock(const Target& target, Block block, bool on, protocol::SystemSwitches& shown) {
@@ -103,9 +110,14 @@ Outcome resetKeys(const Target& target, std::int64_t profile, std::int64_t& ligh
     {
         DeviceSQLite::Transaction transaction = target.db.beginTransaction();
         target.db.resetProfile(profile);
-        if (!transaction.commit()) return Outcome::notStored("the database did not take the reset");
+        target.db.writeLightProfile(profile);
+        if (!storeKeyboardProfile(target.db, profile) || !transaction.commit()) {
+            return Outcome::notStored("the database did not take the reset");
+        }
+        lightMode = target.db.getLightModeSelectIndex(profile);
     }
-    return selectProfile(target, profile, lightMode);
+    // The profile is selected again: its key map goes to the keyboard.
+    return send(target, {SendKeyMacroData(profile, 0)});
 }
 
 Outcome resetAll(const Target& target) {
@@ -116,15 +128,13 @@ Outcome resetAll(const Target& target) {
         target.db.writeLightProfile(kSettingsProfile);
         if (!transaction.commit()) return Outcome::notStored("the database did not take the reset");
     }
-    return sentOrNot(sendWholeConfiguration(target), "the configuration");
+    return send(target, wholeConfiguration(target.db));
 }
 
-bool sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches) {
-    // One set of system functions for the keyboard: Fn mode and sleep time live under profile 1.
-    const protocol::SystemStoredValues stored{target.db.getConfigData(kSettingsProfile, kFnFunction),
-                                              target.db.getConfigData(kSettingsProfile, kSleepLight)};
-    return transfer(target, [&] { protocol::SendSystemFunctionData(target.keyboard, switches, &stored); });
+Outcome sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches) {
+    return send(target, {SendSystemFunctionData(switches)});
 }
+
 int storedSleepTime(const DeviceSQLite& db) {
     const std::string stored = db.getConfigData(kSettingsProfile, kSleepLight);
     for (int choice = 0; choice < kSleepTimeCount; ++choice) {
@@ -133,10 +143,6 @@ int storedSleepTime(const DeviceSQLite& db) {
     return -1;
 }
 
-protocol::SystemSwitches storedSwitches(const DeviceSQLite& db) {
-    if (db.getConfigData(kSettingsProfile, kGameMode) != "1") return {};
-    return gameModeSwitches(db);
-}
 protocol::SystemSwitches gameModeSwitches(const DeviceSQLite& db) {
     return {true, db.getConfigData(kSettingsProfile, kBlockAltTab) == "1",
             db.getConfigData(kSettingsProfile, kBlockAltF4) == "1",

@@ -5,21 +5,19 @@
 
 #include "ops/target.h"
 #include "protocol/system_function.h"
+#include "sender/blocks.h"
+#include "store/config_keys.h"
 
 namespace qx9::ops {
 
-// The application-wide settings live under profile 1 whatever profile is current: the keyboard
-// has one set of system functions, the application one language.
-inline constexpr std::int64_t kSettingsProfile = 1;
-
-// Keys of the configuration values.
-inline constexpr const char* kLanguage = "language";
-inline constexpr const char* kGameMode = "gamemode";
-inline constexpr const char* kBlockAltTab = "disable_alttab";
-inline constexpr const char* kBlockAltF4 = "disable_altf4";
-inline constexpr const char* kBlockWin = "disable_win";
-inline constexpr const char* kFnFunction = "fnfunction";
-inline constexpr const char* kSleepLight = "sleeplight";
+using ::qx9::kBlockAltF4;
+using ::qx9::kBlockAltTab;
+using ::qx9::kBlockWin;
+using ::qx9::kFnFunction;
+using ::qx9::kGameMode;
+using ::qx9::kLanguage;
+using ::qx9::kSettingsProfile;
+using ::qx9::kSleepLight;
 
 // Backlight sleep times, the values of "sleeplight".
 inline constexpr std::int64_t kSleepTimeCount = 4;
@@ -57,17 +55,17 @@ int storedSleepTime(const DeviceSQLite& db);
 // Backlight sleep time 0–3, stored under profile 1 and sent with the system functions.
 Outcome setSleepTime(const Target& target, std::int64_t value, const protocol::SystemSwitches& shown);
 
-// The key assignments of `profile` back to their defaults; the profile is then selected again,
-// which sends its key map and reads its selected effect into `lightMode`.
+// The key assignments of `profile` back to their defaults, and the profile selected again in the
+// same transaction; then its key map is sent. Its selected effect is read into `lightMode`.
 Outcome resetKeys(const Target& target, std::int64_t profile, std::int64_t& lightMode);
 // Every table dropped and created again with the first-start data, then sent as at a first
 // connection.
 Outcome resetAll(const Target& target);
 
 // Sends the switches as given, and the Fn mode and sleep time stored under profile 1.
-bool sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches);
+Outcome sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches);
 // The switches as the settings page shows them after loading: all off unless game mode is on.
-protocol::SystemSwitches storedSwitches(const DeviceSQLite& db);
+using ::qx9::storedSwitches;
 // Game mode on with the three blocks as stored.
 protocol::SystemSwitches gameModeSwitches(const DeviceSQLite& db);
 

@@ -2,8 +2,9 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
-#include "hid/device_comm.h"
+#include "sender/keyboard_sender.h"
 #include "store/device_sqlite.h"
 
 namespace qx9::ops {
@@ -11,9 +12,13 @@ namespace qx9::ops {
 // What an operation changes: the database, and the keyboard when one is attached. Without a
 // keyboard (`keyboard` null) a change is stored and nothing is sent; it reaches the keyboard
 // with the next connection.
+//
+// An operation stores first, in one transaction that also reads what the change depends on;
+// then it asks the keyboard's sender for the blocks the change touched, which the sender builds
+// from the database when it sends them.
 struct Target {
     DeviceSQLite& db;
-    DeviceComm* keyboard = nullptr;
+    KeyboardSender* keyboard = nullptr;
 };
 
 // How an operation ended. `message` says why it did not (English, for qx9ctl); `title` and
@@ -25,6 +30,7 @@ struct Outcome {
         kNotStored,  // the database did not take the change: nothing was sent
         kNotSent,    // stored, but the keyboard did not take the whole transaction
         kTooLarge,   // stored, but too large for the keyboard's memory: nothing was sent
+        kChanged,    // another program changed what the change was based on: nothing changed
     };
     Status status = kDone;
     std::string message;
@@ -40,18 +46,15 @@ struct Outcome {
     static Outcome notSent(std::string what) {
         return {kNotSent, "stored, but the keyboard did not take " + std::move(what), {}, {}};
     }
+    // The change was not stored because another program changed what it was based on.
+    static Outcome changedMeanwhile(std::string what) {
+        return {kChanged, std::move(what) + " was changed by another program meanwhile; nothing was stored", {}, {}};
+    }
     static Outcome tooLarge(std::string why) { return {kTooLarge, "stored, but nothing was sent: " + std::move(why), {}, {}}; }
 };
 
-// Runs `send` (one or more transactions) and tells whether every report reached the keyboard;
-// true when there is no keyboard to send to.
-template <typename Send>
-bool transfer(const Target& target, Send&& send) {
-    const std::uint64_t before = target.keyboard ? target.keyboard->failures() : 0;
-    send();
-    return !target.keyboard || target.keyboard->failures() == before;
-}
-// The outcome of a stored change after its transaction: done, or not sent.
-inline Outcome sentOrNot(bool sent, const char* what) { return sent ? Outcome::done() : Outcome::notSent(what); }
+// Asks for the blocks after a stored change: done when they were sent or queued (or there is
+// no keyboard), otherwise why not (`what` names the change for the message).
+Outcome send(const Target& target, const std::vector<BlockRequest>& blocks);
 
 }  // namespace qx9::ops

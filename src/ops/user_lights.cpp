@@ -1,10 +1,8 @@
 #include "ops/user_lights.h"
 
-#include "common/console.h"
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
 #include "layout/key_maps.h"
-#include "protocol/user_light.h"
 #include "ops/settings.h"
 
 namespace qx9::ops {
@@ -59,40 +57,49 @@ std::vector<std::uint32_t> setColours(const DeviceSQLite& db, std::int64_t set) 
     return colours;
 }
 
-Outcome addUserLight(const Target& target, const std::string& name, std::int64_t& id) {
+Outcome addUserLight(const Target& target, std::string& name, std::int64_t& id) {
+    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    std::vector<UserLightData> sets;
+    target.db.getUserLightData(kSettingsProfile, sets);
+    name = newUserLightName(sets.size());
     id = target.db.addUserLight(kSettingsProfile, name);
-    if (id < 1) return Outcome::notStored("the database refused the new user light");
+    if (id < 1 || !transaction.commit()) {
+        id = 0;
+        return Outcome::notStored("the database refused the new user light");
+    }
     return Outcome::done();
 }
 
 Outcome renameUserLight(const Target& target, std::int64_t set, const std::string& name) {
     if (name.empty()) return Outcome::refused("a user light's name cannot be empty");
+    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
     if (Outcome o = requireSet(target.db, set); !o) return o;
-    if (!target.db.updateUserLightName(set, name)) return Outcome::notStored("the database refused the new name");
+    if (!target.db.updateUserLightName(set, name) || !transaction.commit()) {
+        return Outcome::notStored("the database refused the new name");
+    }
     return Outcome::done();
 }
 
 Outcome deleteUserLight(const Target& target, std::int64_t set) {
+    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
     if (Outcome o = requireSet(target.db, set); !o) return o;
-    if (!target.db.deleteUserLight(set)) return Outcome::notStored("the database refused to delete the user light");
+    if (!target.db.deleteUserLight(set) || !transaction.commit()) {
+        return Outcome::notStored("the database refused to delete the user light");
+    }
     return Outcome::done();
 }
 
-Outcome showUserLight(const Target& target, std::int64_t set) {
-    return sentOrNot(sendUserLightColours(target, set), "the per-key colours");
-}
+Outcome showUserLight(const Target& target, std::int64_t set) { return sendUserLightColours(target, set); }
 
-Outcome applyUserLight(const Target& target, std::int64_t set, const std::vector<std::uint32_t>& colours) {
-    if (Outcome o = requireSet(target.db, set); !o) return o;
-    const std::vector<KeyData>& keys = paintableKeys();
-    {
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
-        for (std::size_t i = 0; i < keys.size() && i < colours.size(); ++i) {
-            target.db.addUserLightLEDData({0, set, keys[i].keycode, colours[i] & kMaxColour});
+Outcome applyUserLight(const Target& target, std::int64_t set, const std::vector<std::uint32_t>& colours,
+                       const std::vector<std::uint32_t>* loaded) {
+    return changeUserLight(target, set, [&](std::vector<std::uint32_t>& stored) {
+        for (std::size_t i = 0; i < stored.size() && i < colours.size(); ++i) {
+            // A key the page did not change keeps what the set holds now.
+            if (!loaded || i >= loaded->size() || colours[i] != (*loaded)[i]) stored[i] = colours[i] & kMaxColour;
         }
-        if (!transaction.commit()) return Outcome::notStored("the database did not take the colours");
-    }
-    return sentOrNot(sendUserLightColours(target, set), "the per-key colours");
+        return Outcome::done();
+    });
 }
 
 Outcome resetUserLight(const Target& target, std::int64_t set) {
@@ -101,30 +108,38 @@ Outcome resetUserLight(const Target& target, std::int64_t set) {
 
 Outcome paintKeys(const Target& target, std::int64_t set, const std::vector<std::int64_t>& keys, std::uint32_t rgb) {
     if (rgb > kMaxColour) return Outcome::refused("a colour is RRGGBB");
-    std::vector<std::uint32_t> colours = setColours(target.db, set);
-    for (std::int64_t code : keys) {
-        const std::optional<std::size_t> position = paintablePosition(code);
-        if (!position) return Outcome::refused("the key " + std::to_string(code) + " is not on the on-screen keyboard");
-        colours[*position] = rgb;
-    }
-    return applyUserLight(target, set, colours);
+    return changeUserLight(target, set, [&](std::vector<std::uint32_t>& colours) {
+        for (std::int64_t code : keys) {
+            const std::optional<std::size_t> position = paintablePosition(code);
+            if (!position) return Outcome::refused("the key " + std::to_string(code) + " is not on the on-screen keyboard");
+            colours[*position] = rgb;
+        }
+        return Outcome::done();
+    });
 }
 
-bool sendUserLightMode(const Target& target) {
-    return transfer(target, [&] { protocol::SendUserLightModeData(target.keyboard); });
+Outcome changeUserLight(const Target& target, std::int64_t set,
+                        const std::function<Outcome(std::vector<std::uint32_t>&)>& change) {
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        if (Outcome o = requireSet(target.db, set); !o) return o;
+        std::vector<std::uint32_t> colours = setColours(target.db, set);
+        if (Outcome o = change(colours); !o) return o;
+        // Every key of the on-screen keyboard is written: black takes a key out of every set (a
+        // key is coloured in at most one set).
+        const std::vector<KeyData>& keys = paintableKeys();
+        for (std::size_t i = 0; i < keys.size() && i < colours.size(); ++i) {
+            target.db.addUserLightLEDData({0, set, keys[i].keycode, colours[i] & kMaxColour});
+        }
+        if (!transaction.commit()) return Outcome::notStored("the database did not take the colours");
+    }
+    return sendUserLightColours(target, set);
 }
-bool sendUserLightColours(const Target& target, std::int64_t setId) {
-    std::vector<UserLightLEDData> colours;
-    target.db.getUserLightLEDData(setId, colours);
-    // A damaged colour (a key the QX9 lacks, a value that is not 0xRRGGBB) is left out.
-    std::erase_if(colours, [](const UserLightLEDData& c) {
-        const bool known = c.key_value == static_cast<int>(c.key_value) &&
-                           G_KB_SuperKeyCodeMap.contains(static_cast<int>(c.key_value));
-        if (known && c.key_rgbvalue >= 0 && c.key_rgbvalue <= kMaxColour) return false;
-        console() << "key colour " << c.led_id << " is damaged and is not sent\n";
-        return true;
-    });
-    return transfer(target, [&] { protocol::SendUserLightLedData(target.keyboard, colours); });
+
+Outcome sendUserLightMode(const Target& target) { return send(target, {SendUserLightModeData()}); }
+
+Outcome sendUserLightColours(const Target& target, std::int64_t setId) {
+    return send(target, {SendUserLightLedData(setId)});
 }
 
 }  // namespace qx9::ops

@@ -3,9 +3,9 @@
 namespace qx9::protocol {
 
 void CommandFrame::send(std::uint8_t code) {
-    buffer_[kFrameReportIdByte] = DeviceComm::kReportId;
+    buffer_[kFrameReportIdByte] = kReportId;
     buffer_[kFrameCodeByte] = code;
-    transmit();
+    transaction_.steps.push_back({TransactionStep::kCommand, {buffer_.begin(), buffer_.end()}, 1});
 }
 
 void CommandFrame::send(std::uint8_t code, std::uint8_t dataReports) {
@@ -13,20 +13,22 @@ void CommandFrame::send(std::uint8_t code, std::uint8_t dataReports) {
     send(code);
 }
 
-void CommandFrame::transmit() {
-    if (comm_) comm_->sendDeviceData(buffer_);
+void CommandFrame::sendRawDataReport(std::span<const std::uint8_t> report) {
+    const auto first = report.first(kReportLength);
+    transaction_.steps.push_back({TransactionStep::kRawReport, {first.begin(), first.end()}, 1});
 }
 
-void sendRawDataReport(DeviceComm* comm, std::span<const std::uint8_t> report) {
-    if (!comm || comm->deviceStatus() == 0) return;
-    comm->pause(kReportPause);
-    comm->setFeatureReport(report.first(DeviceComm::kReportLength));
+void CommandFrame::sendDataBlock(std::span<const std::uint8_t> block, int reports) {
+    const auto sent = block.first(kReportLength * static_cast<std::size_t>(reports));
+    transaction_.steps.push_back({TransactionStep::kDataBlock, {sent.begin(), sent.end()}, reports});
 }
 
-void sendDataBlock(DeviceComm* comm, std::span<const std::uint8_t> block, int reports) {
-    if (!comm) return;
-    comm->sendDeviceData(block, static_cast<std::int64_t>(reports + 1) *
-                                    static_cast<std::int64_t>(DeviceComm::kReportLength));
+void CommandFrame::pause() { transaction_.steps.push_back({TransactionStep::kPause, {}, 0}); }
+
+std::size_t Transaction::reportCount() const {
+    std::size_t n = 0;
+    for (const TransactionStep& step : steps) n += static_cast<std::size_t>(step.reports);
+    return n;
 }
 
 }  // namespace qx9::protocol

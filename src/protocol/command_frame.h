@@ -6,7 +6,7 @@
 #include <limits>
 #include <span>
 
-#include "hid/device_comm.h"
+#include "protocol/transaction.h"
 
 namespace qx9::protocol {
 
@@ -33,11 +33,11 @@ inline constexpr std::size_t kFrameDataReportsByte = 8;
 inline constexpr std::uint8_t kNoDataReports = 0;
 // The most data reports one header can announce.
 inline constexpr std::size_t kMaxDataReports = std::numeric_limits<std::uint8_t>::max();
-static_assert(kFrameDataReportsByte < DeviceComm::kReportLength);
+static_assert(kFrameDataReportsByte < kReportLength);
 
 // Buffers of command and one-report payloads hold one byte more than a report; the first 64
 // are sent.
-inline constexpr std::size_t kReportBufferLength = DeviceComm::kReportLength + 1;
+inline constexpr std::size_t kReportBufferLength = kReportLength + 1;
 using ReportBuffer = std::array<std::uint8_t, kReportBufferLength>;
 
 // Every payload ends in the two trailer bytes.
@@ -53,7 +53,7 @@ inline void putTrailer(std::span<std::uint8_t> bytes, std::size_t offset) {
 
 // Where the trailer goes in a payload of `reports` whole reports: its last two bytes.
 constexpr std::size_t trailerOffset(std::size_t reports) {
-    return reports * DeviceComm::kReportLength - kTrailerLength;
+    return reports * kReportLength - kTrailerLength;
 }
 
 // Mouse button bits, as key records and macro events both carry them.
@@ -63,35 +63,31 @@ inline constexpr std::uint8_t kMouseMiddleButton = 0x04;
 inline constexpr std::uint8_t kMouseButton4 = 0x08;
 inline constexpr std::uint8_t kMouseButton5 = 0x10;
 
-// The command buffer of one transaction: 65 bytes, of which 0–63 are sent. One buffer serves
-// every command report of the transaction, and bytes that a step does not set keep the value
-// an earlier step gave them (the end report of the system-function transaction thus still
-// carries byte 2 = 1). Without a transport (no keyboard since start) nothing is sent.
+// Builds one transaction around its command buffer: 65 bytes, of which 0–63 are sent. One
+// buffer serves every command report of the transaction, and bytes that a step does not set
+// keep the value an earlier step gave them (the end report of the system-function transaction
+// thus still carries byte 2 = 1).
 class CommandFrame {
 public:
-    explicit CommandFrame(DeviceComm* comm) : comm_(comm) {}
+    explicit CommandFrame(Transaction& transaction) : transaction_(transaction) {}
 
-    // Byte 0 = report ID 4, byte 1 = `code`, and send with acknowledgement.
+    // Byte 0 = report ID 4, byte 1 = `code`: a command report with acknowledgement.
     void send(std::uint8_t code);
-    // Byte 0 = report ID 4, byte 1 = `code`, byte 8 = `dataReports`, and send with
-    // acknowledgement.
+    // Byte 0 = report ID 4, byte 1 = `code`, byte 8 = `dataReports`.
     void send(std::uint8_t code, std::uint8_t dataReports);
     void setParameter(std::uint8_t value) { buffer_[kFrameParameterByte] = value; }
+
+    // A one-report payload, written raw (no acknowledgement): its first 64 bytes.
+    void sendRawDataReport(std::span<const std::uint8_t> report);
+    // A multi-report payload: the first `reports` reports of `block`, without read-back.
+    void sendDataBlock(std::span<const std::uint8_t> block, int reports);
+    void pause();
 
     const ReportBuffer& buffer() const { return buffer_; }
 
 private:
-    void transmit();
-    DeviceComm* comm_;
+    Transaction& transaction_;
     ReportBuffer buffer_{};
 };
-
-// A one-report payload, written raw: when the keyboard is present, a pause and one set of the
-// first 64 bytes, without acknowledgement; the result is ignored.
-void sendRawDataReport(DeviceComm* comm, std::span<const std::uint8_t> report);
-
-// A multi-report payload: the block write of `reports` reports (length (reports + 1) × 64, of
-// which the transport sends the first `reports`).
-void sendDataBlock(DeviceComm* comm, std::span<const std::uint8_t> block, int reports);
 
 }  // namespace qx9::protocol

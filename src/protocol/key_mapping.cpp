@@ -236,13 +236,15 @@ KeyMappingBlock buildKeyMappingBlock(const KeyMappingInput& input) {
     return block;
 }
 
-void SendKeyMacroData(DeviceComm* comm, std::int64_t fnlayer, const KeyMappingInput& input) {
-    CommandFrame frame(comm);
+Transaction keyMappingTransaction(std::int64_t fnlayer, const KeyMappingInput& input) {
+    Transaction transaction;
+    CommandFrame frame(transaction);
     frame.send(kOpen);
     frame.send(fnlayer == 0 ? kKeyMappingHeader : kFnKeyMappingHeader, kKeyMappingReports);
     const KeyMappingBlock block = buildKeyMappingBlock(input);
-    sendDataBlock(comm, block, kKeyMappingReports);
+    frame.sendDataBlock(block, kKeyMappingReports);
     frame.send(kEnd, kNoDataReports);
+    return transaction;
 }
 
 }  // namespace qx9::protocol

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "hid/device_comm.h"
 #include "protocol/command_frame.h"
 #include "store/records.h"
 
@@ -14,7 +13,7 @@ namespace qx9::protocol {
 // reports of it are sent; the buffer is longer.
 inline constexpr std::size_t kKeyRecordSize = 4;
 inline constexpr int kKeyMappingReports = 9;
-inline constexpr std::size_t kKeyMappingSentSize = kKeyMappingReports * DeviceComm::kReportLength;
+inline constexpr std::size_t kKeyMappingSentSize = kKeyMappingReports * kReportLength;
 inline constexpr std::size_t kKeyMappingBlockSize = 780;
 inline constexpr std::size_t kKeyMappingTrailerOffset = trailerOffset(kKeyMappingReports);
 static_assert(kKeyMappingSentSize == 576 && kKeyMappingSentSize <= kKeyMappingBlockSize);
@@ -50,6 +49,6 @@ KeyMappingBlock buildKeyMappingBlock(const KeyMappingInput& input);
 
 // Open, header (0x11 for the base layer, 0x27 for any other), nine data reports, end; no
 // close. Both the main controller and the custom key dialog send this same transaction.
-void SendKeyMacroData(DeviceComm* comm, std::int64_t fnlayer, const KeyMappingInput& input);
+Transaction keyMappingTransaction(std::int64_t fnlayer, const KeyMappingInput& input);
 
 }  // namespace qx9::protocol

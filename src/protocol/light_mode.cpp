@@ -16,15 +16,16 @@ ReportBuffer buildLightModeReport(std::int64_t currentLightMode,
     return report;
 }
 
-void SendLightModeData(DeviceComm* comm, std::int64_t currentLightMode,
-                       const std::optional<LightRecord>& record) {
-    CommandFrame frame(comm);
+Transaction lightModeTransaction(std::int64_t currentLightMode, const std::optional<LightRecord>& record) {
+    Transaction transaction;
+    CommandFrame frame(transaction);
     frame.send(kOpen);
     frame.send(kLightModeHeader, kLightModeReports);
     const auto report = buildLightModeReport(currentLightMode, record);
-    sendRawDataReport(comm, report);
+    frame.sendRawDataReport(report);
     frame.send(kEnd, kNoDataReports);
     frame.send(kClose);
+    return transaction;
 }
 
 }  // namespace qx9::protocol

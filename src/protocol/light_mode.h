@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <optional>
 
-#include "hid/device_comm.h"
 #include "protocol/command_frame.h"
 #include "store/records.h"
 
@@ -40,7 +39,6 @@ ReportBuffer buildLightModeReport(std::int64_t currentLightMode,
                                   const std::optional<LightRecord>& record);
 
 // Open, header 0x13 with one data report, the raw report, end, close.
-void SendLightModeData(DeviceComm* comm, std::int64_t currentLightMode,
-                       const std::optional<LightRecord>& record);
+Transaction lightModeTransaction(std::int64_t currentLightMode, const std::optional<LightRecord>& record);
 
 }  // namespace qx9::protocol

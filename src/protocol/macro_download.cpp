@@ -116,7 +116,7 @@ std::optional<MacroBlock> tryBuildMacroBlock(const std::vector<MacroWithEvents>&
 
     block.usedLength = o;
     // Whole reports up to the end of the last body and one more, which ends in the trailer.
-    constexpr std::size_t kReport = DeviceComm::kReportLength;
+    constexpr std::size_t kReport = kReportLength;
     const std::size_t n = o % kReport == 0 ? o / kReport + 1 : o / kReport + 2;
     if (out.overflowed() || n > kMaxDataReports || kReport * n > kMacroBlockSize)
         return std::nullopt;
@@ -131,27 +131,24 @@ MacroBlock buildMacroBlock(const std::vector<MacroWithEvents>& macros) {
     return std::move(*block);
 }
 
-void SaveMacroToKeyboard(DeviceComm* comm, const MacroDownloadInput* input) {
-    if (!input) fatalError("macros sent without a database");
-    if (!macrosFitKeyboard(input->storedEventCount, input->listedMacroCount)) return;
+std::optional<Transaction> macroTransaction(const MacroDownloadInput& input) {
+    if (!macrosFitKeyboard(input.storedEventCount, input.listedMacroCount)) return std::nullopt;
     // The inserted pauses are not counted by the capacity check, so a long macro without
     // delays can pass it and still not fit the block: that is over capacity too, and the
     // block is laid out before the transaction opens so that nothing at all is sent.
-    const std::optional<MacroBlock> built = tryBuildMacroBlock(input->macros);
-    if (!built) return;
+    const std::optional<MacroBlock> built = tryBuildMacroBlock(input.macros);
+    if (!built) return std::nullopt;
     const MacroBlock& block = *built;
 
-    CommandFrame frame(comm);
+    Transaction transaction;
+    CommandFrame frame(transaction);
     frame.send(kOpenMacro);
     frame.send(kMacroHeader, static_cast<std::uint8_t>(block.reports));
-    if (comm) {
-        comm->pause(kReportPause);
-        const std::size_t sent =
-            DeviceComm::kReportLength * static_cast<std::size_t>(block.reports);
-        sendDataBlock(comm, std::span(block.bytes).first(sent), block.reports);
-        comm->pause(kReportPause);
-    }
+    frame.pause();
+    frame.sendDataBlock(block.bytes, block.reports);
+    frame.pause();
     frame.send(kEnd, kNoDataReports);
+    return transaction;
 }
 
 }  // namespace qx9::protocol

@@ -4,7 +4,6 @@
 #include <optional>
 #include <vector>
 
-#include "hid/device_comm.h"
 #include "protocol/command_frame.h"
 #include "store/records.h"
 
@@ -19,8 +18,8 @@ inline constexpr std::size_t kMacroBodiesStart = kMacroSlots * kMacroSlotSize;
 inline constexpr std::size_t kMacroBodyHeaderSize = 8;
 inline constexpr std::size_t kMacroEntrySize = 4;
 inline constexpr std::int64_t kMacroCapacity = 2500;  // bytes of events and macro headers
-static_assert(kMacroBlockSize % DeviceComm::kReportLength == 0);
-static_assert(kMacroBlockSize / DeviceComm::kReportLength <= kMaxDataReports);
+static_assert(kMacroBlockSize % kReportLength == 0);
+static_assert(kMacroBlockSize / kReportLength <= kMaxDataReports);
 static_assert(kMacroBodiesStart == 400 && kMacroBodiesStart < kMacroBlockSize);
 
 // The directory slot of a macro without events: all four bytes 0xFF.
@@ -80,9 +79,9 @@ std::optional<MacroBlock> tryBuildMacroBlock(const std::vector<MacroWithEvents>&
 // The same for callers that have checked the size: a layout that does not fit stops.
 MacroBlock buildMacroBlock(const std::vector<MacroWithEvents>& macros);
 
-// The macro download: silently nothing when over capacity (or when the block would overflow);
-// otherwise open 0x19, header 0x15 with the report count, the block, end; no close. `input` is
-// null when there is no store, which is a programming error.
-void SaveMacroToKeyboard(DeviceComm* comm, const MacroDownloadInput* input);
+// The macro download: nothing when over capacity (or when the block would overflow);
+// otherwise open 0x19, header 0x15 with the report count, a pause, the block, a pause, end; no
+// close.
+std::optional<Transaction> macroTransaction(const MacroDownloadInput& input);
 
 }  // namespace qx9::protocol

@@ -22,16 +22,15 @@ ReportBuffer buildSystemFunctionReport(const SystemSwitches& switches,
     return report;
 }
 
-void SendSystemFunctionData(DeviceComm* comm, const SystemSwitches& switches,
-                            const SystemStoredValues* stored) {
-    CommandFrame frame(comm);
+Transaction systemFunctionTransaction(const SystemSwitches& switches, const SystemStoredValues& stored) {
+    Transaction transaction;
+    CommandFrame frame(transaction);
     frame.send(kOpen);
     frame.setParameter(kSystemFunctionParameter);
     frame.send(kSystemFunctionHeader, kSystemFunctionReports);
-    if (!stored) fatalError("system functions sent without a database");
-    const auto report = buildSystemFunctionReport(switches, *stored);
-    sendRawDataReport(comm, report);
+    frame.sendRawDataReport(buildSystemFunctionReport(switches, stored));
     frame.send(kEnd, kNoDataReports);
+    return transaction;
 }
 
 }  // namespace qx9::protocol

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <string>
 
-#include "hid/device_comm.h"
 #include "protocol/command_frame.h"
 
 namespace qx9::protocol {
@@ -45,9 +44,7 @@ ReportBuffer buildSystemFunctionReport(const SystemSwitches& switches,
                                        const SystemStoredValues& stored);
 
 // Open, header 0x17 (byte 2 = 1), the raw data report, end (still carrying byte 2 = 1); no
-// close. `stored` is null when there is no database, which is a programming error: the
-// program stops after the header, where the values would be read.
-void SendSystemFunctionData(DeviceComm* comm, const SystemSwitches& switches,
-                            const SystemStoredValues* stored);
+// close.
+Transaction systemFunctionTransaction(const SystemSwitches& switches, const SystemStoredValues& stored);
 
 }  // namespace qx9::protocol

@@ -31,19 +31,19 @@ KeyColourBlock buildKeyColourBlock(const std::vector<UserLightLEDData>& colours)
     return block;
 }
 
-void SendUserLightModeData(DeviceComm* comm) {
-    SendLightModeData(comm, kPerKeyLightMode, kPerKeyLightRecord);
-}
+Transaction userLightModeTransaction() { return lightModeTransaction(kPerKeyLightMode, kPerKeyLightRecord); }
 
-void SendUserLightLedData(DeviceComm* comm, const std::vector<UserLightLEDData>& colours) {
-    CommandFrame frame(comm);
+Transaction userLightLedTransaction(const std::vector<UserLightLEDData>& colours) {
+    Transaction transaction;
+    CommandFrame frame(transaction);
     frame.send(kOpen);
     frame.send(kKeyColourHeader, kKeyColourReports);
     const KeyColourBlock block = buildKeyColourBlock(colours);
-    sendDataBlock(comm, block, kKeyColourReports);
+    frame.sendDataBlock(block, kKeyColourReports);
     frame.send(kEnd, kNoDataReports);
     frame.send(kClose);
-    SendUserLightModeData(comm);
+    transaction.append(userLightModeTransaction());
+    return transaction;
 }
 
 }  // namespace qx9::protocol

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "hid/device_comm.h"
 #include "protocol/command_frame.h"
 #include "protocol/light_mode.h"
 #include "store/records.h"
@@ -15,7 +14,7 @@ namespace qx9::protocol {
 // reports of it are sent; the buffer is longer.
 inline constexpr std::size_t kKeyColourSlotSize = 4;
 inline constexpr int kKeyColourReports = 9;
-inline constexpr std::size_t kKeyColourSentSize = kKeyColourReports * DeviceComm::kReportLength;
+inline constexpr std::size_t kKeyColourSentSize = kKeyColourReports * kReportLength;
 inline constexpr std::size_t kKeyColourBlockSize = 780;
 inline constexpr std::size_t kKeyColourTrailerOffset = trailerOffset(kKeyColourReports);
 inline constexpr int kPrefilledLightSlots = 123;
@@ -47,10 +46,10 @@ KeyColourBlock buildKeyColourBlock(const std::vector<UserLightLEDData>& colours)
 
 // The light-mode transaction of the per-key mode: open, header 0x13 with one data report, the
 // per-key mode record, end, close.
-void SendUserLightModeData(DeviceComm* comm);
+Transaction userLightModeTransaction();
 
 // Open, header 0x23 with nine reports, the colour block, end, close, and then a complete
-// SendUserLightModeData transaction. With no store the colour list is empty.
-void SendUserLightLedData(DeviceComm* comm, const std::vector<UserLightLEDData>& colours);
+// user-light mode transaction.
+Transaction userLightLedTransaction(const std::vector<UserLightLEDData>& colours);
 
 }  // namespace qx9::protocol

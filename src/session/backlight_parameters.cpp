@@ -71,7 +71,7 @@ void LightingPage::setLightKeyboardCheckColor(const LightColor& color) {
     LightRecord record{};
     if (!readRecord(s_.core.currentLightMode, record)) return;
     changeRecord([&](const ops::Target& t) {
-        return ops::setLightColour(t, s_.core.currentProfile, s_.core.currentLightMode,
+        return ops::setLightColour(t, s_.core.currentProfile, s_.core.currentLightSelection,
                                    static_cast<std::uint8_t>(colorComponentByte(color.red)),
                                    static_cast<std::uint8_t>(colorComponentByte(color.green)),
                                    static_cast<std::uint8_t>(colorComponentByte(color.blue)));
@@ -99,7 +99,7 @@ void LightingPage::backlightColorModeStatus(bool status) {
     }
     changed();
     changeRecord([&](const ops::Target& t) {
-        return ops::setRandomColour(t, s_.core.currentProfile, s_.core.currentLightMode, status);
+        return ops::setRandomColour(t, s_.core.currentProfile, s_.core.currentLightSelection, status);
     });
 }
 
@@ -120,7 +120,7 @@ void LightingPage::backlightBrightnessChange(std::int64_t value) {
     brightness_.value = static_cast<int>(value & kSliderMaximum);
     changed();
     changeRecord([&](const ops::Target& t) {
-        return ops::setBrightness(t, s_.core.currentProfile, s_.core.currentLightMode, value);
+        return ops::setBrightness(t, s_.core.currentProfile, s_.core.currentLightSelection, value);
     });
 }
 
@@ -131,7 +131,7 @@ void LightingPage::backlightSpeedChange(std::int64_t value) {
     speed_.value = static_cast<int>(value & kSliderMaximum);
     changed();
     changeRecord([&](const ops::Target& t) {
-        return ops::setSpeed(t, s_.core.currentProfile, s_.core.currentLightMode, value);
+        return ops::setSpeed(t, s_.core.currentProfile, s_.core.currentLightSelection, value);
     });
 }
 
@@ -154,7 +154,7 @@ void LightingPage::backlightDirection(std::int64_t type) {
     showDirection(type);
     changed();
     changeRecord([&](const ops::Target& t) {
-        return ops::setDirection(t, s_.core.currentProfile, s_.core.currentLightMode, type);
+        return ops::setDirection(t, s_.core.currentProfile, s_.core.currentLightSelection, type);
     });
 }
 
@@ -162,7 +162,7 @@ void LightingPage::light_button_lightsleeptime(int value) {
     if (value >= 0 && value < ops::kSleepTimeCount) return backlightSleepTime(value);
     // Not a choice: nothing changes, and the stored value is sent all the same.
     if (const std::optional<ops::Target> target = s_.core.target()) {
-        s_.core.report(ops::sentOrNot(ops::sendSystemFunctions(*target, s_.settings.switches()), "the system functions"));
+        s_.core.report(ops::sendSystemFunctions(*target, s_.settings.switches()));
     }
 }
 

@@ -33,12 +33,9 @@ void DeviceSession::deviceConnected(const Notification& notification) {
     }
     core.post([this, device = record->device] {
         SessionCore& c = s_.core;
-        if (c.deviceComm && c.device() == device) {
-            // A keyboard was connected before: point the transport at this one (opening it here,
-            // on the thread that writes to it); nothing is reloaded or sent again.
-            c.deviceComm->setDeviceStatus(1);
-            c.deviceComm->setDevice(device);
-        }
+        // A keyboard was connected before: point the sender at this one (it opens it on its own
+        // thread); nothing is reloaded or sent again.
+        if (c.sender && c.device() == device) c.useKeyboard(device);
         refreshUI();
     });
 }
@@ -54,10 +51,12 @@ void DeviceSession::deviceDisconnected(const Notification& notification) {
         std::lock_guard lock(core.mutex);
         if (!core.kbHIDdevice || !sameDevice(core.kbHIDdevice, record->device)) return;
         core.kbHIDdevice.reset();
-        if (core.deviceComm) core.deviceComm->setDeviceStatus(0);
         core.keyboardTitle = kDisplayName;
     }
-    core.post([this] { refreshUI(); });
+    core.post([this] {
+        s_.core.setKeyboardPresent(false);
+        refreshUI();
+    });
 }
 
 void DeviceSession::refreshUI() {
@@ -77,21 +76,17 @@ void DeviceSession::initSQLite() {
     SessionCore& core = s_.core;
     const HidDeviceRef device = core.device();
     if (!device) fatalError("the database is opened for a keyboard, and none is connected");
-    auto comm = std::make_shared<DeviceComm>(device, core.config.pacer, core.config.wire);
-    {
-        std::lock_guard lock(core.mutex);
-        core.deviceComm = std::move(comm);
-    }
     core.deviceDBfile = kDeviceDatabaseFileName;
+    // A sender that reads the database through this object follows it to the new one.
+    if (core.sender && !core.queuedSender) core.sender.reset();
     core.deviceDB = DeviceSQLite::openFile(core.config.databaseFile);
+    if (core.deviceDB->readable()) core.useKeyboard(device);
 }
 
 void DeviceSession::ConnectDevice() {
     SessionCore& core = s_.core;
-    {
-        std::lock_guard lock(core.mutex);
-        if (core.deviceComm || !core.kbHIDdevice) return;  // only the first keyboard loads
-    }
+    if (connected_ || !core.device()) return;  // only the first keyboard loads
+    connected_ = true;
     initSQLite();
     if (!core.deviceDB->readable()) {
         // Nothing of a file that cannot be read may reach the keyboard: the page models get no
@@ -150,10 +145,10 @@ void DeviceSession::showPage(int pageCode) {
     // Entering these two pages sends their effect, also when the page is already shown.
     const std::optional<ops::Target> target = s_.core.target();
     if (!target) return;
-    bool sent = true;
-    if (pageCode == kPageBacklight) sent = ops::sendLightMode(*target, s_.core.currentProfile, s_.core.currentLightMode);
-    if (pageCode == kPageUserLight) sent = ops::sendUserLightMode(*target);
-    s_.core.report(ops::sentOrNot(sent, "the lighting"));
+    if (pageCode == kPageBacklight) {
+        s_.core.report(ops::sendLightMode(*target, s_.core.currentProfile, s_.core.currentLightSelection));
+    }
+    if (pageCode == kPageUserLight) s_.core.report(ops::sendUserLightMode(*target));
 }
 
 bool DeviceSession::keyboardConnected() { return s_.core.device() != nullptr; }

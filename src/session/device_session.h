@@ -41,6 +41,7 @@ public:
     int viewType() const { return viewType_; }
     bool showingHomePage() const { return g_show_homepage_; }
     bool keyboardConnected();     // the start view's picture
+    bool loaded() const { return connected_; }  // the first keyboard has loaded the pages
     std::string windowTitle();
 
 private:
@@ -49,6 +50,7 @@ private:
     void removePreView();
 
     KeyboardSession& s_;
+    bool connected_ = false;  // the first keyboard has loaded the session
     int viewType_ = kPageKeys;
     bool g_show_homepage_ = true;
 };

@@ -138,7 +138,7 @@ void KeyPage::showKeyMarks() {
 void KeyPage::loadKeyMacroData() {
     showKeyMarks();
     if (const std::optional<ops::Target> target = s_.core.target()) {
-        s_.core.report(ops::sentOrNot(ops::sendKeyMap(*target, s_.core.currentProfile, 0), "the key map"));
+        s_.core.report(ops::sendKeyMap(*target, s_.core.currentProfile, 0));
     }
 }
 

@@ -5,6 +5,18 @@ namespace qx9 {
 KeyboardSession::KeyboardSession(SessionConfig config, SessionEvents* events) {
     core.config = std::move(config);
     core.events = events;
+    core.reload = [this] { databaseChanged(); };
+}
+
+void KeyboardSession::databaseChanged() {
+    if (!core.db() || !device.loaded()) return;
+    settings.reloadFromDatabase();
+    keys.loadFnKeyMode();
+    profiles.reloadFromDatabase();
+    keys.showKeyMarks();
+    lighting.reloadFromDatabase();
+    userLights.reloadFromDatabase();
+    macros.reloadFromDatabase();
 }
 
 }  // namespace qx9

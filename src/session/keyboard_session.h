@@ -20,6 +20,10 @@ public:
     KeyboardSession(const KeyboardSession&) = delete;
     KeyboardSession& operator=(const KeyboardSession&) = delete;
 
+    // Another program changed the database: every page shows what it holds now. Nothing is sent;
+    // what the window stores next builds on it.
+    void databaseChanged();
+
     SessionCore core;
     DeviceSession device{*this};
     ProfileList profiles{*this};

@@ -50,6 +50,7 @@ void LightingPage::loadLightModeData() {
     // The selection is kept under profile 1 whatever profile is current.
     if (DeviceSQLite* db = core.db()) {
         core.currentLightMode = ops::selectedEffect(*db);
+        core.currentLightSelection = ops::kSettingsProfile;
         sleepChoice_ = ops::storedSleepTime(*db);  // the choice in force shows from the start
     }
     int row = 0;
@@ -57,6 +58,20 @@ void LightingPage::loadLightModeData() {
            rows_[static_cast<std::size_t>(row)].mode != core.currentLightMode)
         ++row;
     setLightModeTableSelect(row);  // no match: the row count, which highlights nothing
+}
+
+void LightingPage::reloadFromDatabase() {
+    SessionCore& core = s_.core;
+    DeviceSQLite* db = core.db();
+    if (!db) return;
+    core.currentLightMode = db->getLightModeSelectIndex(core.currentLightSelection);
+    sleepChoice_ = ops::storedSleepTime(*db);
+    int row = 0;
+    while (row < static_cast<int>(rows_.size()) && rows_[static_cast<std::size_t>(row)].mode != core.currentLightMode) ++row;
+    selectedRow_ = row;
+    LightRecord record{};
+    readRecord(core.currentLightMode, record);
+    showModeControls(core.currentLightMode, record);
 }
 
 void LightingPage::setLightModeTableSelect(int selectIndex) {
@@ -77,6 +92,7 @@ void LightingPage::setBacklightMode(std::int64_t index) {
     }
     const std::int64_t mode = rows_[static_cast<std::size_t>(index)].mode;
     core.currentLightMode = mode;
+    core.currentLightSelection = ops::kSettingsProfile;
     const std::optional<ops::Target> target = core.target();
     LightRecord record{};
     if (target && !core.report(ops::selectEffect(*target, core.currentProfile, mode, record))) {

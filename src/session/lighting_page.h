@@ -58,6 +58,9 @@ public:
     // highlight from the store.
     void rebuildModeList();
     void loadLightModeData();
+    // Another program changed the database: the selected effect (of the profile it is kept
+    // under), its highlight and controls, and the sleep time; nothing is sent.
+    void reloadFromDatabase();
     void setLightModeTableSelect(int selectIndex);
     // The table "lightmode" reports a selection: highlight the row, then select its effect.
     void lightModeSelectionChanged(int row);

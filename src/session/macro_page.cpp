@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "common/text_number.h"
+#include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "layout/key_maps.h"
 #include "session/keyboard_session.h"
@@ -91,7 +92,7 @@ std::optional<ops::Target> MacroPage::target() const { return s_.core.target(); 
 
 void MacroPage::sendMacros() {
     if (const std::optional<ops::Target> t = target()) {
-        s_.core.report(ops::sendMacros(*t, static_cast<std::int64_t>(macros_.size())));
+        s_.core.report(ops::sendMacros(*t));
     }
 }
 
@@ -154,8 +155,11 @@ void MacroPage::loadMacroRecordData(int selectIndex) {
     std::vector<RecordInfo> events;
     if (db) db->queryMacroRecord(id, events);
     for (const RecordInfo& e : events) records_.push_back({e.recordType, e.recordDesc, e.recordValue});
+    loaded_ = records_;
     MacroInfo info;
+    loadedInfo_ = {};
     if (db && db->queryMacroInfo(id, info)) {
+        loadedInfo_ = info;
         switch (info.delayType) {
             case kRecordingDelay: delayModeRadios(true, false, false); break;
             case kNoDelay: delayModeRadios(false, true, false); break;
@@ -184,8 +188,8 @@ void MacroPage::macroTableSetObjectValue(int row, const std::string& text) {
 void MacroPage::addMacroData() {
     const std::optional<ops::Target> t = target();
     if (!t) return;
-    // Named after the number of rows, whatever the other names are.
-    const std::string name = ops::newMacroName(macros_.size());
+    // Named after the number of macros, whatever the other names are.
+    std::string name;
     std::int64_t id = 0;
     if (!s_.core.report(ops::addMacro(*t, name, id))) return;
     macros_.push_back({name, id});
@@ -306,7 +310,7 @@ void MacroPage::insertNewEvent() {
     eventsChanged();
     // Stored, then every macro is sent.
     if (const std::optional<ops::Target> t = target()) {
-        s_.core.report(ops::storeAndSendEvents(*t, selectedMacroId(), records_, static_cast<std::int64_t>(macros_.size())));
+        if (s_.core.report(ops::storeAndSendEvents(*t, selectedMacroId(), records_, &loaded_))) loaded_ = records_;
     }
 }
 
@@ -327,7 +331,7 @@ void MacroPage::button_action_delrecord() {
 void MacroPage::SaveMacroRecordDataToDB() {
     const std::optional<ops::Target> t = target();
     const std::int64_t id = selectedMacroId();
-    if (t && id != 0) s_.core.report(ops::storeEvents(*t, id, records_));
+    if (t && id != 0 && s_.core.report(ops::storeEvents(*t, id, records_, &loaded_))) loaded_ = records_;
 }
 
 // ---- Delay mode and saving ----
@@ -363,9 +367,49 @@ void MacroPage::button_action_saverecord() {
     // The edits of the list (an event deletion among them) and the delay mode, stored together;
     // no radio on counts as the recording delay.
     const int mode = delayMode() < 0 ? kRecordingDelay : delayMode();
-    s_.core.report(ops::saveMacro(*t, id, records_, mode, leadingInteger(controls_.delaytime_edit_text),
-                   static_cast<std::int64_t>(macros_.size())));
+    if (s_.core.report(ops::saveMacro(*t, id, &records_, mode, leadingInteger(controls_.delaytime_edit_text), &loaded_))) {
+        loaded_ = records_;
+    }
     changed();
+}
+
+// ---- Another program's changes ----
+
+void MacroPage::reloadFromDatabase() {
+    DeviceSQLite* db = s_.core.db();
+    if (!db) return;
+    const std::int64_t selected = selectedMacroId();
+    std::vector<MacroInfo> stored;
+    db->queryAllMacroData(stored);
+    macros_.clear();
+    int row = -1;
+    for (const MacroInfo& m : stored) {
+        if (m.macroId == selected) row = static_cast<int>(macros_.size());
+        macros_.push_back({m.macroName, m.macroId});
+    }
+    if (selected != 0 && row < 0) {
+        // The macro being edited is gone: as after deleting it here.
+        if (macroRecordType_ == kRecording) stopRecordingInProgress();
+        records_.clear();
+        loaded_.clear();
+        macroSelectIndex_ = -1;
+        recordSelectIndex_ = -1;
+        EnabledControl(false);
+    } else if (row >= 0) {
+        macroSelectIndex_ = row;
+        MacroInfo info;
+        db->queryMacroInfo(selected, info);
+        const bool sameInfo = info.delayType == loadedInfo_.delayType && info.delayTime == loadedInfo_.delayTime &&
+                              info.playTimes == loadedInfo_.playTimes;
+        if (macroRecordType_ != kRecording && (ops::storedEvents(*db, selected) != loaded_ || !sameInfo)) {
+            const bool edited = records_ != loaded_;
+            const int keep = recordSelectIndex_;
+            loadMacroRecordData(row);
+            recordSelectIndex_ = keep < static_cast<int>(records_.size()) ? keep : -1;
+            if (edited && s_.core.events) s_.core.events->notice(extraText(ExtraText::kEditsReplaced));
+        }
+    }
+    eventsChanged();
 }
 
 // ---- Leaving ----

@@ -146,6 +146,11 @@ public:
     void fillMacroRecord();
     void stopMacroRecord();
 
+    // Another program changed the database: the macro list, and the selected macro's events and
+    // delay mode when they are no longer those the page read (unsaved edits of that macro are
+    // then set aside, with a notice). A recording in progress keeps its events.
+    void reloadFromDatabase();
+
     // Leaving the page: the delay insert radio is turned on and a recording stops.
     void leavePage();
     // The keyboard went away: a recording in progress stops.
@@ -167,6 +172,10 @@ private:
     KeyboardSession& s_;
     std::vector<MacroRow> macros_;
     std::vector<RecordRow> records_;
+    // The selected macro's events as last read from or written to the store: what the edited
+    // copy above started from.
+    std::vector<RecordRow> loaded_;
+    MacroInfo loadedInfo_;
     int macroSelectIndex_ = -1;
     int recordSelectIndex_ = -1;
     int insertEventType_ = kInsertKeyboard;

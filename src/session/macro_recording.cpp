@@ -105,7 +105,8 @@ void MacroPage::stopMacroRecord() {
     s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     // The recorded list replaces the stored events; then every macro is sent.
     if (const std::optional<ops::Target> t = target(); t && selectedMacroId() != 0) {
-        s_.core.report(ops::storeAndSendEvents(*t, selectedMacroId(), records_, static_cast<std::int64_t>(macros_.size())));
+        // A recording replaces the events, whatever they were.
+        if (s_.core.report(ops::storeAndSendEvents(*t, selectedMacroId(), records_))) loaded_ = records_;
     } else {
         sendMacros();
     }

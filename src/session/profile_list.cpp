@@ -24,6 +24,21 @@ void ProfileList::loadKeyProfile() {
     s_.core.currentKBProfile = customkey_profilelist_datas_[0].profileId;
 }
 
+void ProfileList::reloadFromDatabase() {
+    const std::int64_t highlighted = selectedRow_ >= 0 && selectedRow_ < static_cast<int>(customkey_profilelist_datas_.size())
+                                         ? customkey_profilelist_datas_[static_cast<std::size_t>(selectedRow_)].profileId
+                                         : 0;
+    std::vector<ProfileData> profiles;
+    if (DeviceSQLite* db = s_.core.db()) db->queryProfileList(profiles);
+    customkey_profilelist_datas_.clear();
+    int row = -1;
+    for (const ProfileData& p : profiles) {
+        if (p.profId == highlighted) row = static_cast<int>(customkey_profilelist_datas_.size());
+        customkey_profilelist_datas_.push_back({p.profId, displayedName(p.name)});
+    }
+    setKeyProfileTableSelect(row);
+}
+
 void ProfileList::setKeyProfileTableSelect(int selectIndex) {
     selectedRow_ = selectIndex;
     s_.core.notify(SessionAspect::ProfileList);
@@ -49,7 +64,8 @@ void ProfileList::selectProfile(std::int64_t profile) {
     core.currentProfile = profile;
     s_.keys.showKeyMarks();
     if (const std::optional<ops::Target> target = core.target()) {
-        core.report(ops::selectProfile(*target, profile, core.currentLightMode));  // sends the key map
+        // Stored, then the key map is sent; the effect shown is now the profile's own selection.
+        if (core.report(ops::selectProfile(*target, profile, core.currentLightMode))) core.currentLightSelection = profile;
     }
 }
 
@@ -62,8 +78,8 @@ void ProfileList::customkey_button_profile(Button button) {
 }
 
 void ProfileList::addProfile() {
-    // Named after the number of rows before adding; duplicate names are accepted.
-    const std::string name = ops::newProfileName(customkey_profilelist_datas_.size());
+    // Named after the number of profiles before adding; duplicate names are accepted.
+    std::string name;
     const std::optional<ops::Target> target = s_.core.target();
     std::int64_t id = 0;
     if (!target || !s_.core.report(ops::addProfile(*target, name, id))) return;

@@ -26,6 +26,9 @@ public:
     int selectedRow() const { return selectedRow_; }
 
     void loadKeyProfile();
+    // Another program changed the database: the rows again, the highlight on the same profile
+    // (none when it is gone). The current profile stays.
+    void reloadFromDatabase();
     void setKeyProfileTableSelect(int selectIndex);
     // The user chose a row of the table.
     void tableSelectionChanged(int row);

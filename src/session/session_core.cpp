@@ -14,11 +14,56 @@ bool SessionCore::report(const ops::Outcome& outcome) {
         case ops::Outcome::kNotStored:
             warn(extraText(ExtraText::kNotStoredTitle), extraText(ExtraText::kNotStoredMessage));
             return false;
+        case ops::Outcome::kChanged:
+            if (reload) reload();
+            if (events) events->notice(extraText(ExtraText::kChangedElsewhere));
+            return false;
         case ops::Outcome::kRefused:
             if (!outcome.title.empty()) warn(outcome.title, outcome.text);
             return false;
     }
     return false;
+}
+
+void SessionCore::useKeyboard(const HidDeviceRef& device) {
+    if (sender) {
+        if (queuedSender) queuedSender->setDevice(device);
+        else if (deviceComm) deviceComm->setDevice(device);
+        setKeyboardPresent(true);
+        return;
+    }
+    if (!deviceDB) return;
+    if (config.sendOnWorker) {
+        // What the sender's thread finds reaches the main thread through the front end's loop.
+        QueuedSender::Events senderEvents;
+        senderEvents.finished = [this](const BlockRequest&, const SendResult& result) {
+            if (result.status != SendResult::kNotSent) return;
+            post([this] {
+                if (events) events->notice(extraText(ExtraText::kNotSent));
+            });
+        };
+        senderEvents.progress = [this](std::size_t done, std::size_t total, std::size_t waiting) {
+            post([this, done, total, waiting] {
+                if (events) events->sending(done, total, waiting);
+            });
+        };
+        auto queued = std::make_unique<QueuedSender>(deviceDB->filePath(), config.pacer, config.wire, std::move(senderEvents));
+        queued->setDevice(device);
+        queuedSender = queued.get();
+        sender = std::move(queued);
+    } else {
+        deviceComm = std::make_unique<DeviceComm>(device, config.pacer, config.wire);
+        sender = std::make_unique<DirectSender>(*deviceComm, *deviceDB);
+    }
+}
+
+void SessionCore::setKeyboardPresent(bool present) {
+    if (queuedSender) queuedSender->setPresent(present);
+    if (deviceComm) deviceComm->setDeviceStatus(present ? 1 : 0);
+}
+
+bool SessionCore::finishSending(std::chrono::milliseconds timeout) {
+    return !queuedSender || queuedSender->finish(timeout);
 }
 
 }  // namespace qx9

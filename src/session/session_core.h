@@ -13,6 +13,7 @@
 #include "hid/device_comm.h"
 #include "hid/hid_backend.h"
 #include "ops/target.h"
+#include "sender/queued_sender.h"
 #include "store/device_sqlite.h"
 
 namespace qx9 {
@@ -43,6 +44,9 @@ public:
     virtual void warning(const std::string& /*message*/, const std::string& /*informative*/) {}
     // A notice that does not stop the user (the keyboard did not take a change).
     virtual void notice(const std::string& /*text*/) {}
+    // The keyboard's sender is busy: reports sent of the current transfer, and the requests
+    // waiting behind it; total 0 when it has finished everything.
+    virtual void sending(std::size_t /*done*/, std::size_t /*total*/, std::size_t /*waiting*/) {}
     // A key was chosen on the key page: show the key menu at the pointer.
     virtual void showKeyMenu() {}
     // "Custom Function" was chosen: open the custom key dialog.
@@ -58,6 +62,9 @@ struct SessionConfig {
     std::shared_ptr<WireSink> wire;
     // Runs work on the front end's main thread without waiting. Defaults to running it at once.
     std::function<void(std::function<void()>)> postToMain;
+    // Sends from a thread of the keyboard's own, so that the main thread never waits for the
+    // keyboard (the window). Otherwise every change is sent before its action returns.
+    bool sendOnWorker = false;
 };
 
 // State shared by every part of the session, and the database and transport.
@@ -74,9 +81,13 @@ struct SessionCore {
     std::string keyboardTitle = "HALVORN QX9";
     std::atomic<bool> initFinish{false};
     std::atomic<bool> sendToKeyboard{false};
-    std::shared_ptr<DeviceComm> deviceComm;  // created at the first connection
-    std::unique_ptr<DeviceSQLite> deviceDB;  // likewise
+    std::unique_ptr<DeviceSQLite> deviceDB;  // opened at the first connection
     std::string deviceDBfile;
+    // The keyboard's sender, created at the first connection: a queued one of its own thread,
+    // or one that sends at once through `deviceComm`.
+    std::unique_ptr<DeviceComm> deviceComm;
+    std::unique_ptr<KeyboardSender> sender;
+    QueuedSender* queuedSender = nullptr;
 
     std::int64_t currentProfile = 1;
     std::int64_t currentProfileIndex = 0;
@@ -84,21 +95,31 @@ struct SessionCore {
     std::int64_t currentFnLayer = 0;
     std::int64_t currentKeyValue = 0;
     std::int64_t currentLightMode = 0;
+    // The profile under which currentLightMode is stored as the selected effect: 1 after the
+    // backlight page loads or chooses an effect, the current profile after choosing a profile.
+    std::int64_t currentLightSelection = 1;
 
     // What the keystroke capture knows of the keys held; the window's capture sources feed it.
     CaptureState capture;
 
     // While muted the session behaves as if it had no transport: it stores but sends nothing
-    // (reloading the pages after an operation that has sent what it changed).
+    // (reloading the pages after another program changed the database).
     bool muted = false;
 
-    DeviceComm* comm() { return muted ? nullptr : deviceComm.get(); }
+    KeyboardSender* keyboard() { return muted ? nullptr : sender.get(); }
     DeviceSQLite* db() { return deviceDB.get(); }
     // What the operations change: none until the database is open.
     std::optional<ops::Target> target() {
         if (!deviceDB) return std::nullopt;
-        return ops::Target{*deviceDB, comm()};
+        return ops::Target{*deviceDB, keyboard()};
     }
+    // Creates the sender for `device` once the database is open; points it at a new device later.
+    void useKeyboard(const HidDeviceRef& device);
+    // The keyboard came or went: writes are refused at once while it is away.
+    void setKeyboardPresent(bool present);
+    // Waits until the sender has sent everything queued, at most `timeout` (true at once when it
+    // sends directly).
+    bool finishSending(std::chrono::milliseconds timeout);
     HidDeviceRef device() {
         std::lock_guard lock(mutex);
         return kbHIDdevice;
@@ -112,8 +133,10 @@ struct SessionCore {
     }
     // Tells the user about an operation that did not go through: a refusal or a change that was
     // not stored as a warning, a change the keyboard did not take as a notice. Returns whether
-    // the change was stored.
+    // the change was stored. A change refused because another program changed its base also
+    // reloads the pages (through `reload`, set by the session).
     bool report(const ops::Outcome& outcome);
+    std::function<void()> reload;
     void post(std::function<void()> work) {
         if (config.postToMain) config.postToMain(std::move(work));
         else work();

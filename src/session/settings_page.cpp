@@ -52,7 +52,22 @@ void SettingsPage::LanguageSwicth() {
     s_.lighting.rebuildModeList();
 }
 
+std::array<std::string, 4> SettingsPage::storedValues() const {
+    const DeviceSQLite* db = s_.core.db();
+    if (!db) return {};
+    return {db->getConfigData(ops::kSettingsProfile, ops::kGameMode), db->getConfigData(ops::kSettingsProfile, ops::kBlockAltTab),
+            db->getConfigData(ops::kSettingsProfile, ops::kBlockAltF4), db->getConfigData(ops::kSettingsProfile, ops::kBlockWin)};
+}
+
+void SettingsPage::reloadFromDatabase() {
+    DeviceSQLite* db = s_.core.db();
+    if (!db) return;
+    if (ops::languageInUse(*db) != curLanguage) applyStoredLanguage();
+    if (storedValues() != shownValues_) showSwitches(ops::storedSwitches(*db));
+}
+
 void SettingsPage::showSwitches(const protocol::SystemSwitches& shown) {
+    shownValues_ = storedValues();
     boxes_[kGameMode] = shown.gameMode;
     boxes_[kAltTab] = shown.blockAltTab;
     boxes_[kAltF4] = shown.blockAltF4;
@@ -65,7 +80,7 @@ void SettingsPage::loadGameModeData() {
     if (!target) return;
     // Game mode off: every box shows off; the stored block values stay as they are.
     showSwitches(ops::storedSwitches(target->db));
-    s_.core.report(ops::sentOrNot(ops::sendSystemFunctions(*target, switches()), "the system functions"));
+    s_.core.report(ops::sendSystemFunctions(*target, switches()));
 }
 
 void SettingsPage::button_action_gamemode(int tag, bool on) {
@@ -91,7 +106,7 @@ void SettingsPage::configGameMode(int type) {
             showSwitches(shown);
             break;
         }
-        default: s_.core.report(ops::sentOrNot(ops::sendSystemFunctions(*target, switches()), "the system functions")); break;
+        default: s_.core.report(ops::sendSystemFunctions(*target, switches())); break;
     }
 }
 
@@ -102,7 +117,9 @@ void SettingsPage::configResetKeys() {
     SessionCore& core = s_.core;
     const std::optional<ops::Target> target = core.target();
     if (!target) return;
-    core.report(ops::resetKeys(*target, core.currentProfile, core.currentLightMode));
+    if (core.report(ops::resetKeys(*target, core.currentProfile, core.currentLightMode))) {
+        core.currentLightSelection = core.currentProfile;
+    }
     s_.keys.showKeyMarks();
 }
 

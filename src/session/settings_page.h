@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,9 @@ public:
     void LanguageSwicth();
 
     void loadGameModeData();
+    // Another program changed the database: the language, and the boxes when the stored switches
+    // are no longer those the page last showed.
+    void reloadFromDatabase();
     // A check box was clicked: it now shows `on`; then the change is stored and sent.
     void button_action_gamemode(int tag, bool on);
     void configGameMode(int type);
@@ -59,11 +63,14 @@ public:
 
 private:
     void showSwitches(const protocol::SystemSwitches& shown);
+    // The four stored switch values, as the boxes last followed them.
+    std::array<std::string, 4> storedValues() const;
 
     KeyboardSession& s_;
     bool boxes_[4] = {false, false, false, false};
     std::vector<LanguageRow> languages_{{"English", 1033}, {"简体中文", 2052}, {"繁体中文", 1028}};
     int languageRow_ = -1;
+    std::array<std::string, 4> shownValues_;
 };
 
 }  // namespace qx9

@@ -4,6 +4,7 @@
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
 #include "layout/key_maps.h"
+#include "ops/settings.h"
 #include "ops/user_lights.h"
 #include "session/keyboard_session.h"
 
@@ -29,7 +30,7 @@ void UserLightPage::loadUserLightData() {
 void UserLightPage::addUserLight() {
     const std::optional<ops::Target> target = s_.core.target();
     std::int64_t id = 0;
-    const std::string name = ops::newUserLightName(rows_.size());
+    std::string name;
     if (!target || !s_.core.report(ops::addUserLight(*target, name, id))) return;
     rows_.push_back({id, name});
     s_.core.notify(SessionAspect::UserLights);
@@ -77,30 +78,68 @@ void UserLightPage::loadUserLightInfo(int index) {
     if (const std::optional<ops::Target> target = s_.core.target()) s_.core.report(ops::showUserLight(*target, userlight_id_));
 }
 
+namespace {
+
+LightColor colourOf(std::uint32_t rgb) {
+    return lightColorOf(static_cast<std::uint8_t>(rgb >> 16), static_cast<std::uint8_t>(rgb >> 8), static_cast<std::uint8_t>(rgb));
+}
+
+}  // namespace
+
 void UserLightPage::showSetColours() {
     resetKeyColor();
     if (DeviceSQLite* db = s_.core.db()) {
         const std::vector<std::uint32_t> colours = ops::setColours(*db, userlight_id_);
         for (std::size_t p = 0; p < colours.size() && p < keyColors_.size(); ++p) {
-            if (colours[p] != 0) {
-                setKeyColor(p, lightColorOf(static_cast<std::uint8_t>(colours[p] >> 16),
-                                            static_cast<std::uint8_t>(colours[p] >> 8), static_cast<std::uint8_t>(colours[p])));
-            }
+            if (colours[p] != 0) setKeyColor(p, colourOf(colours[p]));
         }
     }
+    loaded_ = keyColours_;
+    s_.core.notify(SessionAspect::UserLights);
+}
+
+void UserLightPage::rebase() {
+    DeviceSQLite* db = s_.core.db();
+    if (!db || userlight_id_ < 1) return;
+    const std::vector<std::uint32_t> stored = ops::setColours(*db, userlight_id_);
+    for (std::size_t p = 0; p < stored.size() && p < keyColours_.size() && p < loaded_.size(); ++p) {
+        if (keyColours_[p] == loaded_[p] && stored[p] != keyColours_[p]) setKeyColor(p, colourOf(stored[p]));
+    }
+    loaded_ = stored;
     s_.core.notify(SessionAspect::UserLights);
 }
 
 void UserLightPage::applyUserLightKeyColor() {
     const std::optional<ops::Target> target = s_.core.target();
     if (!target) return;
-    s_.core.report(ops::applyUserLight(*target, userlight_id_, keyColours_));
+    // The keys the user painted since the set was loaded; the others keep what is stored now.
+    if (s_.core.report(ops::applyUserLight(*target, userlight_id_, keyColours_, &loaded_))) rebase();
 }
 
 void UserLightPage::resetUserLightKeyColor() {
     if (userlight_id_ < 1) return;
     resetKeyColor();
-    applyUserLightKeyColor();
+    const std::optional<ops::Target> target = s_.core.target();
+    if (target && s_.core.report(ops::applyUserLight(*target, userlight_id_, keyColours_))) rebase();
+}
+
+void UserLightPage::reloadFromDatabase() {
+    const std::int64_t shown = userlight_id_;
+    const std::int64_t selected = selectedRow_ >= 0 && selectedRow_ < static_cast<int>(rows_.size())
+                                      ? rows_[static_cast<std::size_t>(selectedRow_)].light
+                                      : 0;
+    rows_.clear();
+    std::vector<UserLightData> sets;
+    if (DeviceSQLite* db = s_.core.db()) db->getUserLightData(ops::kSettingsProfile, sets);
+    int row = -1;
+    for (const UserLightData& set : sets) {
+        if (set.userlight_id == selected) row = static_cast<int>(rows_.size());
+        rows_.push_back({set.userlight_id, set.userlight_name});
+    }
+    setUserLightTableSelect(row);
+    // The colours follow the set shown; one that is gone keeps showing, as after a deletion.
+    if (const DeviceSQLite* db = s_.core.db(); db && shown >= 1 && ops::userLightExists(*db, shown)) rebase();
+    s_.core.notify(SessionAspect::UserLights);
 }
 
 }  // namespace qx9

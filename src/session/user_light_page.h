@@ -57,6 +57,9 @@ public:
     void loadUserLightInfo(int index);
     void resetUserLightKeyColor();             // userlight_button_resetcolor
     void applyUserLightKeyColor();             // userlight_button_applycolor
+    // Another program changed the database: the list of sets, and the loaded set's colours where
+    // the user has not painted since they were loaded.
+    void reloadFromDatabase();
 
     // The on-screen keyboard.
     void resetKeyColor();  // every key black, no key selected
@@ -79,12 +82,15 @@ public:
 private:
     void setKeyColor(std::size_t layoutIndex, const LightColor& color);
     void showSetColours();
+    // The set's stored colours replace the shown ones that still are as loaded.
+    void rebase();
 
     KeyboardSession& s_;
     std::vector<UserLightRow> rows_;
     int selectedRow_ = -1;
     std::int64_t userlight_id_ = 0;
     std::vector<std::uint32_t> keyColours_;
+    std::vector<std::uint32_t> loaded_;  // the set's colours as last read or stored
     std::vector<LightColor> keyColors_;
     std::vector<char> keyCheck_;
     std::int64_t selectKeyItem_ = -1;

@@ -1,6 +1,7 @@
 // The whole configuration at once: export reads it, import replaces it.
 #include "store/configuration.h"
 
+#include "store/config_keys.h"
 #include "store/device_sqlite.h"
 
 namespace qx9 {
@@ -30,8 +31,11 @@ std::optional<Configuration> DeviceSQLite::readConfiguration(std::string& error)
              s.step();) {
             c.profiles.push_back({s.integer(0), s.text(1)});
         }
-        for (auto s = db_->prepare(R"(SELECT "keyId", "profId", "key", "value" FROM "t_configdata"
-                                      ORDER BY "keyId")");
+        // What the keyboard was last sent describes the keyboard, not the configuration: it stays
+        // out of the document, and an import sets it anew.
+        for (auto s = db_->query(R"(SELECT "keyId", "profId", "key", "value" FROM "t_configdata"
+                                    WHERE NOT ("profId" = ? AND "key" IN (?, ?)) ORDER BY "keyId")",
+                                 kSettingsProfile, std::string_view(kKeyboardProfile), std::string_view(kMacroDeletions));
              s.step();) {
             c.configurationValues.push_back({s.integer(0), s.integer(1), s.text(2), s.text(3)});
         }

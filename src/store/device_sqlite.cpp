@@ -24,6 +24,31 @@ DeviceSQLite::Transaction DeviceSQLite::beginTransaction() {
     return db_ ? Transaction(db_->begin()) : Transaction();
 }
 
+DeviceSQLite::Transaction DeviceSQLite::beginRead() const {
+    return db_ ? Transaction(db_->begin(sqlite::Connection::Mode::Read)) : Transaction();
+}
+
+std::unique_ptr<DeviceSQLite> DeviceSQLite::openForReading(const std::filesystem::path& file) {
+    std::unique_ptr<DeviceSQLite> db(new DeviceSQLite());
+    db->file_ = file;
+    try {
+        db->db_.emplace(sqlite::Connection::open(file.string()));
+    } catch (const sqlite::Error& e) {
+        console() << "init: connect fail " << e.what() << '\n';
+    }
+    return db;
+}
+
+std::int64_t DeviceSQLite::dataVersion() const {
+    if (!db_) return 0;
+    try {
+        auto row = db_->query("PRAGMA data_version");
+        return row.step() ? row.integer(0) : 0;
+    } catch (const sqlite::Error&) {
+        return 0;
+    }
+}
+
 std::unique_ptr<DeviceSQLite> DeviceSQLite::openFile(const std::filesystem::path& file) {
     if (file.empty()) return std::make_unique<DeviceSQLite>(kDeviceDatabaseFileName);
     return std::make_unique<DeviceSQLite>(atPath(file));

@@ -58,6 +58,9 @@ public:
 
     // Without a connection: a guard that does nothing, and whose commit() is false.
     Transaction beginTransaction();
+    // One snapshot of the file for several reads (BEGIN): what other programs commit meanwhile
+    // is not seen until it ends. Never writes.
+    Transaction beginRead() const;
 
     // Opens <data directory>/<applicationId>/db/<fileName>, creating directories and file as
     // needed, then creates any missing table and the first-start data. Never fails to the
@@ -70,6 +73,13 @@ public:
     static DeviceSQLite atPath(const std::filesystem::path& file);
     // `file`, or the application's own file in its data directory when `file` is empty.
     static std::unique_ptr<DeviceSQLite> openFile(const std::filesystem::path& file);
+    // A second connection to a file that another connection opened, for reading: nothing is
+    // created and nothing written.
+    static std::unique_ptr<DeviceSQLite> openForReading(const std::filesystem::path& file);
+
+    // A number that changes when another connection (another program, or another connection of
+    // this one) commits to the file; 0 without a connection.
+    std::int64_t dataVersion() const;
 
     DeviceSQLite(DeviceSQLite&&) noexcept = default;
     DeviceSQLite& operator=(DeviceSQLite&&) noexcept = default;

@@ -244,18 +244,18 @@ private slots:
 
     void unplugAndReplug() {
         enterPages();
-        const auto setsBefore = controller_->virtualKeyboard()->setCount();
+        const auto setsBefore = test::sentReports(controller_);
         controller_->plugVirtualKeyboard(false);
         QTRY_VERIFY(!controller_->session().device.keyboardConnected());
         QTRY_VERIFY(controller_->startView()->isVisible());
         controller_->plugVirtualKeyboard(true);
         QTRY_VERIFY(controller_->session().device.keyboardConnected() && controller_->session().core.initFinish);
-        QCOMPARE(controller_->virtualKeyboard()->setCount(), setsBefore);  // nothing resent
+        QCOMPARE(test::sentReports(controller_), setsBefore);  // nothing resent
         enterPages();
         QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);
         // Choosing "Scrolling" (row 9) in the backlight page's list sends mode 10.
         child<QListWidget>("light_mode_table")->setCurrentRow(9);
-        QCOMPARE(decodeLightMode(controller_->virtualKeyboard()->memory())->mode, 10);
+        QCOMPARE(decodeLightMode(test::sentMemory(controller_))->mode, 10);
     }
 };
 
@@ -354,7 +354,7 @@ void AppTest::macroInsertDeleteAndSave() {
     QCOMPARE(events(), QStringList({"[Delay:ms] 50", "[Delay:ms] 7"}));
     click("macro_btn_save");
     QCOMPARE(sql("SELECT group_concat(record_value) FROM (SELECT record_value FROM t_macrorecord ORDER BY record_index)"), std::string("50,7"));
-    const auto macros = decodeMacros(controller_->virtualKeyboard()->memory());
+    const auto macros = decodeMacros(test::sentMemory(controller_));
     QCOMPARE(macros.size(), std::size_t(1));
     QCOMPARE(macros[0].events.size(), std::size_t(2));
     QCOMPARE(macros[0].events[1].value, 7);
@@ -389,7 +389,7 @@ void AppTest::macroRecording() {
     QCOMPARE(shown, recorded);
     if (mode.startsWith("default")) QCOMPARE(events()[1], QString("[Delay:ms] 30"));
     QCOMPARE(sql("SELECT count(*) FROM t_macrorecord"), std::to_string(recorded.size()));
-    QCOMPARE(decodeMacros(controller_->virtualKeyboard()->memory()).at(0).events.size(), std::size_t(recorded.size()) + (mode.startsWith("no") ? 2 : 0));  // two 10 ms pauses
+    QCOMPARE(decodeMacros(test::sentMemory(controller_)).at(0).events.size(), std::size_t(recorded.size()) + (mode.startsWith("no") ? 2 : 0));  // two 10 ms pauses
     (void)page;
 }
 

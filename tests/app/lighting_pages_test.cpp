@@ -51,9 +51,9 @@ class LightingPagesTest : public QObject {
         child<QLineEdit>(field)->selectAll();
         QTest::keyClicks(child<QLineEdit>(field), text);
     }
-    VirtualLightMode sentLight() { return decodeLightMode(controller_->virtualKeyboard()->memory()).value(); }
+    VirtualLightMode sentLight() { return decodeLightMode(test::sentMemory(controller_)).value(); }
     std::uint32_t sentColour(int keyCode) {
-        return keyColour(controller_->virtualKeyboard()->memory(), G_KB_SuperKeyCodeMap.at(keyCode).light_index).value();
+        return keyColour(test::sentMemory(controller_), G_KB_SuperKeyCodeMap.at(keyCode).light_index).value();
     }
     void openPage(const char* button) {
         QTest::mouseClick(child<QPushButton>("keyboard_connect"), Qt::LeftButton);
@@ -161,9 +161,9 @@ private slots:
 
         click("light_radio_lightsleep2");
         QCOMPARE(sql("SELECT value FROM t_configdata WHERE key = 'sleeplight' AND profId = 1"), "2");
-        QCOMPARE(decodeSystemFunctions(controller_->virtualKeyboard()->memory())->sleepTime, 2);
+        QCOMPARE(decodeSystemFunctions(test::sentMemory(controller_))->sleepTime, 2);
         QTest::mouseClick(child("light_label_lightsleep3"), Qt::LeftButton);  // the label is part of it
-        QCOMPARE(decodeSystemFunctions(controller_->virtualKeyboard()->memory())->sleepTime, 3);
+        QCOMPARE(decodeSystemFunctions(test::sentMemory(controller_))->sleepTime, 3);
         QVERIFY(child<QRadioButton>("light_radio_lightsleep3")->isChecked());
     }
 
@@ -235,9 +235,9 @@ private slots:
     void applyWithoutASetWarns() {
         openPage("userlight_btn");
         QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
-        const auto sets = controller_->virtualKeyboard()->setCount();
+        const auto sets = test::sentReports(controller_);
         click("userlight_btn_apply");
-        QCOMPARE(controller_->virtualKeyboard()->setCount(), sets);
+        QCOMPARE(test::sentReports(controller_), sets);
         QCOMPARE(warnings.count(), 1);
         QCOMPARE(warnings.at(0).at(0).toString(), QString::fromStdString(localizedText(567)));
         QCOMPARE(sql("SELECT count(*) FROM t_userlight_leddata"), "0");

@@ -4,6 +4,7 @@
 #include <QMainWindow>
 
 #include "app/keyboard_view_controller.h"
+#include "hid/virtual_qx9.h"
 
 namespace qx9::test {
 
@@ -18,6 +19,17 @@ inline KeyboardViewController* showWindowOnVirtualQX9(QMainWindow* window, const
     window->setCentralWidget(controller);
     window->show();
     return controller;
+}
+
+// What the keyboard holds once the window's sender has sent everything queued.
+inline VirtualQX9Memory sentMemory(KeyboardViewController* controller) {
+    controller->session().core.finishSending(std::chrono::seconds(10));
+    return controller->virtualKeyboard()->memory();
+}
+// Reports the keyboard took, once everything queued is sent.
+inline std::uint64_t sentReports(KeyboardViewController* controller) {
+    controller->session().core.finishSending(std::chrono::seconds(10));
+    return controller->virtualKeyboard()->setCount();
 }
 
 }  // namespace qx9::test

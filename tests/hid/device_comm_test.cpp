@@ -49,6 +49,8 @@ public:
         length = 60;
         return true;
     }
+    bool lockExclusive(std::chrono::milliseconds) override { return true; }
+    bool unlock() override { return true; }
     std::string lastError() const override { return {}; }
     std::vector<std::size_t> setLengths;
 };

@@ -32,19 +32,19 @@ TEST_F(VirtualKeyboard, BusyAnswerDropsTheCommandUntilItIsSentAgain) {
 
 TEST_F(VirtualKeyboard, BlockCutShortByALostReportIsDropped) {
     keyboard_->failSetAt(7);  // open and header are sets 1 and 2: the fifth data report fails
-    protocol::SendKeyMacroData(comm_.get(), 0, {});
+    send(protocol::keyMappingTransaction(0, {}));
     EXPECT_FALSE(keyboard_->memory().keyTables[0].has_value());
     EXPECT_EQ(keyboard_->memory().droppedBlocks, 1u);
 
     // The next transaction is taken whole.
-    protocol::SendKeyMacroData(comm_.get(), 0, {});
+    send(protocol::keyMappingTransaction(0, {}));
     EXPECT_TRUE(keyboard_->memory().keyTables[0].has_value());
 }
 
 TEST_F(VirtualKeyboard, BadStateFilesAreRefusedAndChangeNothing) {
     const std::string file = (std::filesystem::temp_directory_path() /
                               ("qx9-virtual-" + std::to_string(::getpid()) + ".json")).string();
-    protocol::SendLightModeData(comm_.get(), 2, std::nullopt);
+    send(protocol::lightModeTransaction(2, std::nullopt));
     const VirtualQX9Memory before = keyboard_->memory();
     const std::string bad[] = {
         "",

@@ -32,20 +32,32 @@ protected:
           db_(DeviceSQLite::atPath(file_)) {
         curLanguage = kLanguageEnglish;
         comm_->setDevice(keyboard_);
+        sender_ = std::make_unique<DirectSender>(*comm_, db_);
     }
     ~OpsTest() override {
         for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(file_.string() + suffix);
     }
-    ops::Target target() { return {db_, comm_.get()}; }
+    ops::Target target() { return {db_, sender_.get()}; }
+    std::int64_t addSet(const ops::Target& t) {
+        std::string name;
+        std::int64_t id = 0;
+        return ops::addUserLight(t, name, id) ? id : 0;
+    }
+    std::int64_t addMacro(const ops::Target& t) {
+        std::string name;
+        std::int64_t id = 0;
+        return ops::addMacro(t, name, id) ? id : 0;
+    }
     std::string sql(const std::string& query) const { return sqlValue(file_.string(), query); }
 
     std::filesystem::path file_;
     DeviceSQLite db_;
+    std::unique_ptr<DirectSender> sender_;
 };
 
 TEST_F(OpsTest, RefusedChangesStoreAndSendNothing) {
-    std::int64_t set = 0;
-    ASSERT_TRUE(ops::addUserLight({db_}, "one", set));
+    const std::int64_t set = addSet({db_});
+    ASSERT_NE(set, 0);
     const auto assign = [this](std::int64_t profile, std::int64_t layer, std::int64_t key, const ProfileKey& f) {
         return ops::assignKey(target(), profile, layer, key, f);
     };
@@ -83,14 +95,12 @@ TEST_F(OpsTest, AKeyMadeFnIsFnOnBothLayersAndOneKeyMapGoesOut) {
 }
 
 TEST_F(OpsTest, NoMoreMacrosThanTheKeyboardAddresses) {
-    for (int i = 0; i < ops::kMaxMacros; ++i) {
-        std::int64_t id = 0;
-        ASSERT_TRUE(ops::addMacro(target(), ops::newMacroName(static_cast<std::size_t>(i)), id));
-    }
+    for (int i = 0; i < ops::kMaxMacros; ++i) ASSERT_NE(addMacro(target()), 0);
     for (int language : {kLanguageEnglish, kLanguageSimplifiedChinese, kLanguageTraditionalChinese}) {
         curLanguage = language;
         std::int64_t id = 0;
-        const ops::Outcome o = ops::addMacro(target(), "one more", id);
+        std::string name;
+        const ops::Outcome o = ops::addMacro(target(), name, id);
         EXPECT_EQ(o.status, ops::Outcome::kRefused);
         EXPECT_EQ(id, 0);
         EXPECT_NE(o.text.find("100"), std::string::npos);  // said in every language
@@ -128,6 +138,8 @@ public:
     void close() override { inner_->close(); }
     bool isOpen() const override { return inner_->isOpen(); }
     std::string lastError() const override { return inner_->lastError(); }
+    bool lockExclusive(std::chrono::milliseconds timeout) override { return inner_->lockExclusive(timeout); }
+    bool unlock() override { return inner_->unlock(); }
     bool setFeatureReport(std::uint8_t id, const std::uint8_t* data, std::size_t length) override {
         ++sets;
         if (gone_) return false;
@@ -153,14 +165,12 @@ private:
 // Every report position of every kind of transaction, under each fault: nothing crashes or
 // hangs, the store ends as it does without the fault, and the outcome tells the user.
 TEST_F(OpsTest, EveryFaultAtEveryReportIsReported) {
-    std::int64_t macro = 0, set = 0;
-    ASSERT_TRUE(ops::addMacro({db_}, "Macro1", macro));
-    ASSERT_TRUE(ops::addUserLight({db_}, "one", set));
+    const std::int64_t macro = addMacro({db_}), set = addSet({db_});
     const std::string clean = file_.string() + ".clean";
     ASSERT_TRUE(sqlExec(file_.string(), "PRAGMA wal_checkpoint(TRUNCATE)"));  // the file alone holds it all
     const std::vector<std::pair<const char*, std::function<ops::Outcome(const ops::Target&)>>> changes = {
         {"key", [](const ops::Target& t) { return ops::assignKey(t, 1, 0, 4, *ops::paletteFunction(5)); }},
-        {"macro", [&](const ops::Target& t) { return ops::storeAndSendEvents(t, macro, *ops::keyPressEvents(4), 1); }},
+        {"macro", [&](const ops::Target& t) { return ops::storeAndSendEvents(t, macro, *ops::keyPressEvents(4)); }},
         {"effect", [](const ops::Target& t) { LightRecord r; return ops::selectEffect(t, 1, 9, r); }},
         {"colours", [&](const ops::Target& t) { return ops::paintKeys(t, set, {4}, 0xFF0000); }},
         {"system", [](const ops::Target& t) { return ops::setFnMode(t, true, {}); }},
@@ -172,7 +182,8 @@ TEST_F(OpsTest, EveryFaultAtEveryReportIsReported) {
             auto keyboard = std::make_shared<FaultyKeyboard>(std::make_shared<VirtualQX9>(), fault, k);
             DeviceSQLite db = DeviceSQLite::atPath(clean);
             DeviceComm comm(keyboard, recorder_.get());
-            return std::pair(change({db, &comm}), keyboard);
+            DirectSender sender(comm, db);
+            return std::pair(change({db, &sender}), keyboard);
         };
         // The clean run: how many reports, and the store after it.
         const auto [cleanOutcome, counter] = runOn(FaultyKeyboard::kNone, 0);
@@ -224,19 +235,30 @@ TEST_F(OpsTest, AnyConfigurationExportsAndImportsBackUnchanged) {
             const std::int64_t key = keys[static_cast<std::size_t>(pick(static_cast<int>(keys.size())))].keycode;
             std::int64_t id = 0, mode = 0;
             switch (pick(9)) {
-                case 0: ops::addProfile(t, ops::newProfileName(profiles.size()), id); break;
+                case 0: {
+                    std::string name;
+                    ops::addProfile(t, name, id);
+                    break;
+                }
                 case 1: ops::renameProfile(t, profile, "P\\t" + std::to_string(step)); break;
                 case 2: ops::deleteProfile(t, profile); break;
                 case 3: ops::assignKey(t, profile, pick(2), key, *ops::listFunction(kMacroTypeMouse, static_cast<std::size_t>(pick(8)))); break;
                 case 4: ops::assignKey(t, profile, 0, key, *ops::capturedKeysFunction({225, key})); break;
                 case 5:
-                    if (ops::addMacro(t, ops::newMacroName(static_cast<std::size_t>(db_.countMacros())), id)) {
-                        ops::saveMacro(t, id, *ops::keyPressEvents(key), pick(3), pick(500), db_.countMacros());
+                    if ((id = addMacro(t)) != 0) {
+                        const auto events = *ops::keyPressEvents(key);
+                        ops::saveMacro(t, id, &events, pick(3), pick(500));
                     }
                     break;
-                case 6: ops::selectProfile(t, profile, mode), ops::setLightColour(t, profile, pick(20), 1, 2, 3); break;
+                case 6: {
+                    LightRecord record;
+                    ops::selectProfile(t, profile, mode);
+                    ops::selectEffect(t, profile, pick(20), record);
+                    ops::setLightColour(t, profile, ops::kSettingsProfile, 1, 2, 3);
+                    break;
+                }
                 case 7:
-                    if (ops::addUserLight(t, ops::newUserLightName(0), id)) ops::paintKeys(t, id, {key}, 0x010203u * pick(80));
+                    if ((id = addSet(t)) != 0) ops::paintKeys(t, id, {key}, 0x010203u * pick(80));
                     break;
                 default: ops::setFnMode(t, pick(2) == 1, {}); break;
             }

@@ -77,14 +77,14 @@ TEST(KeyMappingBlock, EachRecordLandsInItsSlotAndNowhereElse) {
 }
 
 TEST_F(WireFixture, KeyMappingOfAnEmptyProfile) {
-    protocol::SendKeyMacroData(comm_.get(), 0, {});
+    send(protocol::keyMappingTransaction(0, {}));
     EXPECT_TRUE(wireMatches(recorder_->events,
                             {Step::command("04 18"), Step::command("04 11 00 00 00 00 00 00 09"),
                              Step::block(sparse({{574, 0xAA}, {575, 0x55}}, 576)), Step::command("04 02")}));
 }
 
 TEST_F(WireFixture, KeyMappingOfTheFnLayerUsesHeader27) {
-    protocol::SendKeyMacroData(comm_.get(), 1, {{profileKey(41, kMacroTypeDisabled, 1)}, {}});
+    send(protocol::keyMappingTransaction(1, {{profileKey(41, kMacroTypeDisabled, 1)}, {}}));
     ASSERT_GE(sets().size(), 2u);
     EXPECT_EQ(sets()[1], report("04 27 00 00 00 00 00 00 09"));
 }

@@ -14,8 +14,6 @@
 namespace qx9::test {
 namespace {
 
-using protocol::SendLightModeData;
-using protocol::SendSystemFunctionData;
 
 // The default record of a new profile: colour CA 51 00, random on, brightness 15, speed 12,
 // direction 3 for mode 10 and 0 otherwise.
@@ -42,29 +40,26 @@ TEST_F(WireFixture, LightModeTransaction) {
     };
     for (const Case& c : cases) {
         clearWire();
-        SendLightModeData(comm_.get(), c.mode, c.record);
+        send(protocol::lightModeTransaction(c.mode, c.record));
         EXPECT_TRUE(wireMatches(recorder_->events,
                                 {Step::command("04 18"), Step::command("04 13 00 00 00 00 00 00 01"),
                                  Step::raw(report(c.data)), Step::command("04 02"), Step::command("04 F0")}));
     }
 }
 
-// Without a transport (no keyboard since start), or with the keyboard gone, nothing reaches the
-// keyboard; the light mode does not even pause.
+// With the keyboard gone, nothing reaches it; the light mode does not even pause.
 TEST_F(WireFixture, TransactionsWithoutAKeyboardSendNothing) {
-    const protocol::SystemStoredValues stored{"0", "0"};
     const protocol::MacroDownloadInput macros;
-    const std::pair<const char*, std::function<void(DeviceComm*)>> transactions[] = {
-        {"light mode", [](DeviceComm* c) { SendLightModeData(c, 3, defaultRecord(3)); }},
-        {"key mapping", [](DeviceComm* c) { protocol::SendKeyMacroData(c, 0, {}); }},
-        {"macros", [&](DeviceComm* c) { protocol::SaveMacroToKeyboard(c, &macros); }},
-        {"system functions", [&](DeviceComm* c) { SendSystemFunctionData(c, {}, &stored); }},
-        {"key colours", [](DeviceComm* c) { protocol::SendUserLightLedData(c, {}); }},
+    const std::pair<const char*, protocol::Transaction> transactions[] = {
+        {"light mode", protocol::lightModeTransaction(3, defaultRecord(3))},
+        {"key mapping", protocol::keyMappingTransaction(0, {})},
+        {"macros", *protocol::macroTransaction(macros)},
+        {"system functions", protocol::systemFunctionTransaction({}, {"0", "0"})},
+        {"key colours", protocol::userLightLedTransaction({})},
     };
-    for (const auto& [name, send] : transactions) {
-        send(nullptr);
+    for (const auto& [name, transaction] : transactions) {
         comm_->setDeviceStatus(0);
-        send(comm_.get());
+        EXPECT_FALSE(runTransaction(*comm_, transaction)) << name;
         comm_->setDeviceStatus(1);
         EXPECT_TRUE(name == std::string("light mode") ? recorder_->events.empty() : calls().empty()) << name;
         clearWire();
@@ -87,7 +82,7 @@ TEST_F(WireFixture, SystemFunctionTransaction) {
     };
     for (const Case& c : cases) {
         clearWire();
-        SendSystemFunctionData(comm_.get(), c.switches, &c.stored);
+        send(protocol::systemFunctionTransaction(c.switches, c.stored));
         Bytes record = report(c.data);
         record[62] = 0xAA;
         record[63] = 0x55;
@@ -108,9 +103,8 @@ TEST_F(TransactionDeath, BrokenInvariantsStop) {
         EXPECT_EQ(record[5], 0) << bad;
         EXPECT_EQ(record[6], 0) << bad;
     }
-    EXPECT_DEATH(SendSystemFunctionData(comm_.get(), off, nullptr), "without a database");
-    EXPECT_DEATH(SendLightModeData(comm_.get(), 256, std::nullopt), "light mode");
-    EXPECT_DEATH(SendLightModeData(comm_.get(), -1, std::nullopt), "light mode");
+    EXPECT_DEATH(protocol::lightModeTransaction(256, std::nullopt), "light mode");
+    EXPECT_DEATH(protocol::lightModeTransaction(-1, std::nullopt), "light mode");
 }
 
 }  // namespace

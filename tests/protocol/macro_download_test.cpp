@@ -10,7 +10,6 @@ namespace {
 using protocol::buildMacroBlock;
 using protocol::MacroDownloadInput;
 using protocol::MacroWithEvents;
-using protocol::SaveMacroToKeyboard;
 
 RecordInfo ev(std::int64_t type, std::int64_t value) {
     return {.recordType = type, .recordValue = value, .recordDesc = {}};
@@ -92,7 +91,7 @@ TEST(MacroBlockReportCount, UsedLengthOnAReportBoundaryAddsAWholeReport) {
 
 TEST_F(WireFixture, MacroTransactionOpensWith19AndSendsTheBlock) {
     const auto input = inputOf({macro({down(4), up(4)})});
-    SaveMacroToKeyboard(comm_.get(), &input);
+    send(protocol::macroTransaction(input));
     Bytes block = sparse({{510, 0xAA}, {511, 0x55}}, 512);
     put(block, 0, "90 01");
     put(block, 400, "03 00 00 00 00 00 00 00 00 00 04 B0 0A 00 00 50 00 00 04 30");
@@ -113,7 +112,7 @@ TEST_F(WireFixture, CapacityIsCheckedBeforeAnythingIsSent) {
         MacroDownloadInput in;
         in.storedEventCount = c.events;
         in.listedMacroCount = c.macros;
-        SaveMacroToKeyboard(comm_.get(), &in);
+        send(protocol::macroTransaction(in));
         EXPECT_EQ(!sets().empty(), c.sent) << c.events << " events, " << c.macros << " macros";
     }
 }
@@ -128,12 +127,11 @@ TEST_F(WireFixture, MacrosThatWouldOverflowTheBlockAreNotSent) {
     }
     const auto input = inputOf({macro(events)});
     ASSERT_TRUE(protocol::macrosFitKeyboard(input.storedEventCount, input.listedMacroCount));
-    SaveMacroToKeyboard(comm_.get(), &input);
+    send(protocol::macroTransaction(input));
     EXPECT_TRUE(recorder_->events.empty());
 }
 
 TEST(MacroDownloadDeath, BrokenInvariantsStop) {
-    EXPECT_DEATH(SaveMacroToKeyboard(nullptr, nullptr), "without a database");
     EXPECT_DEATH(buildMacroBlock({macro({down(256)})}), "macro key code");
     EXPECT_DEATH(buildMacroBlock({macro({up(-1)})}), "macro key code");
 }

@@ -29,12 +29,12 @@ std::vector<Step> perKeyMode() {
 }
 
 TEST_F(WireFixture, PerKeyModeSwitch) {
-    protocol::SendUserLightModeData(comm_.get());
+    send(protocol::userLightModeTransaction());
     EXPECT_TRUE(wireMatches(recorder_->events, perKeyMode()));
 
     // An empty set darkens every key, then switches to the per-key mode.
     clearWire();
-    protocol::SendUserLightLedData(comm_.get(), {});
+    send(protocol::userLightLedTransaction({}));
     std::vector<Step> steps = {Step::command("04 18"), Step::command("04 23 00 00 00 00 00 00 09"),
                                Step::block(darkBlock(576)), Step::command("04 02"), Step::command("04 F0")};
     for (const Step& step : perKeyMode()) steps.push_back(step);

@@ -82,11 +82,23 @@ TEST_F(ExportTest, ImportIntoAnotherDatabaseGivesTheSameOneAndSendsWhatAFirstCon
             ASSERT_TRUE(ops::importConfiguration(*other.session->core.target(), doc));
             imported = setsOf(other.recorder->events);
             memory = other.keyboard->memory();
+            // The same configuration; what each keyboard was last sent is each database's own.
+            for (const auto& f : {file, dbPath_}) {
+                ASSERT_TRUE(sqlExec(f.string(), "DELETE FROM t_configdata WHERE key IN ('keyboard_profile', 'macro_deletions')"));
+            }
             EXPECT_EQ(dumpDatabase(file), dumpDatabase(dbPath_)) << withoutProfileOne;
         }
         OtherSession fresh(file);  // a first connection to the imported database
-        EXPECT_EQ(imported, setsOf(fresh.recorder->events));
+        // The effect, then what a first connection sends, then the macros.
+        const std::vector<Bytes> first = setsOf(fresh.recorder->events);
+        constexpr std::size_t kLightModeReports = 5;
+        ASSERT_GT(imported.size(), kLightModeReports + first.size());
+        EXPECT_EQ(imported[1], report("04 13 00 00 00 00 00 00 01"));
+        EXPECT_EQ(std::vector<Bytes>(imported.begin() + kLightModeReports, imported.begin() + kLightModeReports + static_cast<std::ptrdiff_t>(first.size())), first);
+        EXPECT_EQ(imported[kLightModeReports + first.size()], report("04 19"));
         if (withoutProfileOne) continue;
+        ASSERT_EQ(decodeMacros(memory).size(), 1u);
+        EXPECT_EQ(decodeMacros(memory)[0].events.size(), 3u);  // down, 120 ms, up
         EXPECT_EQ(keyColour(memory, 1), 0x12ABEFu);
         EXPECT_EQ(decodeLightMode(memory)->mode, 0x80);
         EXPECT_EQ(decodeSystemFunctions(memory)->gameMode, 1);

@@ -15,6 +15,8 @@
 #include "common/bytes.h"
 #include "hid/device_comm.h"
 #include "hid/virtual_qx9.h"
+#include "protocol/transaction.h"
+#include "sender/keyboard_sender.h"
 #include "store/records.h"
 
 namespace qx9::test {
@@ -60,6 +62,11 @@ protected:
     std::size_t pauseCount() const;
     std::string consoleText() const { return console_.str(); }
     void clearWire() { recorder_->events.clear(); }
+    // Runs a transaction on the keyboard (nothing when it is none).
+    void send(const protocol::Transaction& transaction) { runTransaction(*comm_, transaction); }
+    void send(const std::optional<protocol::Transaction>& transaction) {
+        if (transaction) send(*transaction);
+    }
 
     std::shared_ptr<VirtualQX9> keyboard_;
     std::shared_ptr<WireRecorder> recorder_;

@@ -116,8 +116,8 @@ TEST_F(KernelPath, B_TransactionsArriveByteForByte) {
     const LightRecord record{0, 0xCA, 0x51, 0, 0, 0, 0, 0, 1, 15, 12, 0};
     const protocol::KeyMappingInput keys{{profileKey(4, kMacroTypeKey, 5)}, {}};
     const auto send = [&](DeviceComm* c) {
-        protocol::SendLightModeData(c, 0, record);
-        protocol::SendKeyMacroData(c, 0, keys);
+        runTransaction(*c, protocol::lightModeTransaction(0, record));
+        runTransaction(*c, protocol::keyMappingTransaction(0, keys));
     };
     send(&comm);
     EXPECT_EQ(config_->sets(), expectedSets(send));
@@ -139,7 +139,7 @@ TEST_F(KernelPath, C_RemovalMidTransactionNeitherCrashesNorHangs) {
     DeviceComm comm(device);
     config_->stallReads(true);
     auto transaction = std::async(std::launch::async, [&] {
-        protocol::SendKeyMacroData(&comm, 0, {});
+        runTransaction(comm, protocol::keyMappingTransaction(0, {}));
         return comm.sendDeviceData(report("04 18"));
     });
     std::this_thread::sleep_for(300ms);

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "protocol/transaction.h"
+#include "sender/block_request.h"
+#include "store/device_sqlite.h"
+
+namespace qx9 {
+
+// A requested block as the database holds it now.
+struct BuiltBlock {
+    protocol::Transaction transaction;  // no steps: nothing to send
+    // The macros were not sent: they do not fit the keyboard's macro memory (why, in English).
+    std::string tooLarge;
+};
+
+// Reads what the block carries and lays out its transaction. Values that the keyboard could
+// not take (a key code outside a byte, a colour that is not 0xRRGGBB, a key the QX9 lacks) are
+// left out with a console line; nothing read stops the program.
+BuiltBlock buildBlock(const DeviceSQLite& db, const BlockRequest& request);
+
+// The profile whose key map the keyboard was last sent (profile 1 when none is stored).
+std::int64_t keyboardProfile(const DeviceSQLite& db);
+// The four switches as stored: all off unless game mode is on.
+protocol::SystemSwitches storedSwitches(const DeviceSQLite& db);
+
+}  // namespace qx9
