@@ -100,7 +100,7 @@ KeyboardViewController::~KeyboardViewController() {
         std::fprintf(stderr, "halvorn-qx9: the keyboard did not take every change in time; they are stored and reach it "
                              "with the next change or connection\n");
     }
-    if (virtual_ && !options_.virtualState.empty()) {
+    if (virtual_ && unsharedState_) {
         std::string error;
         virtual_->saveState(options_.virtualState, error);
     }
@@ -263,8 +263,12 @@ void KeyboardViewController::viewDidAppear() {
     if (options_.virtualKeyboard) {
         virtual_ = std::make_shared<VirtualQX9>();
         std::string error;
-        if (!options_.virtualState.empty() && !virtual_->loadState(options_.virtualState, error)) {
-            virtual_->setMemory({});  // a missing or unreadable file: start empty, save on exit
+        // A state file is the keyboard of every program that names it (qx9ctl --device
+        // virtual:FILE too): each transaction reads it and writes it back. One that cannot be
+        // read is not shared: the keyboard starts empty and is saved over it on exit.
+        if (!options_.virtualState.empty() && !virtual_->shareState(options_.virtualState, error)) {
+            virtual_->setMemory({});
+            unsharedState_ = true;
         }
         plugVirtualKeyboard(true);
     }

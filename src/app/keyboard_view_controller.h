@@ -96,6 +96,7 @@ private:
     std::int64_t databaseVersion_ = 0;
     std::vector<NotificationCenter::Token> tokens_;
     std::shared_ptr<VirtualQX9> virtual_;
+    bool unsharedState_ = false;  // the virtual keyboard's file could not be read: saved on exit
     bool appeared_ = false;
     bool accessHintShown_ = false;
 

@@ -65,6 +65,11 @@ void QueuedSender::setDevice(HidDeviceRef device, std::function<void(bool)> open
 
 void QueuedSender::setPresent(bool present) { present_ = present; }
 
+std::size_t QueuedSender::waiting() {
+    std::lock_guard lock(mutex_);
+    return queue_.size();
+}
+
 bool QueuedSender::finish(std::chrono::milliseconds timeout) {
     std::unique_lock lock(mutex_);
     flushing_ = true;

@@ -52,6 +52,9 @@ public:
     // Present or not: while absent every send fails at once without touching the device.
     void setPresent(bool present);
 
+    // Requests waiting to be sent (not counting one being sent).
+    std::size_t waiting();
+
     // Waits until nothing is queued or being sent, at most `timeout`; false when time ran out.
     bool finish(std::chrono::milliseconds timeout);
     static constexpr std::chrono::milliseconds kCloseTimeout{10000};

@@ -310,7 +310,7 @@ void MacroPage::insertNewEvent() {
     eventsChanged();
     // Stored, then every macro is sent.
     if (const std::optional<ops::Target> t = target()) {
-        if (s_.core.report(ops::storeAndSendEvents(*t, selectedMacroId(), records_, &loaded_))) loaded_ = records_;
+        storedCopy(ops::storeAndSendEvents(*t, selectedMacroId(), records_, &loaded_));
     }
 }
 
@@ -331,7 +331,7 @@ void MacroPage::button_action_delrecord() {
 void MacroPage::SaveMacroRecordDataToDB() {
     const std::optional<ops::Target> t = target();
     const std::int64_t id = selectedMacroId();
-    if (t && id != 0 && s_.core.report(ops::storeEvents(*t, id, records_, &loaded_))) loaded_ = records_;
+    if (t && id != 0) storedCopy(ops::storeEvents(*t, id, records_, &loaded_));
 }
 
 // ---- Delay mode and saving ----
@@ -367,13 +367,17 @@ void MacroPage::button_action_saverecord() {
     // The edits of the list (an event deletion among them) and the delay mode, stored together;
     // no radio on counts as the recording delay.
     const int mode = delayMode() < 0 ? kRecordingDelay : delayMode();
-    if (s_.core.report(ops::saveMacro(*t, id, &records_, mode, leadingInteger(controls_.delaytime_edit_text), &loaded_))) {
-        loaded_ = records_;
-    }
+    storedCopy(ops::saveMacro(*t, id, &records_, mode, leadingInteger(controls_.delaytime_edit_text), &loaded_));
     changed();
 }
 
 // ---- Another program's changes ----
+
+void MacroPage::storedCopy(const ops::Outcome& outcome) {
+    // Refused because the macro changed meanwhile: the copy goes, and the page shows the store.
+    if (outcome.status == ops::Outcome::kChanged) records_ = loaded_;
+    if (s_.core.report(outcome)) loaded_ = records_;
+}
 
 void MacroPage::reloadFromDatabase() {
     DeviceSQLite* db = s_.core.db();

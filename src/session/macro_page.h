@@ -164,6 +164,9 @@ private:
     void delayModeRadios(bool record, bool none, bool byDefault);
     void resetAfterRecording();
     void sendMacros();
+    // Reports the outcome of storing the page's copy of the events; stored, it is what the
+    // store holds.
+    void storedCopy(const ops::Outcome& outcome);
     std::optional<ops::Target> target() const;
     void changed();
     // The event list or the macro list changed: the memory in use is counted again.

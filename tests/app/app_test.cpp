@@ -6,6 +6,7 @@
 #include <QProgressBar>
 #include <QComboBox>
 #include <QKeyEvent>
+#include <sstream>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -25,6 +26,7 @@
 #include "app/keyboard_view_controller.h"
 #include "app/keystroke_capture.h"
 #include "app/start_view.h"
+#include "cli/ctl.h"
 #include "hid/virtual_qx9.h"
 #include "hid/virtual_qx9_memory.h"
 #include "i18n/extra_texts.h"
@@ -238,6 +240,7 @@ private slots:
     void headerTrayAndAccessHint();
     void nothingCutOffAtTheMinimumSize();
     void macroInsertDeleteAndSave();
+    void followsAScriptOnTheSameDatabase();
     void macroRecording_data();
     void macroRecording();
     void macroRenameDeleteLimitAndLanguage();
@@ -359,6 +362,30 @@ void AppTest::macroInsertDeleteAndSave() {
     QCOMPARE(macros[0].events.size(), std::size_t(2));
     QCOMPARE(macros[0].events[1].value, 7);
     QVERIFY(child<QLabel>("macro_label_memory")->text().contains("16 of 2500"));  // 2 events, 1 macro
+}
+
+// qx9ctl on the window's database: the window shows what it changed without being told, and the
+// window's next change keeps it; the keyboard ends with both.
+void AppTest::followsAScriptOnTheSameDatabase() {
+    MacroPageView* page = newMacro();
+    const std::string db = database().toStdString();
+    const auto qx9ctl = [&](std::vector<std::string> args) {
+        args.insert(args.begin(), {"--db", db, "--device", "virtual"});
+        std::ostringstream out, err;
+        return ctl::run(args, out, err);
+    };
+    QCOMPARE(qx9ctl({"macro", "insert", "1", "key:c"}), 0);
+    QCOMPARE(qx9ctl({"profile", "rename", "1", "Scripted"}), 0);
+    QTRY_COMPARE(controller_->keyPage()->profileTable()->item(0)->text(), QString("Scripted"));
+    QTRY_COMPARE(events(), QStringList({"[KEY DOWN] C", "[KEY UP] C"}));
+    key(30, true);
+    page->recordTable()->setCurrentRow(1);
+    emit child<QComboBox>("insertevent_combox")->activated(1);
+    click("insertevent_button");  // A after the script's C
+    QCOMPARE(sql("SELECT group_concat(record_value) FROM (SELECT record_value FROM t_macrorecord ORDER BY record_index)"),
+             std::string("6,6,4,4"));
+    const auto macros = decodeMacros(test::sentMemory(controller_));
+    QCOMPARE(macros.at(0).events.size(), std::size_t(7));  // C, A and the pauses between them
 }
 
 void AppTest::macroRecording_data() {

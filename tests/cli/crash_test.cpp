@@ -117,7 +117,8 @@ TEST_F(CrashTest, LockedAndReadOnlyDatabasesRefuseWritesAndSendNothing) {
     const auto before = dumpDatabase(db.string());
     const std::vector<std::vector<std::string>> writes = {
         {"key", "set", "1", "0", "a", "key:5"}, {"macro", "add"}, {"light", "select", "3"},
-        {"settings", "gamemode", "on"}, {"userlight", "paint", "1", "w", "--color", "FF0000"}};
+        {"settings", "gamemode", "on"}, {"userlight", "paint", "1", "w", "--color", "FF0000"},
+        {"profile", "select", "1"}};  // stored first: sends nothing when the store refuses
     const auto refused = [&](std::vector<std::string> args, uid_t uid) {
         args.insert(args.begin(), {"--wire", "-"});
         const auto [status, output] = run(db, args, std::chrono::microseconds(-1), true, uid);

@@ -114,4 +114,15 @@ std::string describe(const std::vector<WireEvent>& events, std::size_t i) {
     return ::testing::AssertionSuccess();
 }
 
+VirtualQX9Memory keyboardOf(const std::string& databaseFile, const std::vector<BlockRequest>& blocks) {
+    struct NoPause final : Pacer {
+        void pause(std::chrono::microseconds) override {}
+    } noPause;
+    auto keyboard = std::make_shared<VirtualQX9>();
+    DeviceComm comm(keyboard, &noPause);
+    const auto db = DeviceSQLite::openForReading(databaseFile);
+    sendBlocks(comm, *db, blocks);
+    return keyboard->memory();
+}
+
 }  // namespace qx9::test

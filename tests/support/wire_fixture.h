@@ -77,6 +77,10 @@ private:
     std::ostream* previousConsole_ = nullptr;
 };
 
+// What a keyboard holds after it was sent `blocks` as the database file holds them now (the
+// keyboard that a database describes).
+VirtualQX9Memory keyboardOf(const std::string& databaseFile, const std::vector<BlockRequest>& blocks);
+
 // The expected shape of a transaction on the wire, step by step.
 struct Step {
     enum Kind { Command, Raw, Block, Pause } kind;
