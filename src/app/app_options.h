@@ -10,6 +10,8 @@ struct AppOptions {
     std::string virtualState;      // --virtual=STATE.json: its memory lives in that file
     std::string database;          // --db FILE: another database file
     bool noMonitor = false;        // --no-monitor: do not watch udev (tests)
+    // The keyboard is written from a thread of its own; off only to measure the difference.
+    bool sendOnWorker = true;
 };
 
 // Parses the arguments after the program name; false with `error` set on a bad argument.

@@ -85,7 +85,7 @@ KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidge
         QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
     };
     // The keyboard is written from a thread of its own: the window never waits for it.
-    config.sendOnWorker = true;
+    config.sendOnWorker = options.sendOnWorker;
     session_ = std::make_unique<KeyboardSession>(config, this);
     rfDeviceMonitor = std::make_unique<HIDDeviceMonitor>(std::vector<HIDMonitorData>{{kQX9VendorId, kQX9ProductId}}, kQX9FeatureSize);
     initViewUI();

@@ -1,19 +1,25 @@
 #include "common/console.h"
 
-#include <atomic>
 #include <iostream>
+#include <mutex>
 
 namespace qx9 {
 
 namespace {
-std::atomic<std::ostream*> g_console{nullptr};
+std::mutex g_mutex;  // one line at a time, to whichever stream
+std::ostream* g_console = nullptr;
+}  // namespace
+
+ConsoleLine::~ConsoleLine() {
+    std::lock_guard lock(g_mutex);
+    (g_console ? *g_console : std::cout) << text_.str();
 }
 
-std::ostream& console() {
-    std::ostream* s = g_console.load();
-    return s ? *s : std::cout;
+std::ostream* setConsoleStream(std::ostream* stream) {
+    std::lock_guard lock(g_mutex);
+    std::ostream* previous = g_console;
+    g_console = stream;
+    return previous;
 }
-
-std::ostream* setConsoleStream(std::ostream* stream) { return g_console.exchange(stream); }
 
 }  // namespace qx9

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QHash>
 #include <QLabel>
 #include <QListWidget>
 #include <QRadioButton>
@@ -34,8 +35,19 @@ constexpr DirectionButton kDirectionButtons[] = {
     {ops::kDown, "light_direction_bottom", "image_bottom", ExtraText::kDown, 2, 1},
 };
 
+// One icon object per image, so that showing the same image again changes nothing.
 QIcon image(const QString& name) {
-    return QIcon(":/images/" + name);
+    static QHash<QString, QIcon> icons;
+    auto it = icons.find(name);
+    if (it == icons.end()) it = icons.insert(name, QIcon(":/images/" + name));
+    return *it;
+}
+
+// Sets the icon only when it is another image: a list row or button repaints on every set.
+template <typename T>
+void showImage(T* target, const QString& name) {
+    const QIcon icon = image(name);
+    if (target->icon().cacheKey() != icon.cacheKey()) target->setIcon(icon);
 }
 
 // Shows `widget` as the page model says; a hidden control keeps its place.
@@ -214,7 +226,7 @@ void LightingPageView::syncModeList() {
         QListWidgetItem* item = light_mode_table->item(r);
         const QString text = QString::fromStdString(rows[static_cast<std::size_t>(r)].text);
         if (item->text() != text) item->setText(text);
-        item->setIcon(image(r == selected ? "icon_circle_h" : "icon_circle_n"));
+        showImage(item, r == selected ? "icon_circle_h" : "icon_circle_n");
     }
     light_mode_table->setCurrentRow(selected < light_mode_table->count() ? selected : -1);
 }
@@ -230,7 +242,7 @@ void LightingPageView::sync() {
     const LightToggle& random = page.light_btn_randomcolor();
     showToggle(light_btn_randomcolor, random);
     light_btn_randomcolor->setChecked(random.on);
-    light_btn_randomcolor->setIcon(image(random.on ? "img_switch_on" : "img_switch_off"));
+    showImage(light_btn_randomcolor, random.on ? "img_switch_on" : "img_switch_off");
 
     light_slider_brightness->setEnabled(page.light_slider_brightness().enabled);
     light_slider_brightness->setValue(page.light_slider_brightness().value);
@@ -241,7 +253,7 @@ void LightingPageView::sync() {
         QToolButton* b = directions_[static_cast<std::size_t>(d.direction)];
         const LightToggle& t = page.directionButton(d.direction);
         showToggle(b, t);
-        b->setIcon(image(QString(d.image) + (t.on ? "_check" : "")));
+        showImage(b, QString(d.image) + (t.on ? "_check" : ""));
     }
 
     for (int i = 0; i < 4; ++i) {

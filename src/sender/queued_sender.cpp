@@ -70,6 +70,11 @@ std::size_t QueuedSender::waiting() {
     return queue_.size();
 }
 
+bool QueuedSender::idle() {
+    std::lock_guard lock(mutex_);
+    return queue_.empty() && jobs_.empty() && !busy_;
+}
+
 bool QueuedSender::finish(std::chrono::milliseconds timeout) {
     std::unique_lock lock(mutex_);
     flushing_ = true;

@@ -54,6 +54,8 @@ public:
 
     // Requests waiting to be sent (not counting one being sent).
     std::size_t waiting();
+    // Nothing queued or being sent.
+    bool idle();
 
     // Waits until nothing is queued or being sent, at most `timeout`; false when time ran out.
     bool finish(std::chrono::milliseconds timeout);

@@ -120,6 +120,8 @@ struct SessionCore {
     // Waits until the sender has sent everything queued, at most `timeout` (true at once when it
     // sends directly).
     bool finishSending(std::chrono::milliseconds timeout);
+    // Nothing waits to be sent.
+    bool sendingIdle() { return !queuedSender || queuedSender->idle(); }
     HidDeviceRef device() {
         std::lock_guard lock(mutex);
         return kbHIDdevice;
