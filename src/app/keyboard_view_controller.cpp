@@ -41,7 +41,7 @@ namespace {
 // How long a notice stays in the notice bar.
 constexpr int kNoticeMilliseconds = 8000;
 // A transfer shows its progress once it has taken this long.
-constexpr int kProgressDelayMilliseconds = 300;
+constexpr int kProgressDelayMilliseconds = 200;
 // Writes of the database that come close together are looked at once.
 constexpr int kDatabaseSettleMilliseconds = 40;
 // How long closing the window waits for the changes still queued for the keyboard.
@@ -94,7 +94,7 @@ KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidge
 
 KeyboardViewController::~KeyboardViewController() {
     for (auto t : tokens_) NotificationCenter::defaultCenter().removeObserver(t);
-    if (openThread_.joinable()) openThread_.join();
+    for (std::thread& t : openThreads_) t.join();
     // What was stored is sent before the window goes, within a bound.
     if (!session_->core.finishSending(kCloseWait)) {
         std::fprintf(stderr, "halvorn-qx9: the keyboard did not take every change in time; they are stored and reach it "
@@ -173,15 +173,26 @@ void KeyboardViewController::initViewUI() {
     noticeTimer_->setSingleShot(true);
     noticeTimer_->setInterval(kNoticeMilliseconds);
     connect(noticeTimer_, &QTimer::timeout, notice_, &QLabel::hide);
-    progress_ = new QProgressBar(this);
+    // A transfer that takes a while: what is being done, and how far it is.
+    transfer_ = new QWidget(this);
+    transfer_->setObjectName("transfer_bar");
+    transfer_->setAttribute(Qt::WA_StyledBackground);
+    auto* transferLayout = new QHBoxLayout(transfer_);
+    transferLayout->setContentsMargins(16, 6, 16, 6);
+    transferText_ = new QLabel(transfer_);
+    transferText_->setObjectName("transfer_text");
+    progress_ = new QProgressBar(transfer_);
     progress_->setObjectName("transfer_progress");
-    progress_->setTextVisible(true);
-    progress_->hide();
-    layout->addWidget(progress_);
+    progress_->setTextVisible(false);
+    progress_->setFixedHeight(6);
+    transferLayout->addWidget(transferText_);
+    transferLayout->addWidget(progress_, 1);
+    transfer_->hide();
+    layout->addWidget(transfer_);
     progressDelay_ = new QTimer(this);
     progressDelay_->setSingleShot(true);
     progressDelay_->setInterval(kProgressDelayMilliseconds);
-    connect(progressDelay_, &QTimer::timeout, progress_, &QWidget::show);
+    connect(progressDelay_, &QTimer::timeout, transfer_, &QWidget::show);
     databaseSettle_ = new QTimer(this);
     databaseSettle_->setSingleShot(true);
     databaseSettle_->setInterval(kDatabaseSettleMilliseconds);
@@ -280,8 +291,7 @@ void KeyboardViewController::deviceArrived(const Notification& n) {
     if (!dict || it == dict->end() || !it->second.device) return session_->device.deviceConnected(n);
     // The node is opened away from this thread: its permissions can lag behind its arrival, and
     // opening waits for them a moment.
-    if (openThread_.joinable()) openThread_.join();
-    openThread_ = std::thread([this, n, record = it->second] {
+    openThreads_.emplace_back([this, n, record = it->second] {
         const OpenedInterface opened = openInterface(record);
         QMetaObject::invokeMethod(this, [this, n, opened] {
             // A node we may not open is not a keyboard we can use: say how to fix it instead.
@@ -406,15 +416,15 @@ void KeyboardViewController::notice(const std::string& text) {
 void KeyboardViewController::sending(std::size_t done, std::size_t total, std::size_t waiting) {
     if (total == 0) {
         progressDelay_->stop();
-        progress_->hide();
+        transfer_->hide();
         return;
     }
-    if (!progress_->isVisible() && !progressDelay_->isActive()) progressDelay_->start();
+    if (!transfer_->isVisible() && !progressDelay_->isActive()) progressDelay_->start();
     progress_->setRange(0, static_cast<int>(total));
     progress_->setValue(static_cast<int>(done));
     QString text = QString::fromStdString(extraText(ExtraText::kSending));
     if (waiting > 0) text += QStringLiteral(" (+%1)").arg(waiting);
-    progress_->setFormat(text);
+    transferText_->setText(text);
     progress_->setAccessibleName(text);
 }
 

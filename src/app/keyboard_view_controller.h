@@ -90,7 +90,7 @@ private:
     std::unique_ptr<KeyboardSession> session_;
     std::unique_ptr<HIDDeviceMonitor> rfDeviceMonitor;
     QSocketNotifier* monitorNotifier_ = nullptr;
-    std::thread openThread_;  // opens an arriving keyboard's node, which may wait for udev
+    std::vector<std::thread> openThreads_;  // each opens an arriving keyboard's node, which may wait for udev
     std::unique_ptr<DatabaseWatcher> databaseWatcher_;
     QTimer* databaseSettle_ = nullptr;  // a burst of writes is looked at once
     std::int64_t databaseVersion_ = 0;
@@ -103,7 +103,9 @@ private:
     StartView* nodevice_view = nullptr;
     QLabel* notice_ = nullptr;  // the notice bar under the pages
     QTimer* noticeTimer_ = nullptr;
-    QProgressBar* progress_ = nullptr;  // a transfer that takes a while
+    QWidget* transfer_ = nullptr;  // a transfer that takes a while: its text and progress
+    QLabel* transferText_ = nullptr;
+    QProgressBar* progress_ = nullptr;
     QTimer* progressDelay_ = nullptr;
     QStackedWidget* pages_ = nullptr;
     std::map<int, QToolButton*> pageButtons_;

@@ -119,10 +119,14 @@ std::uint64_t VirtualQX9::getCount() const {
 
 bool VirtualQX9::lockExclusive(std::chrono::milliseconds timeout) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    if (!hold_.try_lock_until(deadline)) {
-        std::lock_guard lock(mutex_);
-        lastError_ = "the keyboard is in use";
-        return false;
+    {
+        std::unique_lock hold(holdMutex_);
+        if (!holdFree_.wait_until(hold, deadline, [this] { return !held_; })) {
+            std::lock_guard lock(mutex_);
+            lastError_ = "the keyboard is in use";
+            return false;
+        }
+        held_ = true;
     }
     std::lock_guard lock(mutex_);
     if (sharedState_.empty()) return true;
@@ -130,7 +134,7 @@ bool VirtualQX9::lockExclusive(std::chrono::milliseconds timeout) {
     const int fd = ::open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (fd < 0) {
         lastError_ = "cannot open " + lockPath;
-        hold_.unlock();
+        releaseHold();
         return false;
     }
     while (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
@@ -138,7 +142,7 @@ bool VirtualQX9::lockExclusive(std::chrono::milliseconds timeout) {
         if (errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline) {
             lastError_ = sharedState_ + " is in use by another program";
             ::close(fd);
-            hold_.unlock();
+            releaseHold();
             return false;
         }
         mutex_.unlock();
@@ -166,8 +170,16 @@ bool VirtualQX9::unlock() {
             sharedLockFd_ = -1;
         }
     }
-    hold_.unlock();
+    releaseHold();
     return kept;
+}
+
+void VirtualQX9::releaseHold() {
+    {
+        std::lock_guard hold(holdMutex_);
+        held_ = false;
+    }
+    holdFree_.notify_one();
 }
 
 bool VirtualQX9::shareState(const std::string& path, std::string& error) {

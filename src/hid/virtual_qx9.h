@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <condition_variable>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -68,10 +69,13 @@ private:
     void applyBlock();
     static bool looksLikeFrameCommand(const Report& report);
     bool loadStateLocked(const std::string& path, std::string& error);
+    void releaseHold();
     bool saveStateLocked(const std::string& path, std::string& error);
 
     mutable std::mutex mutex_;      // every field below
-    std::timed_mutex hold_;         // the exclusive hold within this process
+    std::mutex holdMutex_;          // the exclusive hold within this process:
+    std::condition_variable holdFree_;
+    bool held_ = false;
     std::string sharedState_;       // the shared state file, empty when none
     int sharedLockFd_ = -1;         // its lock file while held
 

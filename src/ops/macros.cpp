@@ -1,12 +1,12 @@
 #include "ops/macros.h"
 
-#include "common/console.h"
 #include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
 #include "layout/key_maps.h"
 #include "protocol/macro_download.h"
 #include "ops/settings.h"
+#include "sender/blocks.h"
 #include "store/config_value.h"
 
 namespace qx9::ops {
@@ -235,30 +235,6 @@ Outcome sendMacros(const Target& target) {
 
 namespace {
 
-// What a download of the stored macros reads; with `edited`, its events stand for the stored
-// events of `macro`.
-protocol::MacroDownloadInput downloadInput(const DeviceSQLite& db, std::int64_t listedMacroCount, std::int64_t macro,
-                                           const std::vector<RecordRow>* edited) {
-    protocol::MacroDownloadInput input;
-    input.listedMacroCount = listedMacroCount;
-    std::vector<MacroInfo> macros;
-    db.queryAllMacroData(macros);
-    for (const MacroInfo& m : macros) {
-        protocol::MacroWithEvents entry{m, {}};
-        if (edited && m.macroId == macro) entry.events = records(macro, *edited);
-        else db.queryMacroRecord(m.macroId, entry.events);
-        // A damaged event (a key code outside a byte) is left out, with a console line.
-        std::erase_if(entry.events, [](const RecordInfo& e) {
-            const bool key = e.recordType == kRecordKeyDown || e.recordType == kRecordKeyUp;
-            if (!key || (e.recordValue >= 0 && e.recordValue <= 255)) return false;
-            console() << "macro event " << e.recordId << " is damaged and is not sent\n";
-            return true;
-        });
-        input.macros.push_back(std::move(entry));
-    }
-    return input;
-}
-
 // The events the capacity check counts: every stored one, `edited` standing for `macro`'s.
 std::int64_t countedEvents(const DeviceSQLite& db, std::int64_t macro, const std::vector<RecordRow>* edited) {
     std::int64_t count = db.getRecordCount();
@@ -272,6 +248,22 @@ std::int64_t countedEvents(const DeviceSQLite& db, std::int64_t macro, const std
 
 }  // namespace
 
+namespace {
+
+// The macros a download would carry, with `edited` standing for the stored events of `macro`.
+std::vector<protocol::MacroWithEvents> macrosAsEdited(const DeviceSQLite& db, std::int64_t macro,
+                                                      const std::vector<RecordRow>* edited) {
+    std::vector<protocol::MacroWithEvents> macros = storedMacros(db);
+    for (protocol::MacroWithEvents& m : macros) {
+        if (!edited || m.info.macroId != macro) continue;
+        m.events = records(macro, *edited);
+        dropDamagedEvents(m.events);
+    }
+    return macros;
+}
+
+}  // namespace
+
 MacroMemory macroMemory(const DeviceSQLite& db, std::int64_t listedMacroCount, std::int64_t macro,
                         const std::vector<RecordRow>* edited) {
     const std::int64_t events = countedEvents(db, macro, edited);
@@ -279,7 +271,7 @@ MacroMemory macroMemory(const DeviceSQLite& db, std::int64_t listedMacroCount, s
     memory.used = protocol::macroMemoryBytes(events, listedMacroCount);
     // Only a set that passes the count is laid out: the pauses can still overflow the block.
     memory.fits = protocol::macrosFitKeyboard(events, listedMacroCount) &&
-                  protocol::tryBuildMacroBlock(downloadInput(db, listedMacroCount, macro, edited).macros).has_value();
+                  protocol::tryBuildMacroBlock(macrosAsEdited(db, macro, edited)).has_value();
     return memory;
 }
 

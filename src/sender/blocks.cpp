@@ -59,19 +59,7 @@ BuiltBlock macros(const DeviceSQLite& db) {
         return {{}, "the macros need " + std::to_string(used) + " bytes of the keyboard's " +
                         std::to_string(protocol::kMacroCapacity) + "-byte macro memory"};
     }
-    std::vector<MacroInfo> stored;
-    db.queryAllMacroData(stored);
-    for (const MacroInfo& m : stored) {
-        protocol::MacroWithEvents entry{m, {}};
-        db.queryMacroRecord(m.macroId, entry.events);
-        std::erase_if(entry.events, [](const RecordInfo& e) {
-            const bool key = e.recordType == kRecordKeyDown || e.recordType == kRecordKeyUp;
-            if (!key || isByte(e.recordValue)) return false;
-            console() << "macro event " << e.recordId << " is damaged and is not sent\n";
-            return true;
-        });
-        input.macros.push_back(std::move(entry));
-    }
+    input.macros = storedMacros(db);
     std::optional<protocol::Transaction> transaction = protocol::macroTransaction(input);
     if (!transaction) {
         return {{}, "the macros with the pauses the keyboard puts between their events overflow its " +
@@ -111,6 +99,28 @@ protocol::Transaction systemFunctions(const DeviceSQLite& db, const std::optiona
 }
 
 }  // namespace
+
+std::vector<protocol::MacroWithEvents> storedMacros(const DeviceSQLite& db) {
+    std::vector<protocol::MacroWithEvents> macros;
+    std::vector<MacroInfo> stored;
+    db.queryAllMacroData(stored);
+    for (const MacroInfo& m : stored) {
+        protocol::MacroWithEvents entry{m, {}};
+        db.queryMacroRecord(m.macroId, entry.events);
+        dropDamagedEvents(entry.events);
+        macros.push_back(std::move(entry));
+    }
+    return macros;
+}
+
+void dropDamagedEvents(std::vector<RecordInfo>& events) {
+    std::erase_if(events, [](const RecordInfo& e) {
+        const bool key = e.recordType == kRecordKeyDown || e.recordType == kRecordKeyUp;
+        if (!key || isByte(e.recordValue)) return false;
+        console() << "macro event " << e.recordId << " is damaged and is not sent\n";
+        return true;
+    });
+}
 
 std::int64_t keyboardProfile(const DeviceSQLite& db) {
     const std::string stored = db.getConfigData(kSettingsProfile, kKeyboardProfile);

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "protocol/macro_download.h"
 #include "protocol/transaction.h"
 #include "sender/block_request.h"
 #include "store/device_sqlite.h"
@@ -19,6 +20,11 @@ struct BuiltBlock {
 // not take (a key code outside a byte, a colour that is not 0xRRGGBB, a key the QX9 lacks) are
 // left out with a console line; nothing read stops the program.
 BuiltBlock buildBlock(const DeviceSQLite& db, const BlockRequest& request);
+
+// Every stored macro with its events, in the store's order, as a download carries them: a
+// damaged event (a key code outside a byte) is left out, with a console line.
+std::vector<protocol::MacroWithEvents> storedMacros(const DeviceSQLite& db);
+void dropDamagedEvents(std::vector<RecordInfo>& events);
 
 // The profile whose key map the keyboard was last sent (profile 1 when none is stored).
 std::int64_t keyboardProfile(const DeviceSQLite& db);

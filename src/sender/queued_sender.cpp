@@ -147,6 +147,8 @@ void QueuedSender::sendOne(const BlockRequest& request) {
             std::lock_guard lock(mutex_);
             waiting = queue_.size();
         }
+        // Busy from here, also while another program's transaction holds the keyboard.
+        if (events_.progress) events_.progress(0, 1, waiting);
         result = sendBlocks(*comm_, *db_, std::span(&request, 1), [&](std::size_t done, std::size_t total) {
             if (events_.progress) events_.progress(done, total, waiting);
         });

@@ -241,6 +241,7 @@ private slots:
     void nothingCutOffAtTheMinimumSize();
     void macroInsertDeleteAndSave();
     void followsAScriptOnTheSameDatabase();
+    void aTransferThatTakesAWhileShowsItsProgress();
     void macroRecording_data();
     void macroRecording();
     void macroRenameDeleteLimitAndLanguage();
@@ -386,6 +387,23 @@ void AppTest::followsAScriptOnTheSameDatabase() {
              std::string("6,6,4,4"));
     const auto macros = decodeMacros(test::sentMemory(controller_));
     QCOMPARE(macros.at(0).events.size(), std::size_t(7));  // C, A and the pauses between them
+}
+
+// While another program's transaction holds the keyboard, the window's change waits for it and
+// the window says that it is sending; the window stays usable.
+void AppTest::aTransferThatTakesAWhileShowsItsProgress() {
+    enterPages();
+    auto* progress = child<QWidget>("transfer_bar");
+    QVERIFY(!progress->isVisible());
+    QVERIFY(controller_->virtualKeyboard()->lockExclusive(std::chrono::seconds(1)));
+    QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);  // sends the effect
+    QTRY_VERIFY(progress->isVisible());
+    QVERIFY(child<QLabel>("transfer_text")->text().startsWith(QString::fromStdString(extraText(ExtraText::kSending))));
+    QTest::mouseClick(child<QToolButton>("macro_btn"), Qt::LeftButton);  // the window answers meanwhile
+    QCOMPARE(controller_->session().device.viewType(), int(kPageMacros));
+    controller_->virtualKeyboard()->unlock();
+    QTRY_VERIFY(!progress->isVisible());
+    QCOMPARE(decodeLightMode(test::sentMemory(controller_))->mode, int(controller_->session().core.currentLightMode));
 }
 
 void AppTest::macroRecording_data() {
