@@ -15,7 +15,7 @@ namespace qx9 {
 struct BlockRequest {
     enum Kind : std::uint8_t {
         kKeyMap,            // the key map of (profile, layer)
-        kMacros,            // every macro; after deletions moved them, the keyboard profile's key map too
+        kMacros,            // every macro
         kLightMode,         // the light record of (profile, the effect selected under `selection`)
         kUserLightMode,     // the per-key light mode
         kUserLightColours,  // the colours of one per-key set, then the per-key light mode

@@ -102,8 +102,7 @@ struct SessionCore {
     // What the keystroke capture knows of the keys held; the window's capture sources feed it.
     CaptureState capture;
 
-    // While muted the session behaves as if it had no transport: it stores but sends nothing
-    // (reloading the pages after another program changed the database).
+    // While muted the session behaves as if it had no transport: it stores but sends nothing.
     bool muted = false;
 
     KeyboardSender* keyboard() { return muted ? nullptr : sender.get(); }

@@ -14,6 +14,7 @@
 #include "layout/key_maps.h"
 #include "ops/configuration.h"
 #include "ops/lighting.h"
+#include "ops/macros.h"
 
 namespace {
 
@@ -39,10 +40,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             auto keyboard = std::make_shared<qx9::VirtualQX9>();
             NoPause noPause;
             qx9::DeviceComm comm(keyboard, &noPause);
-            const qx9::ops::Target target{db, &comm};
-            qx9::ops::sendWholeConfiguration(target);
-            const std::int64_t effect = qx9::ops::selectedEffect(db);
-            qx9::ops::sendLightMode(target, 1, effect);
+            qx9::DirectSender sender(comm, db);
+            const qx9::ops::Target target{db, &sender};
+            qx9::ops::send(target, qx9::ops::wholeConfiguration(db));
+            qx9::ops::sendMacros(target);
+            qx9::ops::selectedEffect(db);
+            qx9::ops::sendLightMode(target, 1, 1);
             std::string error;
             (void)qx9::ops::exportConfiguration(db, error);
         }
