@@ -49,7 +49,7 @@ public:
     LightingPageView* lightPage() const { return light_view; }
     UserLightPageView* userLightPage() const { return userlight_view; }
     ColorPanel* colorPanel() const { return colorPanel_; }
-    VirtualQX9* virtualKeyboard() const { return virtual_.get(); }
+    const std::shared_ptr<VirtualQX9>& virtualKeyboard() const { return virtual_; }
 
     // The keystroke capture has started: without the keyboards' event nodes it reads only this
     // window's keys, and the notice bar says once how to give it access.

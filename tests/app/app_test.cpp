@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <sstream>
+#include <thread>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -112,7 +113,7 @@ private slots:
 
     void cleanup() {
         capture_.reset();
-        delete window_;
+        delete window_;  // none when the test closed it
         window_ = nullptr;
         curLanguage = kLanguageSimplifiedChinese;
     }
@@ -242,6 +243,7 @@ private slots:
     void macroInsertDeleteAndSave();
     void followsAScriptOnTheSameDatabase();
     void aTransferThatTakesAWhileShowsItsProgress();
+    void closingSendsWhatIsQueuedAndAFailedBlockIsSaid();
     void macroRecording_data();
     void macroRecording();
     void macroRenameDeleteLimitAndLanguage();
@@ -404,6 +406,29 @@ void AppTest::aTransferThatTakesAWhileShowsItsProgress() {
     controller_->virtualKeyboard()->unlock();
     QTRY_VERIFY(!progress->isVisible());
     QCOMPARE(decodeLightMode(test::sentMemory(controller_))->mode, int(controller_->session().core.currentLightMode));
+}
+
+void AppTest::closingSendsWhatIsQueuedAndAFailedBlockIsSaid() {
+    enterPages();
+    const std::shared_ptr<VirtualQX9> keyboard = controller_->virtualKeyboard();
+    QSignalSpy notices(controller_, &KeyboardViewController::noticeShown);
+    keyboard->vanish();
+    QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);
+    const QString notSent = QString::fromStdString(extraText(ExtraText::kNotSent));
+    QTRY_VERIFY(std::any_of(notices.begin(), notices.end(), [&](const QList<QVariant>& n) { return n.at(0).toString() == notSent; }));
+    keyboard->reappear();
+    // A change still waiting for the keyboard when the window closes reaches it.
+    QVERIFY(keyboard->lockExclusive(std::chrono::seconds(1)));
+    QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);
+    std::thread otherProgram([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        keyboard->unlock();
+    });
+    const auto before = keyboard->memory().transactions;
+    delete window_;
+    window_ = nullptr;
+    otherProgram.join();
+    QVERIFY(keyboard->memory().transactions > before);
 }
 
 void AppTest::macroRecording_data() {
