@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <cstdio>
 
 #include "app/app_resources.h"
 #include "app/start_view.h"
@@ -97,8 +98,9 @@ KeyboardViewController::~KeyboardViewController() {
     for (std::thread& t : openThreads_) t.join();
     // What was stored is sent before the window goes, within a bound.
     if (!session_->core.finishSending(kCloseWait)) {
-        std::fprintf(stderr, "halvorn-qx9: the keyboard did not take every change in time; they are stored and reach it "
-                             "with the next change or connection\n");
+        const std::size_t dropped = session_->core.abandonSending();
+        std::fprintf(stderr, "halvorn-qx9: the keyboard did not take %zu change(s) in time; they are stored and reach it "
+                             "with the next change or connection\n", dropped);
     }
     if (virtual_ && unsharedState_) {
         std::string error;

@@ -65,6 +65,13 @@ void QueuedSender::setDevice(HidDeviceRef device, std::function<void(bool)> open
 
 void QueuedSender::setPresent(bool present) { present_ = present; }
 
+std::size_t QueuedSender::abandon() {
+    std::lock_guard lock(mutex_);
+    const std::size_t dropped = queue_.size();
+    queue_.clear();
+    return dropped;
+}
+
 std::size_t QueuedSender::waiting() {
     std::lock_guard lock(mutex_);
     return queue_.size();

@@ -59,6 +59,8 @@ public:
 
     // Waits until nothing is queued or being sent, at most `timeout`; false when time ran out.
     bool finish(std::chrono::milliseconds timeout);
+    // Drops what is still queued (the transaction under way ends as it ends); how many requests.
+    std::size_t abandon();
     static constexpr std::chrono::milliseconds kCloseTimeout{10000};
 
 private:

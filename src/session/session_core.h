@@ -119,6 +119,8 @@ struct SessionCore {
     // Waits until the sender has sent everything queued, at most `timeout` (true at once when it
     // sends directly).
     bool finishSending(std::chrono::milliseconds timeout);
+    // Drops what is still waiting to be sent; how many requests.
+    std::size_t abandonSending() { return queuedSender ? queuedSender->abandon() : 0; }
     // Nothing waits to be sent.
     bool sendingIdle() { return !queuedSender || queuedSender->idle(); }
     HidDeviceRef device() {
