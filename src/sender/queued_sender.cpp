@@ -45,19 +45,13 @@ SendResult QueuedSender::send(const std::vector<BlockRequest>& blocks) {
     return {SendResult::kQueued, {}};
 }
 
-void QueuedSender::setDevice(HidDeviceRef device, std::function<void(bool)> opened) {
+void QueuedSender::setDevice(HidDeviceRef device) {
     {
         std::lock_guard lock(mutex_);
-        jobs_.push_back({[this, device = std::move(device), opened = std::move(opened)] {
-            bool ok = false;
-            if (device) {
-                ok = device->isOpen() || device->open();
-                if (comm_) comm_->setDevice(device);
-                else comm_ = std::make_unique<DeviceComm>(device, pacer_, wire_);
-            } else {
-                comm_.reset();
-            }
-            if (opened) opened(ok);
+        jobs_.push_back({[this, device = std::move(device)] {
+            if (!device) return comm_.reset();
+            if (comm_) comm_->setDevice(device);  // opens it
+            else comm_ = std::make_unique<DeviceComm>(device, pacer_, wire_);
         }});
     }
     wake_.notify_all();

@@ -47,8 +47,7 @@ public:
     SendResult send(const std::vector<BlockRequest>& blocks) override;
 
     // The keyboard to send to, opened on the sender's thread; null: none (nothing is sent).
-    // `opened` hears, on the sender's thread, whether it could be opened.
-    void setDevice(HidDeviceRef device, std::function<void(bool opened)> opened = {});
+    void setDevice(HidDeviceRef device);
     // Present or not: while absent every send fails at once without touching the device.
     void setPresent(bool present);
 
