@@ -16,7 +16,7 @@ QMainWindow, #KeyboardViewController, QStackedWidget, #nodevice_view, QDialog { 
 #header { background: #202226; border-bottom: 1px solid #2d3036; }
 #header_title { font-size: 15px; font-weight: 600; letter-spacing: 1px; color: #f2f3f5; }
 #notice_label { background: #3a2a12; color: #f7d9a8; border-top: 1px solid #6b4a1c; }
-#transfer_bar { background: #202227; border-top: 1px solid #33363d; }
+#transfer_text { color: #a9adb5; }
 #header QToolButton { border: none; padding: 6px 10px; border-radius: 6px; }
 #header QToolButton:hover { background: #2b2e34; }
 #header QToolButton[selected="true"] { background: #2e2118; }

@@ -125,6 +125,22 @@ void KeyboardViewController::initViewUI() {
     headerLayout->addWidget(home_btn);
     headerLayout->addWidget(title);
     headerLayout->addStretch();
+    // A transfer that waits or takes a while: what is being done and how far it is, in the
+    // header, where it takes no room from the pages.
+    transfer_ = new QWidget(header);
+    transfer_->setObjectName("transfer_bar");
+    auto* transferLayout = new QHBoxLayout(transfer_);
+    transferLayout->setContentsMargins(0, 0, 16, 0);
+    transferText_ = new QLabel(transfer_);
+    transferText_->setObjectName("transfer_text");
+    progress_ = new QProgressBar(transfer_);
+    progress_->setObjectName("transfer_progress");
+    progress_->setTextVisible(false);
+    progress_->setFixedSize(120, 6);
+    transferLayout->addWidget(transferText_);
+    transferLayout->addWidget(progress_);
+    transfer_->hide();
+    headerLayout->addWidget(transfer_);
     for (const PageButton& p : kPageButtons) {
         auto* b = new QToolButton(header);
         b->setObjectName(p.name);
@@ -175,22 +191,6 @@ void KeyboardViewController::initViewUI() {
     noticeTimer_->setSingleShot(true);
     noticeTimer_->setInterval(kNoticeMilliseconds);
     connect(noticeTimer_, &QTimer::timeout, notice_, &QLabel::hide);
-    // A transfer that takes a while: what is being done, and how far it is.
-    transfer_ = new QWidget(this);
-    transfer_->setObjectName("transfer_bar");
-    transfer_->setAttribute(Qt::WA_StyledBackground);
-    auto* transferLayout = new QHBoxLayout(transfer_);
-    transferLayout->setContentsMargins(16, 6, 16, 6);
-    transferText_ = new QLabel(transfer_);
-    transferText_->setObjectName("transfer_text");
-    progress_ = new QProgressBar(transfer_);
-    progress_->setObjectName("transfer_progress");
-    progress_->setTextVisible(false);
-    progress_->setFixedHeight(6);
-    transferLayout->addWidget(transferText_);
-    transferLayout->addWidget(progress_, 1);
-    transfer_->hide();
-    layout->addWidget(transfer_);
     progressDelay_ = new QTimer(this);
     progressDelay_->setSingleShot(true);
     progressDelay_->setInterval(kProgressDelayMilliseconds);
