@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "common/console.h"
 #include "hid/capture_state.h"
 #include "layout/key_maps.h"
+#include "support/scratch.h"
 
 namespace qx9 {
 
@@ -14,15 +12,10 @@ namespace qx9 {
 // with the console captured.
 class CaptureTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        previous_ = setConsoleStream(&console_);
-        cs.setKeyClasses(KB_108K_SuperKeyNameMap());
-    }
-    void TearDown() override { setConsoleStream(previous_); }
+    void SetUp() override { cs.setKeyClasses(KB_108K_SuperKeyNameMap()); }
 
+    test::ConsoleCapture console_;
     CaptureState cs;
-    std::ostringstream console_;
-    std::ostream* previous_ = nullptr;
 };
 
 }  // namespace qx9

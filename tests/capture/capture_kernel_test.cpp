@@ -57,9 +57,9 @@ TEST_F(CaptureTest, AKeyboardPluggedInIsReadUntilItGoes) {
     const int fd = watched[0].first;
     EXPECT_TRUE(watched[0].second);
     EXPECT_TRUE(inputMonitoringTrusted());
-    console_.str("");
+    console_.clear();
     EXPECT_EQ(Keylogger(cs).fds().size(), before.size() + 1);  // found among the nodes already there
-    EXPECT_EQ(console_.str().find("Can't open HID!"), std::string::npos);
+    EXPECT_EQ(console_.text().find("Can't open HID!"), std::string::npos);
 
     // Shift+A, stamped with the kernel's clock
     ASSERT_TRUE(report(0x02, 0x04, [&] { return cs.GLOBAL_LAST_PRESS_KEY_SCANCODE == 4; }));

@@ -123,7 +123,7 @@ TEST_F(Capture, EventStreamKeysBecomeUsagesAtTheirOwnTime) {
 TEST_F(Capture, KeyloggerDropsVanishedStreamsAfterTellingTheWatcher) {
     Keylogger k(cs, Keylogger::Discovery::None);
     // Nothing failed to open: no "Can't open HID!".
-    EXPECT_EQ(console_.str(), "dll [[\"ID_INPUT_KEYBOARD\": \"1\"], [\"ID_INPUT_KEY\": \"1\"]]\n");
+    EXPECT_EQ(console_.text(), "dll [[\"ID_INPUT_KEYBOARD\": \"1\"], [\"ID_INPUT_KEY\": \"1\"]]\n");
     EXPECT_EQ(k.source(), CaptureSource::Application);
     std::vector<std::pair<int, bool>> watched;
     bool openWhenDropped = false;
@@ -190,7 +190,7 @@ TEST_F(Capture, PrivilegeMonitorLines) {
     EXPECT_FALSE(m.tick());
     EXPECT_FALSE(m.tick());  // stopped: not asked again
     EXPECT_EQ(asked, 3u);
-    EXPECT_EQ(console_.str(), "startPrivilegeMonitor\nACCESS_ENABLEDfalse\nACCESS_ENABLEDfalse\n"
+    EXPECT_EQ(console_.text(), "startPrivilegeMonitor\nACCESS_ENABLEDfalse\nACCESS_ENABLEDfalse\n"
                               "ACCESS_ENABLEDtrue\n有权限,开启键盘事件监控\n");
 }
 

@@ -12,6 +12,7 @@
 #include <random>
 #include <thread>
 
+#include "support/scratch.h"
 #include "support/sql_value.h"
 
 namespace qx9::test {
@@ -21,11 +22,6 @@ namespace fs = std::filesystem;
 
 class CrashTest : public ::testing::Test {
 protected:
-    CrashTest() : dir_(fs::temp_directory_path() / ("qx9-crash-" + std::to_string(::getpid()))) {
-        fs::create_directories(dir_);
-    }
-    ~CrashTest() override { fs::remove_all(dir_); }
-
     // Runs qx9ctl on `db` with a virtual keyboard as `uid` (0: as is), killing it after `killAfter`
     // unless negative; its exit status and, with `capture`, its output.
     std::pair<int, std::string> run(const fs::path& db, const std::vector<std::string>& args,
@@ -70,7 +66,7 @@ protected:
         return to;
     }
 
-    fs::path dir_;
+    TempDir dir_;
 };
 
 TEST_F(CrashTest, AKilledWriteLeavesTheOldOrTheNewStateAndASoundFile) {
@@ -136,7 +132,7 @@ TEST_F(CrashTest, LockedAndReadOnlyDatabasesRefuseWritesAndSendNothing) {
     EXPECT_EQ(dumpDatabase(db.string()), before);
     // Read-only: for root by running as nobody, since root may write any file.
     fs::permissions(db, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-    fs::permissions(dir_, fs::perms::all);
+    fs::permissions(dir_.path(), fs::perms::all);
     for (const auto& w : writes) refused(w, ::geteuid() == 0 ? 65534 : 0);
     EXPECT_EQ(dumpDatabase(db.string()), before);
 }

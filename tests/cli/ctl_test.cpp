@@ -8,16 +8,15 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <unistd.h>
 
 #include "cli/ctl.h"
 #include "common/bytes.h"
-#include "common/console.h"
 #include "hid/virtual_qx9.h"
 #include "hid/virtual_qx9_memory.h"
 #include "layout/key_maps.h"
 #include "ops/lighting.h"
 #include "ops/macros.h"
+#include "support/scratch.h"
 #include "support/sql_value.h"
 
 namespace qx9::test {
@@ -26,18 +25,6 @@ namespace {
 // qx9ctl run in-process on databases and virtual keyboard files in a directory of its own.
 class Qx9ctl : public ::testing::Test {
 protected:
-    Qx9ctl()
-        : dir_(std::filesystem::temp_directory_path() /
-               ("qx9ctl-" + std::to_string(::getpid()) + "-" +
-                ::testing::UnitTest::GetInstance()->current_test_info()->name())) {
-        std::filesystem::create_directories(dir_);
-        previousConsole_ = setConsoleStream(&console_);  // the tests open the database too
-    }
-    ~Qx9ctl() override {
-        setConsoleStream(previousConsole_);
-        std::filesystem::remove_all(dir_);
-    }
-
     std::string path(const std::string& name) const { return (dir_ / name).string(); }
     // qx9ctl --db DIR/DB --device virtual:DIR/DB.kb.json ARGS…, or without the keyboard with `raw`.
     int run(std::vector<std::string> args, const std::string& db = "db.sqlite3", bool raw = false) {
@@ -62,12 +49,9 @@ protected:
     }
     std::string sql(const std::string& query) { return sqlValue(path("db.sqlite3"), query); }
 
-    std::filesystem::path dir_;
+    TempDir dir_;
+    ConsoleCapture console_;  // the tests open the database too
     std::ostringstream out_, err_;
-
-private:
-    std::ostringstream console_;
-    std::ostream* previousConsole_ = nullptr;
 };
 
 TEST_F(Qx9ctl, TheWireLogPrintsEveryReportOfTheFirstConnection) {

@@ -1,7 +1,6 @@
 // The operations on a database file and a virtual QX9: what each stores, refuses and sends.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <functional>
@@ -17,6 +16,7 @@
 #include "ops/profiles.h"
 #include "ops/settings.h"
 #include "ops/user_lights.h"
+#include "support/scratch.h"
 #include "support/sql_value.h"
 #include "support/wire_fixture.h"
 
@@ -25,17 +25,10 @@ namespace {
 
 class OpsTest : public WireFixture {
 protected:
-    OpsTest()
-        : file_(std::filesystem::temp_directory_path() /
-                ("qx9-ops-" + std::to_string(::getpid()) + "-" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".sqlite3")),
-          db_(DeviceSQLite::atPath(file_)) {
+    OpsTest() : db_(DeviceSQLite::atPath(file_)) {
         curLanguage = kLanguageEnglish;
         comm_->setDevice(keyboard_);
         sender_ = std::make_unique<DirectSender>(*comm_, db_);
-    }
-    ~OpsTest() override {
-        for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(file_.string() + suffix);
     }
     ops::Target target() { return {db_, sender_.get()}; }
     std::int64_t addSet(const ops::Target& t) {
@@ -50,7 +43,8 @@ protected:
     }
     std::string sql(const std::string& query) const { return sqlValue(file_.string(), query); }
 
-    std::filesystem::path file_;
+    TempDir dir_;
+    std::filesystem::path file_ = dir_ / "ops.sqlite3";
     DeviceSQLite db_;
     std::unique_ptr<DirectSender> sender_;
 };
@@ -166,7 +160,7 @@ private:
 // hangs, the store ends as it does without the fault, and the outcome tells the user.
 TEST_F(OpsTest, EveryFaultAtEveryReportIsReported) {
     const std::int64_t macro = addMacro({db_}), set = addSet({db_});
-    const std::string clean = file_.string() + ".clean";
+    const std::string clean = (dir_ / "clean.sqlite3").string();
     ASSERT_TRUE(sqlExec(file_.string(), "PRAGMA wal_checkpoint(TRUNCATE)"));  // the file alone holds it all
     const std::vector<std::pair<const char*, std::function<ops::Outcome(const ops::Target&)>>> changes = {
         {"key", [](const ops::Target& t) { return ops::assignKey(t, 1, 0, 4, *ops::paletteFunction(5)); }},
@@ -200,14 +194,14 @@ TEST_F(OpsTest, EveryFaultAtEveryReportIsReported) {
             }
         }
     }
-    for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(clean + suffix);
 }
 
 // Recorded macros are keystrokes: the folders the application makes and its database are the
 // user's alone, whatever the umask.
 TEST(DatabaseFile, FoldersAndFileAreTheUsersAloneWhateverTheUmask) {
     namespace fs = std::filesystem;
-    const fs::path base = fs::temp_directory_path() / ("qx9-perm-" + std::to_string(::getpid()));
+    const TempDir scratch;
+    const fs::path base = scratch / "home";  // made under the umask in force
     fs::create_directories(base);
     const mode_t previous = ::umask(0);
     { DeviceSQLite db = DeviceSQLite::atPath(base / "data" / "db" / "file.sqlite3"); }
@@ -217,7 +211,6 @@ TEST(DatabaseFile, FoldersAndFileAreTheUsersAloneWhateverTheUmask) {
     EXPECT_EQ(mode(base / "data" / "db"), fs::perms::owner_all);
     EXPECT_EQ(mode(base / "data" / "db" / "file.sqlite3"), fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_NE(mode(base), fs::perms::owner_all);  // a folder that was there stays as it was
-    fs::remove_all(base);
 }
 
 // After any sequence of valid changes, an export imports into a fresh database and gives the
@@ -266,13 +259,9 @@ TEST_F(OpsTest, AnyConfigurationExportsAndImportsBackUnchanged) {
         std::string error;
         const std::optional<std::string> document = ops::exportConfiguration(db_, error);
         ASSERT_TRUE(document) << error;
-        const std::filesystem::path copy = file_.string() + ".copy";
-        {
-            DeviceSQLite fresh = DeviceSQLite::atPath(copy);
-            ASSERT_EQ(ops::importConfiguration({fresh}, *document).message, "") << sequence;
-            EXPECT_EQ(ops::exportConfiguration(fresh, error), document) << sequence;
-        }
-        for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(copy.string() + suffix);
+        DeviceSQLite fresh = DeviceSQLite::atPath(dir_ / ("copy" + std::to_string(sequence) + ".sqlite3"));
+        ASSERT_EQ(ops::importConfiguration({fresh}, *document).message, "") << sequence;
+        EXPECT_EQ(ops::exportConfiguration(fresh, error), document) << sequence;
     }
 }
 

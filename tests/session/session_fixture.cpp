@@ -1,15 +1,11 @@
 #include "session/session_fixture.h"
 
-#include <unistd.h>
-
-#include "common/console.h"
 #include "hid/device_access.h"
 #include "i18n/language.h"
 
 namespace qx9::test {
 
 namespace {
-int g_counter = 0;
 Notification deviceNotification(const char* name, const std::shared_ptr<VirtualQX9>& keyboard) {
     return Notification{name, HIDDeviceDictionary{{kDeviceKey, virtualQX9Record(keyboard)}}};
 }
@@ -30,22 +26,13 @@ void disconnectKeyboard(KeyboardSession& session, const std::shared_ptr<VirtualQ
 }
 
 SessionTest::SessionTest()
-    : dir_(std::filesystem::temp_directory_path() /
-           ("qx9-session-" + std::to_string(::getpid()) + "-" + std::to_string(++g_counter))),
-      keyboard_(std::make_shared<VirtualQX9>()),
+    : dbPath_(dir_ / "device.sqlite3"), keyboard_(std::make_shared<VirtualQX9>()),
       recorder_(std::make_shared<WireRecorder>()) {
-    std::filesystem::create_directories(dir_);
-    dbPath_ = dir_ / "device.sqlite3";
-    previousConsole_ = setConsoleStream(&console_);
     curLanguage = kLanguageSimplifiedChinese;
     session_ = openSession(dbPath_, recorder_, events_);
 }
 
-SessionTest::~SessionTest() {
-    session_.reset();
-    setConsoleStream(previousConsole_);
-    std::filesystem::remove_all(dir_);
-}
+SessionTest::~SessionTest() { session_.reset(); }
 
 std::vector<int> SessionTest::commandCodes() const {
     // A command report is a SET that the next event (after its pause) reads back.

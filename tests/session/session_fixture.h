@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "session/keyboard_session.h"
+#include "support/scratch.h"
 #include "support/sql_value.h"
 #include "support/wire_fixture.h"
 
@@ -48,15 +49,13 @@ protected:
     void clearWire() { recorder_->events.clear(); }
     std::string sql(const std::string& query) const { return sqlValue(dbPath_, query); }
 
-    std::filesystem::path dir_, dbPath_;
+    TempDir dir_;
+    ConsoleCapture console_;
+    std::filesystem::path dbPath_;
     std::shared_ptr<VirtualQX9> keyboard_;
     std::shared_ptr<WireRecorder> recorder_;
     RecordingEvents events_;
     std::unique_ptr<KeyboardSession> session_;
-
-private:
-    std::ostringstream console_;
-    std::ostream* previousConsole_ = nullptr;
 };
 
 }  // namespace qx9::test

@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "common/console.h"
 #include "store/device_sqlite.h"
+#include "support/scratch.h"
 
 namespace qx9::test {
 
@@ -52,24 +52,6 @@ Rows strs(const std::vector<T>& records) {
 inline RecordInfo event(std::int64_t macro, std::int64_t type, std::int64_t index, std::int64_t value) {
     return {0, macro, type, index, value, "e" + std::to_string(index)};
 }
-
-class TempDir {
-public:
-    TempDir() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "qx9-store-XXXXXX").string();
-        if (!mkdtemp(pattern.data())) ADD_FAILURE() << "mkdtemp failed for " << pattern;
-        path_ = pattern;
-    }
-    ~TempDir() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    const std::filesystem::path& path() const { return path_; }
-    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-
-private:
-    std::filesystem::path path_;
-};
 
 // The tests' own view of a database file: plain SQL through the C API, not through the store.
 class SqlFile {
@@ -131,18 +113,6 @@ public:
 private:
     sqlite3* db_ = nullptr;
     int triggers_ = 0;
-};
-
-class ConsoleCapture {
-public:
-    ConsoleCapture() : previous_(setConsoleStream(&out_)) {}
-    ~ConsoleCapture() { setConsoleStream(previous_); }
-    std::string text() const { return out_.str(); }
-    void clear() { out_.str({}); }
-
-private:
-    std::ostringstream out_;
-    std::ostream* previous_;
 };
 
 class EnvOverride {

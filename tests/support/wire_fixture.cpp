@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "common/console.h"
 #include "layout/key_maps.h"
 
 namespace qx9::test {
@@ -57,11 +56,8 @@ ProfileKey profileKey(std::int64_t key, std::int64_t type, std::int64_t value, s
 WireFixture::WireFixture()
     : keyboard_(std::make_shared<VirtualQX9>()), recorder_(std::make_shared<WireRecorder>()) {
     installKB108KMaps();
-    previousConsole_ = setConsoleStream(&console_);
     comm_ = std::make_unique<DeviceComm>(keyboard_, recorder_.get(), recorder_);
 }
-
-WireFixture::~WireFixture() { setConsoleStream(previousConsole_); }
 
 std::vector<Bytes> WireFixture::sets() const { return setsOf(recorder_->events); }
 

@@ -18,6 +18,7 @@
 #include "protocol/transaction.h"
 #include "sender/keyboard_sender.h"
 #include "store/records.h"
+#include "support/scratch.h"
 
 namespace qx9::test {
 
@@ -55,12 +56,11 @@ ProfileKey profileKey(std::int64_t key, std::int64_t type, std::int64_t value, s
 class WireFixture : public ::testing::Test {
 protected:
     WireFixture();
-    ~WireFixture() override;
 
     std::vector<Bytes> sets() const;           // every SET, in order
     std::vector<WireEvent> calls() const;      // SET and GET, in order
     std::size_t pauseCount() const;
-    std::string consoleText() const { return console_.str(); }
+    std::string consoleText() const { return console_.text(); }
     void clearWire() { recorder_->events.clear(); }
     // Runs a transaction on the keyboard (nothing when it is none).
     void send(const protocol::Transaction& transaction) { runTransaction(*comm_, transaction); }
@@ -73,8 +73,7 @@ protected:
     std::unique_ptr<DeviceComm> comm_;
 
 private:
-    std::ostringstream console_;
-    std::ostream* previousConsole_ = nullptr;
+    ConsoleCapture console_;
 };
 
 // What a keyboard holds after it was sent `blocks` as the database file holds them now (the

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <sstream>
+#include <string>
+
+#include "common/console.h"
+
+namespace qx9::test {
+
+// A fresh directory of its own under the temporary directory, removed with everything in it.
+class TempDir {
+public:
+    TempDir() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "qx9-test-XXXXXX").string();
+        if (!mkdtemp(pattern.data())) ADD_FAILURE() << "mkdtemp failed for " << pattern;
+        path_ = pattern;
+    }
+    ~TempDir() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    const std::filesystem::path& path() const { return path_; }
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+private:
+    std::filesystem::path path_;
+};
+
+// What the program prints on its diagnostic console while this lives.
+class ConsoleCapture {
+public:
+    ConsoleCapture() : previous_(setConsoleStream(&out_)) {}
+    ~ConsoleCapture() { setConsoleStream(previous_); }
+    std::string text() const { return out_.str(); }
+    void clear() { out_.str({}); }
+
+private:
+    std::ostringstream out_;
+    std::ostream* previous_;
+};
+
+}  // namespace qx9::test
