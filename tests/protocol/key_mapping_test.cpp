@@ -76,17 +76,15 @@ TEST(KeyMappingBlock, EachRecordLandsInItsSlotAndNowhereElse) {
     }
 }
 
-TEST_F(WireFixture, KeyMappingOfAnEmptyProfile) {
-    send(protocol::keyMappingTransaction(0, {}));
-    EXPECT_TRUE(wireMatches(recorder_->events,
-                            {Step::command("04 18"), Step::command("04 11 00 00 00 00 00 00 09"),
-                             Step::block(sparse({{574, 0xAA}, {575, 0x55}}, 576)), Step::command("04 02")}));
-}
-
-TEST_F(WireFixture, KeyMappingOfTheFnLayerUsesHeader27) {
-    send(protocol::keyMappingTransaction(1, {{profileKey(41, kMacroTypeDisabled, 1)}, {}}));
-    ASSERT_GE(sets().size(), 2u);
-    EXPECT_EQ(sets()[1], report("04 27 00 00 00 00 00 00 09"));
+// An empty profile's base layer, then its Fn layer under header 27.
+TEST_F(WireFixture, KeyMappingOfAnEmptyProfileOnEachLayer) {
+    for (const auto& [layer, header] : {std::pair{0, "04 11 00 00 00 00 00 00 09"}, {1, "04 27 00 00 00 00 00 00 09"}}) {
+        clearWire();
+        send(protocol::keyMappingTransaction(layer, {}));
+        EXPECT_TRUE(wireMatches(recorder_->events, {Step::command("04 18"), Step::command(header),
+                                                    Step::block(sparse({{574, 0xAA}, {575, 0x55}}, 576)),
+                                                    Step::command("04 02")})) << layer;
+    }
 }
 
 TEST(KeyMappingBlock, LaterRecordOverwritesOnlyTheBytesItWrites) {
