@@ -58,10 +58,12 @@ class AppTest : public QObject {
         if (!w) qFatal("no widget %s", name);
         return w;
     }
+
     void enterPages() {
         QTest::mouseClick(child<QPushButton>("keyboard_connect"), Qt::LeftButton);
         QVERIFY(!controller_->session().device.showingHomePage());
     }
+
     void clickKey(int layoutIndex) {
         KeyboardView* kb = controller_->keyPage()->keyboard();
         const QPoint p = kb->keyRect(layoutIndex).center();
@@ -83,6 +85,7 @@ class AppTest : public QObject {
         e.setTimestamp(time);
         QApplication::sendEvent(controller_->macroPage()->recordTable(), &e);
     }
+
     void click(const char* name) {
         auto* b = child<QAbstractButton>(name);  // a radio takes clicks on its mark and text only
         QTest::mouseClick(b, Qt::LeftButton, {}, qobject_cast<QRadioButton*>(b) ? QPoint(6, b->height() / 2) : QPoint());
@@ -236,17 +239,170 @@ private slots:
         QCOMPARE(table->count(), 1);
     }
 
-    void resetConfirmationsDoNothingOnReturnOrEsc();
-    void paletteClickClosesTheKeyMenuAndActs();
-    void headerTrayAndAccessHint();
-    void nothingCutOffAtTheMinimumSize();
-    void macroInsertDeleteAndSave();
+    void resetConfirmationsDoNothingOnReturnOrEsc() {
+        enterPages();
+        clickKey(32);  // another key than the last test's: two clicks on one spot would make a double click
+        QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
+        const std::string disabled = sql("SELECT count(*) FROM t_keyprofile");
+        QTest::mouseClick(child<QToolButton>("config_btn"), Qt::LeftButton);
+        for (const char* reset : {"btn_resetmousedata", "btn_resetalldata"}) {
+            for (Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+                QTimer::singleShot(0, [key] { QTest::keyClick(QApplication::activeModalWidget(), key); });
+                click(reset);
+                QCOMPARE(sql("SELECT count(*) FROM t_keyprofile"), disabled);
+            }
+        }
+    }
+
+    void paletteClickClosesTheKeyMenuAndActs() {
+        enterPages();
+        clickKey(31);
+        KeyMenuViewController* menu = controller_->keyMenu();
+        QTRY_VERIFY(menu->isVisible());
+        CustomKeyFuncView* palette = controller_->keyPage()->palette();
+        const QPoint aim = menu->mapFromGlobal(palette->mapToGlobal(palette->keyRect(20).center()));
+        QTest::mouseClick(menu, Qt::LeftButton, {}, aim);  // lands outside the menu, on the palette
+        QVERIFY(!menu->isVisible());
+        QCOMPARE(sql("SELECT count(*) FROM t_keyprofile"), std::string("1"));
+    }
+
+    void headerTrayAndAccessHint() {
+        enterPages();
+        QTest::mouseClick(child<QToolButton>("macro_btn"), Qt::LeftButton);
+        for (const char* name : {"home_btn", "customkey_btn", "macro_btn", "light_btn", "userlight_btn", "config_btn"}) {
+            auto* b = child<QToolButton>(name);
+            QVERIFY(!b->toolTip().isEmpty() && b->toolTip() == QAccessible::queryAccessibleInterface(b)->text(QAccessible::Name));
+            QCOMPARE(b->property("selected").toBool(), QByteArray(name) == "macro_btn");
+        }
+        QSignalSpy notices(controller_, &KeyboardViewController::noticeShown);
+        controller_->keystrokeCaptureStarted(false);
+        controller_->keystrokeCaptureStarted(false);
+        QCOMPARE(notices.count(), 1);  // once, and only without event devices to read
+        AppDelegate tray;
+        tray.createButtonStatusBar();
+        curLanguage = kLanguageSimplifiedChinese;
+        tray.statusItemActivated();  // a left click
+        QTRY_VERIFY(tray.statusMenu()->isVisible());
+        QCOMPARE(tray.statusMenu()->actions().at(0)->text(), QString::fromStdString(extraText(ExtraText::kQuit)));
+        QVERIFY(tray.statusMenu()->actions().at(0)->text() != "Quit");
+        tray.statusMenu()->hide();
+    }
+
+    void nothingCutOffAtTheMinimumSize() {
+        enterPages();
+        for (int language = 0; language < 3; ++language) {
+            child<QComboBox>("combo_language")->setCurrentIndex(language);
+            for (const char* page : {"customkey_btn", "macro_btn", "light_btn", "userlight_btn", "config_btn"}) {
+                QTest::mouseClick(child<QToolButton>(page), Qt::LeftButton);
+                window_->resize(window_->minimumSizeHint());
+                QApplication::processEvents();
+                // Every text shows whole: buttons with room for their frame, one-line labels.
+                for (QWidget* w : controller_->findChildren<QWidget*>()) {
+                    auto* label = qobject_cast<QLabel*>(w);
+                    auto* button = qobject_cast<QAbstractButton*>(w);
+                    const QString text = button ? button->text() : label && !label->wordWrap() ? label->text() : QString();
+                    if (text.isEmpty() || !w->isVisible()) continue;
+                    const int needed = w->fontMetrics().horizontalAdvance(text) + (button ? 12 : 0);
+                    const int room = button ? w->width() : w->contentsRect().width();
+                    QVERIFY2(room >= needed, qPrintable(QString("%1 in language %2: %3 < %4").arg(w->objectName()).arg(language).arg(room).arg(needed)));
+                }
+            }
+        }
+    }
+
+    void macroInsertDeleteAndSave() {
+        MacroPageView* page = newMacro();
+        QCOMPARE(page->macroTable()->item(0)->text(), QString("Macro1"));
+        key(30, true);  // A: the keyboard insert kind shows the key, Insert adds its press and release
+        QCOMPARE(child<QLineEdit>("insertevent_edit")->text(), QString("A"));
+        click("insertevent_button");
+        click("delayevent_radiobutton");
+        QTest::keyClicks(child<QLineEdit>("insertevent_edit"), "70000");
+        QCOMPARE(child<QLineEdit>("insertevent_edit")->text(), QString("60000"));
+        child<QLineEdit>("insertevent_edit")->clear();
+        QTest::keyClicks(child<QLineEdit>("insertevent_edit"), "50");
+        page->recordTable()->setCurrentRow(0);
+        click("insertevent_button");  // before the key down
+        page->recordTable()->setCurrentRow(2);
+        emit child<QComboBox>("insertevent_combox")->activated(1);
+        child<QLineEdit>("insertevent_edit")->setText("7");
+        emit child<QLineEdit>("insertevent_edit")->textEdited("7");
+        click("insertevent_button");  // after the key up
+        QCOMPARE(events(), QStringList({"[Delay:ms] 50", "[KEY DOWN] A", "[KEY UP] A", "[Delay:ms] 7"}));
+        page->recordTable()->setCurrentRow(1);
+        click("macro_btn_deleteevent");  // the key down takes its key up along
+        QCOMPARE(events(), QStringList({"[Delay:ms] 50", "[Delay:ms] 7"}));
+        click("macro_btn_save");
+        QCOMPARE(sql("SELECT group_concat(record_value) FROM (SELECT record_value FROM t_macrorecord ORDER BY record_index)"), std::string("50,7"));
+        const auto macros = decodeMacros(test::sentMemory(controller_));
+        QCOMPARE(macros.size(), std::size_t(1));
+        QCOMPARE(macros[0].events.size(), std::size_t(2));
+        QCOMPARE(macros[0].events[1].value, 7);
+        QVERIFY(child<QLabel>("macro_label_memory")->text().contains("16 of 2500"));  // 2 events, 1 macro
+    }
+
     void followsAScriptOnTheSameDatabase();
     void aTransferThatTakesAWhileShowsItsProgress();
     void closingSendsWhatIsQueuedAndAFailedBlockIsSaid();
-    void macroRecording_data();
-    void macroRecording();
-    void macroRenameDeleteLimitAndLanguage();
+
+    void macroRecording_data() {
+        QTest::addColumn<QString>("mode");
+        QTest::addColumn<QStringList>("recorded");
+        QTest::newRow("recording delay") << "recorddelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms]", "[KEY DOWN] A", "[Delay:ms]", "[KEY UP] A"};
+        QTest::newRow("no delay") << "nodelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[KEY DOWN] A", "[KEY UP] A"};
+        QTest::newRow("default delay") << "defaultdelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms] 30", "[KEY DOWN] A", "[Delay:ms] 30", "[KEY UP] A"};
+    }
+
+    void macroRecording() {
+        QFETCH(QString, mode);
+        QFETCH(QStringList, recorded);
+        newMacro();
+        click(qPrintable(mode));
+        if (mode.startsWith("default")) QTest::keyClicks(child<QLineEdit>("delaytime_edit"), "30");
+        click("record_button");
+        QCOMPARE(child<QPushButton>("record_button")->text(), QString::fromStdString(localizedText(textid::kStopRecord)));
+        key(42, true, 1);   // Left Shift
+        key(79, true, 2);   // keypad 1: the keyboard cannot play it
+        key(30, true, 3);
+        key(30, false, 4);
+        QVERIFY(child<QLabel>("macro_label_recordstate")->text().contains("Keys skipped: 1 "));
+        click("record_button");
+        QStringList shown = events();
+        for (QString& row : shown) row.remove(QRegularExpression(" \\d+$"));  // recorded delays depend on the clock
+        for (QString& row : recorded) row.remove(QRegularExpression(" \\d+$"));
+        QCOMPARE(shown, recorded);
+        if (mode.startsWith("default")) QCOMPARE(events()[1], QString("[Delay:ms] 30"));
+        QCOMPARE(sql("SELECT count(*) FROM t_macrorecord"), std::to_string(recorded.size()));
+        QCOMPARE(decodeMacros(test::sentMemory(controller_)).at(0).events.size(), std::size_t(recorded.size()) + (mode.startsWith("no") ? 2 : 0));  // two 10 ms pauses
+    }
+
+    void macroRenameDeleteLimitAndLanguage() {
+        MacroPageView* page = newMacro();
+        page->macroTable()->item(0)->setText("Copy");
+        QTRY_COMPARE(sql("SELECT macro_name FROM t_macro_data"), std::string("Copy"));
+        QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
+        page->macroTable()->setCurrentRow(-1);
+        click("macro_btn_deletemacro");  // nothing selected: a warning, nothing deleted
+        QCOMPARE(warnings.count(), 1);
+        QCOMPARE(sql("SELECT count(*) FROM t_macro_data"), std::string("1"));
+        page->macroTable()->setCurrentRow(0);
+        click("macro_btn_deletemacro");
+        QCOMPARE(page->macroTable()->count(), 0);
+        for (int i = 0; i < 101; ++i) click("macro_btn_newmacro");
+        QCOMPARE(page->macroTable()->count(), 100);
+        QCOMPARE(warnings.last().at(0).toString(), QString::fromStdString(extraText(ExtraText::kMacroLimitTitle)));
+        child<QComboBox>("combo_language")->setCurrentIndex(1);
+        QCOMPARE(child<QPushButton>("macro_btn_newmacro")->text(), QString::fromStdString(CHSLanguage::getLan(182)));
+        QCOMPARE(child<QComboBox>("insertevent_combox")->itemText(1), QString::fromStdString(CHSLanguage::getLan(231)));
+        // What a screen reader reads: every control of the page has a name.
+        for (QWidget* w : page->findChildren<QWidget*>()) {
+            if (!qobject_cast<QAbstractButton*>(w) && !qobject_cast<QComboBox*>(w) && !qobject_cast<QLineEdit*>(w) &&
+                !qobject_cast<QAbstractItemView*>(w) && !qobject_cast<QProgressBar*>(w)) continue;
+            if (w->objectName().isEmpty()) continue;  // Qt's own parts, such as a combo box's pop-up list
+            QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
+            QVERIFY2(a && !a->text(QAccessible::Name).isEmpty(), qPrintable(w->objectName()));
+        }
+    }
 
     void unplugAndReplug() {
         enterPages();
@@ -264,108 +420,6 @@ private slots:
         QCOMPARE(decodeLightMode(test::sentMemory(controller_))->mode, 10);
     }
 };
-
-void AppTest::resetConfirmationsDoNothingOnReturnOrEsc() {
-    enterPages();
-    clickKey(32);  // another key than the last test's: two clicks on one spot would make a double click
-    QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
-    const std::string disabled = sql("SELECT count(*) FROM t_keyprofile");
-    QTest::mouseClick(child<QToolButton>("config_btn"), Qt::LeftButton);
-    for (const char* reset : {"btn_resetmousedata", "btn_resetalldata"}) {
-        for (Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-            QTimer::singleShot(0, [key] { QTest::keyClick(QApplication::activeModalWidget(), key); });
-            click(reset);
-            QCOMPARE(sql("SELECT count(*) FROM t_keyprofile"), disabled);
-        }
-    }
-}
-
-void AppTest::paletteClickClosesTheKeyMenuAndActs() {
-    enterPages();
-    clickKey(31);
-    KeyMenuViewController* menu = controller_->keyMenu();
-    QTRY_VERIFY(menu->isVisible());
-    CustomKeyFuncView* palette = controller_->keyPage()->palette();
-    const QPoint aim = menu->mapFromGlobal(palette->mapToGlobal(palette->keyRect(20).center()));
-    QTest::mouseClick(menu, Qt::LeftButton, {}, aim);  // lands outside the menu, on the palette
-    QVERIFY(!menu->isVisible());
-    QCOMPARE(sql("SELECT count(*) FROM t_keyprofile"), std::string("1"));
-}
-
-void AppTest::headerTrayAndAccessHint() {
-    enterPages();
-    QTest::mouseClick(child<QToolButton>("macro_btn"), Qt::LeftButton);
-    for (const char* name : {"home_btn", "customkey_btn", "macro_btn", "light_btn", "userlight_btn", "config_btn"}) {
-        auto* b = child<QToolButton>(name);
-        QVERIFY(!b->toolTip().isEmpty() && b->toolTip() == QAccessible::queryAccessibleInterface(b)->text(QAccessible::Name));
-        QCOMPARE(b->property("selected").toBool(), QByteArray(name) == "macro_btn");
-    }
-    QSignalSpy notices(controller_, &KeyboardViewController::noticeShown);
-    controller_->keystrokeCaptureStarted(false);
-    controller_->keystrokeCaptureStarted(false);
-    QCOMPARE(notices.count(), 1);  // once, and only without event devices to read
-    AppDelegate tray;
-    tray.createButtonStatusBar();
-    curLanguage = kLanguageSimplifiedChinese;
-    tray.statusItemActivated();  // a left click
-    QTRY_VERIFY(tray.statusMenu()->isVisible());
-    QCOMPARE(tray.statusMenu()->actions().at(0)->text(), QString::fromStdString(extraText(ExtraText::kQuit)));
-    QVERIFY(tray.statusMenu()->actions().at(0)->text() != "Quit");
-    tray.statusMenu()->hide();
-}
-
-void AppTest::nothingCutOffAtTheMinimumSize() {
-    enterPages();
-    for (int language = 0; language < 3; ++language) {
-        child<QComboBox>("combo_language")->setCurrentIndex(language);
-        for (const char* page : {"customkey_btn", "macro_btn", "light_btn", "userlight_btn", "config_btn"}) {
-            QTest::mouseClick(child<QToolButton>(page), Qt::LeftButton);
-            window_->resize(window_->minimumSizeHint());
-            QApplication::processEvents();
-            // Every text shows whole: buttons with room for their frame, one-line labels.
-            for (QWidget* w : controller_->findChildren<QWidget*>()) {
-                auto* label = qobject_cast<QLabel*>(w);
-                auto* button = qobject_cast<QAbstractButton*>(w);
-                const QString text = button ? button->text() : label && !label->wordWrap() ? label->text() : QString();
-                if (text.isEmpty() || !w->isVisible()) continue;
-                const int needed = w->fontMetrics().horizontalAdvance(text) + (button ? 12 : 0);
-                const int room = button ? w->width() : w->contentsRect().width();
-                QVERIFY2(room >= needed, qPrintable(QString("%1 in language %2: %3 < %4").arg(w->objectName()).arg(language).arg(room).arg(needed)));
-            }
-        }
-    }
-}
-
-void AppTest::macroInsertDeleteAndSave() {
-    MacroPageView* page = newMacro();
-    QCOMPARE(page->macroTable()->item(0)->text(), QString("Macro1"));
-    key(30, true);  // A: the keyboard insert kind shows the key, Insert adds its press and release
-    QCOMPARE(child<QLineEdit>("insertevent_edit")->text(), QString("A"));
-    click("insertevent_button");
-    click("delayevent_radiobutton");
-    QTest::keyClicks(child<QLineEdit>("insertevent_edit"), "70000");
-    QCOMPARE(child<QLineEdit>("insertevent_edit")->text(), QString("60000"));
-    child<QLineEdit>("insertevent_edit")->clear();
-    QTest::keyClicks(child<QLineEdit>("insertevent_edit"), "50");
-    page->recordTable()->setCurrentRow(0);
-    click("insertevent_button");  // before the key down
-    page->recordTable()->setCurrentRow(2);
-    emit child<QComboBox>("insertevent_combox")->activated(1);
-    child<QLineEdit>("insertevent_edit")->setText("7");
-    emit child<QLineEdit>("insertevent_edit")->textEdited("7");
-    click("insertevent_button");  // after the key up
-    QCOMPARE(events(), QStringList({"[Delay:ms] 50", "[KEY DOWN] A", "[KEY UP] A", "[Delay:ms] 7"}));
-    page->recordTable()->setCurrentRow(1);
-    click("macro_btn_deleteevent");  // the key down takes its key up along
-    QCOMPARE(events(), QStringList({"[Delay:ms] 50", "[Delay:ms] 7"}));
-    click("macro_btn_save");
-    QCOMPARE(sql("SELECT group_concat(record_value) FROM (SELECT record_value FROM t_macrorecord ORDER BY record_index)"), std::string("50,7"));
-    const auto macros = decodeMacros(test::sentMemory(controller_));
-    QCOMPARE(macros.size(), std::size_t(1));
-    QCOMPARE(macros[0].events.size(), std::size_t(2));
-    QCOMPARE(macros[0].events[1].value, 7);
-    QVERIFY(child<QLabel>("macro_label_memory")->text().contains("16 of 2500"));  // 2 events, 1 macro
-}
 
 // qx9ctl on the window's database: the window shows what it changed without being told, and the
 // window's next change keeps it; the keyboard ends with both.
@@ -429,66 +483,6 @@ void AppTest::closingSendsWhatIsQueuedAndAFailedBlockIsSaid() {
     window_ = nullptr;
     otherProgram.join();
     QVERIFY(keyboard->memory().transactions > before);
-}
-
-void AppTest::macroRecording_data() {
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<QStringList>("recorded");
-    QTest::newRow("recording delay") << "recorddelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms]", "[KEY DOWN] A", "[Delay:ms]", "[KEY UP] A"};
-    QTest::newRow("no delay") << "nodelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[KEY DOWN] A", "[KEY UP] A"};
-    QTest::newRow("default delay") << "defaultdelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms] 30", "[KEY DOWN] A", "[Delay:ms] 30", "[KEY UP] A"};
-}
-
-void AppTest::macroRecording() {
-    QFETCH(QString, mode);
-    QFETCH(QStringList, recorded);
-    MacroPageView* page = newMacro();
-    click(qPrintable(mode));
-    if (mode.startsWith("default")) QTest::keyClicks(child<QLineEdit>("delaytime_edit"), "30");
-    click("record_button");
-    QCOMPARE(child<QPushButton>("record_button")->text(), QString::fromStdString(localizedText(textid::kStopRecord)));
-    key(42, true, 1);   // Left Shift
-    key(79, true, 2);   // keypad 1: the keyboard cannot play it
-    key(30, true, 3);
-    key(30, false, 4);
-    QVERIFY(child<QLabel>("macro_label_recordstate")->text().contains("Keys skipped: 1 "));
-    click("record_button");
-    QStringList shown = events();
-    for (QString& row : shown) row.remove(QRegularExpression(" \\d+$"));  // recorded delays depend on the clock
-    for (QString& row : recorded) row.remove(QRegularExpression(" \\d+$"));
-    QCOMPARE(shown, recorded);
-    if (mode.startsWith("default")) QCOMPARE(events()[1], QString("[Delay:ms] 30"));
-    QCOMPARE(sql("SELECT count(*) FROM t_macrorecord"), std::to_string(recorded.size()));
-    QCOMPARE(decodeMacros(test::sentMemory(controller_)).at(0).events.size(), std::size_t(recorded.size()) + (mode.startsWith("no") ? 2 : 0));  // two 10 ms pauses
-    (void)page;
-}
-
-void AppTest::macroRenameDeleteLimitAndLanguage() {
-    MacroPageView* page = newMacro();
-    page->macroTable()->item(0)->setText("Copy");
-    QTRY_COMPARE(sql("SELECT macro_name FROM t_macro_data"), std::string("Copy"));
-    QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
-    page->macroTable()->setCurrentRow(-1);
-    click("macro_btn_deletemacro");  // nothing selected: a warning, nothing deleted
-    QCOMPARE(warnings.count(), 1);
-    QCOMPARE(sql("SELECT count(*) FROM t_macro_data"), std::string("1"));
-    page->macroTable()->setCurrentRow(0);
-    click("macro_btn_deletemacro");
-    QCOMPARE(page->macroTable()->count(), 0);
-    for (int i = 0; i < 101; ++i) click("macro_btn_newmacro");
-    QCOMPARE(page->macroTable()->count(), 100);
-    QCOMPARE(warnings.last().at(0).toString(), QString::fromStdString(extraText(ExtraText::kMacroLimitTitle)));
-    child<QComboBox>("combo_language")->setCurrentIndex(1);
-    QCOMPARE(child<QPushButton>("macro_btn_newmacro")->text(), QString::fromStdString(CHSLanguage::getLan(182)));
-    QCOMPARE(child<QComboBox>("insertevent_combox")->itemText(1), QString::fromStdString(CHSLanguage::getLan(231)));
-    // What a screen reader reads: every control of the page has a name.
-    for (QWidget* w : page->findChildren<QWidget*>()) {
-        if (!qobject_cast<QAbstractButton*>(w) && !qobject_cast<QComboBox*>(w) && !qobject_cast<QLineEdit*>(w) &&
-            !qobject_cast<QAbstractItemView*>(w) && !qobject_cast<QProgressBar*>(w)) continue;
-        if (w->objectName().isEmpty()) continue;  // Qt's own parts, such as a combo box's pop-up list
-        QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
-        QVERIFY2(a && !a->text(QAccessible::Name).isEmpty(), qPrintable(w->objectName()));
-    }
 }
 
 QTEST_MAIN(AppTest)
