@@ -138,27 +138,6 @@ private slots:
         QVERIFY(controller_->startView()->isVisible());
     }
 
-    void disableKeyFromTheMenu() {
-        enterPages();
-        clickKey(30);  // "a"
-        KeyMenuViewController* menu = controller_->keyMenu();
-        QTRY_VERIFY(menu->isVisible());
-        QTest::mouseClick(menu->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
-        QVERIFY(!menu->isVisible());
-        QCOMPARE(controller_->keyPage()->keyboard()->keyMacro(30), QString::fromStdString(localizedText(102)));
-    }
-
-    void paletteWithoutAKeyWarns() {
-        enterPages();
-        QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
-        CustomKeyFuncView* palette = controller_->keyPage()->palette();
-        QTest::mouseClick(palette, Qt::LeftButton, Qt::NoModifier, palette->keyRect(20).center());
-        QCOMPARE(warnings.count(), 1);
-        QCOMPARE(warnings.at(0).at(1).toString(), QString::fromStdString(localizedText(112)));
-        QAccessible::queryAccessibleInterface(palette)->child(20)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        QCOMPARE(warnings.count(), 2);  // pressed through the accessibility tree as by a click
-    }
-
     void keyTextsFitTheirKeysAtTheMinimumSize() {
         enterPages();
         window_->resize(window_->minimumSizeHint());
@@ -212,31 +191,6 @@ private slots:
         QCOMPARE(target->text(), QString("Left Shift + 1"));
         QTest::mouseClick(dialog->findChild<QPushButton*>("key_savedatabtn"), Qt::LeftButton);
         QTRY_COMPARE(controller_->keyPage()->keyboard()->keyMacro(0), QString("Left Shift + 1"));
-    }
-
-    void profilesAddRenameDeleteSelect() {
-        enterPages();
-        QListWidget* table = controller_->keyPage()->profileTable();
-        QTest::mouseClick(child<QToolButton>("customkey_btn_addprofile"), Qt::LeftButton);
-        QCOMPARE(table->count(), 2);
-        // Renamed in place as a user does it, without a word from Qt on standard error.
-        QTest::mouseClick(child<QToolButton>("customkey_btn_renameprofile"), Qt::LeftButton);
-        auto* editor = table->findChild<QLineEdit*>();
-        QVERIFY(editor);
-        editor->selectAll();
-        QTest::keyClicks(editor, "Games");
-        const QtMessageHandler previous = qInstallMessageHandler(
-            [](QtMsgType, const QMessageLogContext&, const QString& m) { g_qtMessages << m; });
-        QTest::keyClick(editor, Qt::Key_Return);
-        QTRY_COMPARE(sql("SELECT name FROM t_profile WHERE profId = 2"), std::string("Games"));
-        qInstallMessageHandler(previous);
-        QVERIFY2(g_qtMessages.isEmpty(), qPrintable(g_qtMessages.join('\n')));
-        // The new row is highlighted but not chosen; choosing it means clicking another row first.
-        table->setCurrentRow(0);
-        table->setCurrentRow(1);
-        QCOMPARE(controller_->session().core.currentProfile, 2);
-        QTest::mouseClick(child<QToolButton>("customkey_btn_delprofile"), Qt::LeftButton);
-        QCOMPARE(table->count(), 1);
     }
 
     void resetConfirmationsDoNothingOnReturnOrEsc() {
@@ -310,37 +264,6 @@ private slots:
         }
     }
 
-    void macroInsertDeleteAndSave() {
-        MacroPageView* page = newMacro();
-        QCOMPARE(page->macroTable()->item(0)->text(), QString("Macro1"));
-        key(30, true);  // A: the keyboard insert kind shows the key, Insert adds its press and release
-        QCOMPARE(child<QLineEdit>("insertevent_edit")->text(), QString("A"));
-        click("insertevent_button");
-        click("delayevent_radiobutton");
-        QTest::keyClicks(child<QLineEdit>("insertevent_edit"), "70000");
-        QCOMPARE(child<QLineEdit>("insertevent_edit")->text(), QString("60000"));
-        child<QLineEdit>("insertevent_edit")->clear();
-        QTest::keyClicks(child<QLineEdit>("insertevent_edit"), "50");
-        page->recordTable()->setCurrentRow(0);
-        click("insertevent_button");  // before the key down
-        page->recordTable()->setCurrentRow(2);
-        emit child<QComboBox>("insertevent_combox")->activated(1);
-        child<QLineEdit>("insertevent_edit")->setText("7");
-        emit child<QLineEdit>("insertevent_edit")->textEdited("7");
-        click("insertevent_button");  // after the key up
-        QCOMPARE(events(), QStringList({"[Delay:ms] 50", "[KEY DOWN] A", "[KEY UP] A", "[Delay:ms] 7"}));
-        page->recordTable()->setCurrentRow(1);
-        click("macro_btn_deleteevent");  // the key down takes its key up along
-        QCOMPARE(events(), QStringList({"[Delay:ms] 50", "[Delay:ms] 7"}));
-        click("macro_btn_save");
-        QCOMPARE(sql("SELECT group_concat(record_value) FROM (SELECT record_value FROM t_macrorecord ORDER BY record_index)"), std::string("50,7"));
-        const auto macros = decodeMacros(test::sentMemory(controller_));
-        QCOMPARE(macros.size(), std::size_t(1));
-        QCOMPARE(macros[0].events.size(), std::size_t(2));
-        QCOMPARE(macros[0].events[1].value, 7);
-        QVERIFY(child<QLabel>("macro_label_memory")->text().contains("16 of 2500"));  // 2 events, 1 macro
-    }
-
     void followsAScriptOnTheSameDatabase();
     void aTransferThatTakesAWhileShowsItsProgress();
     void closingSendsWhatIsQueuedAndAFailedBlockIsSaid();
@@ -376,49 +299,6 @@ private slots:
         QCOMPARE(decodeMacros(test::sentMemory(controller_)).at(0).events.size(), std::size_t(recorded.size()) + (mode.startsWith("no") ? 2 : 0));  // two 10 ms pauses
     }
 
-    void macroRenameDeleteLimitAndLanguage() {
-        MacroPageView* page = newMacro();
-        page->macroTable()->item(0)->setText("Copy");
-        QTRY_COMPARE(sql("SELECT macro_name FROM t_macro_data"), std::string("Copy"));
-        QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
-        page->macroTable()->setCurrentRow(-1);
-        click("macro_btn_deletemacro");  // nothing selected: a warning, nothing deleted
-        QCOMPARE(warnings.count(), 1);
-        QCOMPARE(sql("SELECT count(*) FROM t_macro_data"), std::string("1"));
-        page->macroTable()->setCurrentRow(0);
-        click("macro_btn_deletemacro");
-        QCOMPARE(page->macroTable()->count(), 0);
-        for (int i = 0; i < 101; ++i) click("macro_btn_newmacro");
-        QCOMPARE(page->macroTable()->count(), 100);
-        QCOMPARE(warnings.last().at(0).toString(), QString::fromStdString(extraText(ExtraText::kMacroLimitTitle)));
-        child<QComboBox>("combo_language")->setCurrentIndex(1);
-        QCOMPARE(child<QPushButton>("macro_btn_newmacro")->text(), QString::fromStdString(CHSLanguage::getLan(182)));
-        QCOMPARE(child<QComboBox>("insertevent_combox")->itemText(1), QString::fromStdString(CHSLanguage::getLan(231)));
-        // What a screen reader reads: every control of the page has a name.
-        for (QWidget* w : page->findChildren<QWidget*>()) {
-            if (!qobject_cast<QAbstractButton*>(w) && !qobject_cast<QComboBox*>(w) && !qobject_cast<QLineEdit*>(w) &&
-                !qobject_cast<QAbstractItemView*>(w) && !qobject_cast<QProgressBar*>(w)) continue;
-            if (w->objectName().isEmpty()) continue;  // Qt's own parts, such as a combo box's pop-up list
-            QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
-            QVERIFY2(a && !a->text(QAccessible::Name).isEmpty(), qPrintable(w->objectName()));
-        }
-    }
-
-    void unplugAndReplug() {
-        enterPages();
-        const auto setsBefore = test::sentReports(controller_);
-        controller_->plugVirtualKeyboard(false);
-        QTRY_VERIFY(!controller_->session().device.keyboardConnected());
-        QTRY_VERIFY(controller_->startView()->isVisible());
-        controller_->plugVirtualKeyboard(true);
-        QTRY_VERIFY(controller_->session().device.keyboardConnected() && controller_->session().core.initFinish);
-        QCOMPARE(test::sentReports(controller_), setsBefore);  // nothing resent
-        enterPages();
-        QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);
-        // Choosing "Scrolling" (row 9) in the backlight page's list sends mode 10.
-        child<QListWidget>("light_mode_table")->setCurrentRow(9);
-        QCOMPARE(decodeLightMode(test::sentMemory(controller_))->mode, 10);
-    }
 };
 
 // qx9ctl on the window's database: the window shows what it changed without being told, and the

@@ -86,38 +86,6 @@ private slots:
         curLanguage = kLanguageSimplifiedChinese;
     }
 
-    // What each kind of effect offers, with the stored defaults (random colour on).
-    void effectControls_data() {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<bool>("random");  // the switch enabled
-        QTest::addColumn<bool>("speed");
-        QTest::addColumn<bool>("upDown");
-        QTest::addColumn<bool>("leftRight");
-        QTest::newRow("Static") << 0 << 1 << true << false << false << false;
-        QTest::newRow("Colourful") << 5 << 6 << true << true << false << false;
-        QTest::newRow("Scrolling") << 9 << 10 << true << true << true << false;
-        QTest::newRow("Rolling") << 10 << 11 << true << true << false << true;
-        QTest::newRow("Close Backlight") << 19 << 0 << false << false << false << false;
-    }
-    void effectControls() {
-        QFETCH(int, row);
-        openPage("light_btn");
-        chooseEffect(row);
-        QTEST(sentLight().mode, "mode");
-        // Random colour is on by default, so no effect takes a colour of its own.
-        QVERIFY(!child("light_edit_color_r")->isEnabled());
-        QVERIFY(child<ColorButton>("light_btn_color5")->isDiasble());
-        QTEST(child("light_btn_randomcolor")->isEnabled(), "random");
-        QCOMPARE(child<QToolButton>("light_btn_randomcolor")->isChecked(), row != 5 && row != 19);
-        QTEST(child("light_slider_speed")->isEnabled(), "speed");
-        QTEST(child("light_direction_top")->isVisible(), "upDown");
-        QTEST(child("light_direction_bottom")->isVisible(), "upDown");
-        QTEST(child("light_direction_left")->isVisible(), "leftRight");
-        QTEST(child("light_direction_right")->isVisible(), "leftRight");
-        if (row == 19) QCOMPARE(child<QSlider>("light_slider_brightness")->value(), 0);
-    }
-
     void backlightParametersStoredAndSent() {
         openPage("light_btn");
         chooseEffect(9);  // "Scrolling", mode 10
@@ -205,42 +173,6 @@ private slots:
         QCOMPARE(kb->child(kW)->text(QAccessible::Name), "W");
         QCOMPARE(kb->child(kW)->text(QAccessible::Description), "#640000");
         QVERIFY(kb->child(kW)->state().checked);
-    }
-
-    void setsAddRenameSwitchDelete() {
-        openPage("userlight_btn");
-        QListWidget* sets = child<QListWidget>("userlight_table");
-        click("userlight_btn_add");
-        clickKey(kW);
-        click("userlight_btn_color1");
-        click("userlight_btn_apply");
-        click("userlight_btn_add");
-        QCOMPARE(sets->count(), 2);
-        QCOMPARE(keys()->keyColor(kW), QColor(Qt::black));  // the new set is dark
-        sets->item(1)->setText("Gaming");                    // what the in-place editor leaves
-        QCOMPARE(sql("SELECT name FROM t_userlight_data WHERE light_id = 2"), "Gaming");
-        QTest::mouseClick(sets->viewport(), Qt::LeftButton, Qt::NoModifier, sets->visualItemRect(sets->item(0)).center());
-        QCOMPARE(keys()->keyColor(kW), QColor(Qt::red));
-        QCOMPARE(sentColour(26), 0xFF0000u);
-        click("userlight_btn_resetcolor");
-        QCOMPARE(keys()->keyColor(kW), QColor(Qt::black));
-        QCOMPARE(sentColour(26), 0u);
-        QCOMPARE(sql("SELECT count(*) FROM t_userlight_leddata WHERE light_id = 1 AND rgbvalue <> 0"), "0");
-        click("userlight_btn_del");
-        QCOMPARE(sets->count(), 1);
-        QCOMPARE(sets->item(0)->text(), "Gaming");
-        QCOMPARE(sql("SELECT count(*) FROM t_userlight_data"), "1");
-    }
-
-    void applyWithoutASetWarns() {
-        openPage("userlight_btn");
-        QSignalSpy warnings(controller_, &KeyboardViewController::warningShown);
-        const auto sets = test::sentReports(controller_);
-        click("userlight_btn_apply");
-        QCOMPARE(test::sentReports(controller_), sets);
-        QCOMPARE(warnings.count(), 1);
-        QCOMPARE(warnings.at(0).at(0).toString(), QString::fromStdString(localizedText(567)));
-        QCOMPARE(sql("SELECT count(*) FROM t_userlight_leddata"), "0");
     }
 
     void everyControlNamedAndRelabelled() {

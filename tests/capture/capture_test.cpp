@@ -179,20 +179,5 @@ TEST_F(Capture, ApplicationKeyEventsFeedTheStateOnlyWithoutEventNodes) {
     EXPECT_THAT(cs.pressedNormalKey, ElementsAre(4, 5));
 }
 
-TEST_F(Capture, PrivilegeMonitorLines) {
-    std::vector<bool> answers = {false, false, true};
-    std::size_t asked = 0;
-    PrivilegeMonitor m([&] { return answers.at(asked++); });
-    EXPECT_FALSE(m.tick());  // not started
-    m.start();
-    EXPECT_TRUE(m.tick());
-    EXPECT_TRUE(m.tick());
-    EXPECT_FALSE(m.tick());
-    EXPECT_FALSE(m.tick());  // stopped: not asked again
-    EXPECT_EQ(asked, 3u);
-    EXPECT_EQ(console_.text(), "startPrivilegeMonitor\nACCESS_ENABLEDfalse\nACCESS_ENABLEDfalse\n"
-                              "ACCESS_ENABLEDtrue\n有权限,开启键盘事件监控\n");
-}
-
 }  // namespace
 }  // namespace qx9

@@ -221,43 +221,6 @@ TEST_F(Qx9ctl, EveryCommandHasItsHelpAndAnUnreadableCommandLineIsAUsageError) {
     }
 }
 
-TEST_F(Qx9ctl, ProfilesAndKeys) {
-    EXPECT_EQ(ok({"profile", "add"}), "2\tConfiguration File 1\n");
-    ok({"profile", "rename", "2", "Games"});
-    EXPECT_EQ(ok({"profile", "list"}), "1\tConfiguration File 1\n2\tGames\n");
-    EXPECT_EQ(ok({"--json", "profile", "list"}),
-              "[\n  {\n    \"id\": \"1\",\n    \"name\": \"Configuration File 1\"\n  },\n"
-              "  {\n    \"id\": \"2\",\n    \"name\": \"Games\"\n  }\n]\n");
-    // A name cannot forge records; bytes that are not UTF-8 do not stop --json. The database
-    // keeps the name byte for byte.
-    ok({"profile", "rename", "2", "A\tB\nC\\\xff"});
-    EXPECT_EQ(ok({"profile", "list"}), "1\tConfiguration File 1\n2\tA\\tB\\nC\\\\\xff\n");
-    EXPECT_NE(ok({"--json", "profile", "list"}).find("\"A\\tB\\nC\\\\\xEF\xBF\xBD\""), std::string::npos);
-    EXPECT_EQ(sql("SELECT hex(name) FROM t_profile WHERE profId = 2"), "4109420A435CFF");
-    ok({"profile", "rename", "2", "Games"});
-
-    ok({"key", "set", "1", "0", "a", "key:5"});
-    ok({"key", "set", "1", "1", "escape", "combo:225+30"});  // the dialog's functions go to the base layer
-    ok({"key", "set", "1", "0", "f4", "mouse:6"});
-    ok({"key", "set", "1", "1", "57", "disable"});  // a key code; the Fn layer
-    EXPECT_EQ(ok({"key", "list", "1", "0"}),
-              "a\t4\t3\t5\t0\t0\tB\nescape\t41\t3\t30\t225\t0\tLeft Shift + 1\nf4\t61\t6\t6\t0\t0\tScroll Down\n");
-    EXPECT_EQ(ok({"key", "list", "1", "1"}), "capsLock\t57\t2\t1\t0\t0\tDisable Keys\n");
-    EXPECT_EQ(keyRecord(keyboard(), 0, 1), (std::array<std::uint8_t, 4>{2, 2, 0x1E, 0}));  // escape
-}
-
-TEST_F(Qx9ctl, Settings) {
-    ok({"settings", "gamemode", "on"});
-    ok({"settings", "block", "win", "on"});
-    ok({"fn-mode", "fn"});
-    ok({"settings", "language", "zh-TW"});
-    EXPECT_EQ(ok({"settings", "show"}),
-              "language\t1028\ngamemode\t1\ndisable_alttab\t0\ndisable_altf4\t0\ndisable_win\t1\n"
-              "fnfunction\t1\nsleeplight\t0\n");
-    const VirtualSystemFunctions system = decodeSystemFunctions(keyboard()).value();
-    EXPECT_EQ((std::array{system.gameMode, system.lockWin, system.fnFunction}), (std::array{1, 1, 1}));
-}
-
 TEST_F(Qx9ctl, Lighting) {
     ok({"settings", "language", "en"});
     const std::string list = ok({"light", "list"});
@@ -306,28 +269,6 @@ TEST_F(Qx9ctl, Lighting) {
     EXPECT_NE(out_.str().find("\npreview\t#000000\n"), std::string::npos);
 }
 
-TEST_F(Qx9ctl, Macros) {
-    EXPECT_EQ(ok({"macro", "add"}), "1\tMacro1\n");
-    ok({"macro", "add"});
-    ok({"macro", "rename", "1", "Copy"});
-    EXPECT_EQ(ok({"macro", "add"}), "3\tMacro3\n");  // named after the count, not the names
-    ok({"macro", "delete", "2"});
-    ok({"macro", "insert", "1", "key:a"});
-    ok({"macro", "insert", "1", "mouse:right", "--before", "0"});
-    ok({"macro", "insert", "1", "delay:250", "--after", "1"});
-    EXPECT_EQ(ok({"macro", "list"}), "1\tCopy\t5\trecord\n3\tMacro3\t0\trecord\n");
-    EXPECT_EQ(ok({"macro", "events", "1"}),
-              "0\t4\t3\t[MOUSE DOWN] Right Button\n1\t5\t3\t[MOUSE UP] Right Button\n2\t1\t250\t[Delay:ms] 250\n"
-              "3\t2\t4\t[KEY DOWN] A\n4\t3\t4\t[KEY UP] A\n");
-    // Deleting an event takes its partner, and the keyboard gets the list without them.
-    ok({"macro", "delete-event", "1", "1"});
-    EXPECT_EQ(ok({"macro", "events", "1"}), "0\t1\t250\t[Delay:ms] 250\n1\t2\t4\t[KEY DOWN] A\n2\t3\t4\t[KEY UP] A\n");
-    for (const char* mode : {"default:30", "none", "record"}) {
-        ok({"macro", "delay-mode", "1", mode});
-        EXPECT_EQ(ok({"macro", "list"}), std::string("1\tCopy\t3\t") + mode + "\n3\tMacro3\t0\trecord\n");
-    }
-}
-
 TEST_F(Qx9ctl, MacrosTooLargeForTheKeyboardAreStoredButNotSentAndItSaysWhy) {
     ok({"macro", "add"});
     // 600 key events pass the 2500-byte count but not with the pauses between them; 700 do not pass it.
@@ -341,26 +282,6 @@ TEST_F(Qx9ctl, MacrosTooLargeForTheKeyboardAreStoredButNotSentAndItSaysWhy) {
         EXPECT_EQ(sql("SELECT count(*) FROM t_macrorecord"), std::to_string(2 * presses + 1));
         EXPECT_TRUE(decodeMacros(keyboard()).empty());
     }
-}
-
-TEST_F(Qx9ctl, UserLights) {
-    EXPECT_EQ(ok({"userlight", "add"}), "1\tUser light1\n");
-    ok({"userlight", "add"});
-    EXPECT_EQ(ok({"userlight", "list"}), "1\tUser light1\n2\tUser light2\n");
-    ok({"userlight", "paint", "1", "a", "escape", "44", "--color", "12ABEF"});
-    // Stored in the on-screen order.
-    EXPECT_EQ(sql("SELECT group_concat(keyvalue || ':' || rgbvalue) FROM t_userlight_leddata WHERE light_id = 1"),
-              "41:1223663,4:1223663,44:1223663");
-    EXPECT_EQ(keyColour(keyboard(), 94), 0x12ABEFu);  // space
-    EXPECT_EQ(decodeLightMode(keyboard())->mode, 0x80);
-    EXPECT_EQ(ok({"userlight", "show", "1"}), "escape\t41\t12ABEF\na\t4\t12ABEF\nspace\t44\t12ABEF\n");
-
-    ok({"userlight", "paint", "1", "space", "--color", "#000000"});  // black takes the colour away
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata WHERE light_id = 1"), "2");
-    ok({"userlight", "reset", "1"});
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_userlight_leddata WHERE light_id = 1"), "0");
-    ok({"userlight", "delete", "1"});
-    EXPECT_EQ(ok({"userlight", "list"}), "2\tUser light2\n");
 }
 
 TEST_F(Qx9ctl, ExportThenImportElsewhereGivesTheSameConfiguration) {

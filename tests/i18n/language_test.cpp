@@ -12,21 +12,6 @@
 namespace qx9 {
 namespace {
 
-TEST(LanguageTables, TableChoiceByLanguageIdAndTheCurrentLanguage) {
-    for (const auto& [id, tag] :
-         {std::pair{1033, "ENG"}, {2052, "CHS"}, {1028, "CHT"}, {0, "ENG"}, {1041, "ENG"}})
-        EXPECT_EQ(languageTable(id).tag, tag) << id;
-    EXPECT_EQ(languageTable(1028).getLan(2), "是");
-    // The current language starts as Simplified Chinese and chooses the table.
-    EXPECT_EQ(curLanguage, 2052);
-    EXPECT_EQ(localizedText(3), "否");
-    curLanguage = 1033;
-    EXPECT_EQ(localizedText(3), "NO");
-    curLanguage = 1028;
-    EXPECT_EQ(localizedText(605), "CHT");
-    curLanguage = kLanguageSimplifiedChinese;
-}
-
 // getLan answers ids outside 1–234 through getLan2; ids no table holds yield the tag.
 TEST(LanguageTables, Fallbacks) {
     const std::tuple<int, const char*, const char*, const char*> cases[] = {

@@ -108,32 +108,6 @@ TEST(KeyboardLayout, Geometry) {
     }
 }
 
-TEST(Palette, Geometry) {
-    const std::vector<keyFunc> keys = buildCustomKeyFuncLayout();
-    ASSERT_EQ(keys.size(), 111u);
-    EXPECT_EQ(buildCustomKeyFuncLayout(), keys) << "a second build differs";
-    // Keypad + and keypad Enter are two rows high and reach into the row above.
-    expectRows(keys, {{0, 15, 176}, {16, 37, 143}, {38, 57, 110}, {58, 75, 77}, {76, 93, 44}, {94, 110, 11}},
-               12, 30, {75, 110});
-
-    const std::pair<int, Rect> expected[] = {
-        {0, {12, 176, 30, 30}},   {1, {82, 176, 30, 30}},  {16, {12, 143, 30, 30}},
-        {30, {474, 143, 40, 30}}, {38, {12, 110, 54, 30}}, {75, {739, 77, 30, 64}},
-        {98, {176, 11, 92, 30}},  {108, {640, 11, 63, 30}}, {110, {739, 11, 30, 64}},
-    };
-    for (const auto& [index, rect] : expected) EXPECT_EQ(keys[index].rect, rect) << index;
-
-    // The computed gaps line the keypad and the arrow keys up in columns across the rows.
-    const std::pair<std::vector<int>, double> columns[] = {
-        {{13, 31, 52, 105}, 529},      // Print, Ins, Del, Left
-        {{34, 55, 72, 91, 108}, 640},  // Num, keypad 7, 4, 1, 0
-        {{90, 106}, 562},              // Up over Down
-        {{37, 75, 110}, 739},          // keypad -, +, Enter
-    };
-    for (const auto& [indexes, x] : columns)
-        for (int i : indexes) EXPECT_EQ(keys[i].rect.x, x) << keys[i].keyname;
-}
-
 // Every palette code has its description, and the map holds nothing else but the consumer
 // functions 500–517, which come first.
 TEST(Palette, CodeMapHoldsThePaletteCodesAfterTheConsumerCodes) {

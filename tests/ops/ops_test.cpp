@@ -213,57 +213,5 @@ TEST(DatabaseFile, FoldersAndFileAreTheUsersAloneWhateverTheUmask) {
     EXPECT_NE(mode(base), fs::perms::owner_all);  // a folder that was there stays as it was
 }
 
-// After any sequence of valid changes, an export imports into a fresh database and gives the
-// same document back.
-TEST_F(OpsTest, AnyConfigurationExportsAndImportsBackUnchanged) {
-    std::mt19937 random(7);
-    const auto pick = [&](int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); };
-    const std::vector<KeyData>& keys = ops::paintableKeys();
-    for (int sequence = 0; sequence < 12; ++sequence) {
-        const ops::Target t{db_};
-        for (int step = 0; step < 30; ++step) {
-            std::vector<ProfileData> profiles;
-            db_.queryProfileList(profiles);
-            const std::int64_t profile = profiles[static_cast<std::size_t>(pick(static_cast<int>(profiles.size())))].profId;
-            const std::int64_t key = keys[static_cast<std::size_t>(pick(static_cast<int>(keys.size())))].keycode;
-            std::int64_t id = 0, mode = 0;
-            switch (pick(9)) {
-                case 0: {
-                    std::string name;
-                    ops::addProfile(t, name, id);
-                    break;
-                }
-                case 1: ops::renameProfile(t, profile, "P\\t" + std::to_string(step)); break;
-                case 2: ops::deleteProfile(t, profile); break;
-                case 3: ops::assignKey(t, profile, pick(2), key, *ops::listFunction(kMacroTypeMouse, static_cast<std::size_t>(pick(8)))); break;
-                case 4: ops::assignKey(t, profile, 0, key, *ops::capturedKeysFunction({225, key})); break;
-                case 5:
-                    if ((id = addMacro(t)) != 0) {
-                        const auto events = *ops::keyPressEvents(key);
-                        ops::saveMacro(t, id, &events, pick(3), pick(500));
-                    }
-                    break;
-                case 6: {
-                    LightRecord record;
-                    ops::selectProfile(t, profile, mode);
-                    ops::selectEffect(t, profile, pick(20), record);
-                    ops::setLightColour(t, profile, ops::kSettingsProfile, 1, 2, 3);
-                    break;
-                }
-                case 7:
-                    if ((id = addSet(t)) != 0) ops::paintKeys(t, id, {key}, 0x010203u * pick(80));
-                    break;
-                default: ops::setFnMode(t, pick(2) == 1, {}); break;
-            }
-        }
-        std::string error;
-        const std::optional<std::string> document = ops::exportConfiguration(db_, error);
-        ASSERT_TRUE(document) << error;
-        DeviceSQLite fresh = DeviceSQLite::atPath(dir_ / ("copy" + std::to_string(sequence) + ".sqlite3"));
-        ASSERT_EQ(ops::importConfiguration({fresh}, *document).message, "") << sequence;
-        EXPECT_EQ(ops::exportConfiguration(fresh, error), document) << sequence;
-    }
-}
-
 }  // namespace
 }  // namespace qx9::test

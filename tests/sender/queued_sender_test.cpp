@@ -104,17 +104,5 @@ TEST_F(QueuedSenderTest, ChangesWhileOneIsSentMergeAndTheLastValueIsSent) {
     EXPECT_EQ(decodeLightMode(keyboard_->memory())->mode, ops::kEffectRolling);
 }
 
-TEST_F(QueuedSenderTest, AKeyboardThatDoesNotTakeABlockIsReported) {
-    sender_->setPresent(false);
-    sender_->send({SendSystemFunctionData()});
-    ASSERT_TRUE(sender_->finish(10s));
-    sender_->setPresent(true);
-    keyboard_->vanish();
-    sender_->send({SendKeyMacroData(1, 0)});
-    ASSERT_TRUE(sender_->finish(10s));
-    EXPECT_EQ(results(), (std::vector<std::pair<BlockRequest::Kind, SendResult::Status>>{
-                             {BlockRequest::kSystemFunctions, SendResult::kNotSent}, {BlockRequest::kKeyMap, SendResult::kNotSent}}));
-}
-
 }  // namespace
 }  // namespace qx9::test

@@ -203,9 +203,6 @@ protected:
     std::string colour() const {
         return sql("SELECT byte1||' '||byte2||' '||byte3 FROM t_lightdata WHERE profId = 1 AND mode = 1");
     }
-    std::string fields() {
-        return page().light_edit_color_r() + " " + page().light_edit_color_g() + " " + page().light_edit_color_b();
-    }
 };
 
 TEST_F(BacklightColourTest, NumberFieldsValidateAndKeepOnlyFullChannels) {
@@ -232,45 +229,6 @@ TEST_F(BacklightColourTest, NumberFieldsValidateAndKeepOnlyFullChannels) {
     page().controlTextDidChange(ColorChannel::kBlue, "0");
     EXPECT_EQ(page().light_edit_color_b(), "0");
     EXPECT_EQ(colour(), "255 255 0");
-}
-
-TEST_F(BacklightColourTest, PresetsStoreTheirColourAndCrossIntoThePerKeyFields) {
-    const int presets[14][3] = {{255, 0, 0},   {255, 0, 252}, {126, 0, 255}, {0, 0, 255},   {0, 137, 253},
-                                {0, 252, 255}, {51, 153, 51}, {0, 255, 0},   {180, 255, 0}, {255, 246, 0},
-                                {255, 168, 0}, {234, 84, 19}, {255, 255, 255}, {0, 0, 0}};
-    const UserLightPage& u = session_->userLights;
-    for (int i = 0; i < 14; ++i) {
-        SCOPED_TRACE(i + 1);
-        const int* p = presets[i];
-        const std::uint32_t rgb = static_cast<std::uint32_t>(p[0] << 16 | p[1] << 8 | p[2]);
-        page().colorButtonAction({ColorButtonPress::kLightPreset, i + 1});
-        EXPECT_EQ(colour(), std::to_string(p[0]) + " " + std::to_string(p[1]) + " " + std::to_string(p[2]));
-        EXPECT_EQ(page().light_btn_color(), rgb);
-        EXPECT_EQ(page().keyColours(), uniform(rgb));
-        EXPECT_EQ(sentLightMode().blue, p[2]);
-        // The per-key page's fields take it; this page's own fields do not.
-        EXPECT_EQ(u.userlight_edit_color_r() + " " + u.userlight_edit_color_g() + " " + u.userlight_edit_color_b(),
-                  colour());
-        EXPECT_EQ(fields(), "0 0 0");
-    }
-}
-
-TEST_F(BacklightColourTest, ColourPanelStoresTruncatedComponents) {
-    page().colorButtonAction({ColorButtonPress::kLightPreset, 5});  // swatch shows preset 5
-    page().colorButtonAction({ColorButtonPress::kLightSwatch});
-    EXPECT_EQ(page().colorPanel(), ColorPanelAction::LightColor);
-    page().lightColorPanel({0.5, 0.5, 0.5});
-    EXPECT_EQ(colour(), "127 127 127");
-    EXPECT_EQ(fields(), "127 127 127");
-    EXPECT_EQ(page().light_btn_color(), 0x0089FDu);  // the swatch is not changed
-    EXPECT_EQ(sentLightMode().green, 127);
-    page().lightColorPanel({200 / 255.0, 100 / 255.0, 1.0});
-    EXPECT_EQ(colour(), "200 100 255");
-    // Selecting an effect closes the panel; the per-key swatch opens it for the other page.
-    page().lightModeSelectionChanged(1);
-    EXPECT_EQ(page().colorPanel(), ColorPanelAction::Closed);
-    page().colorButtonAction({ColorButtonPress::kUserLightSwatch});
-    EXPECT_EQ(page().colorPanel(), ColorPanelAction::UserLightColor);
 }
 
 TEST_F(BacklightColourTest, RandomSwitchPreviewsTheExactColour) {

@@ -83,16 +83,5 @@ TEST_F(DeviceSessionTest, PagesAndTheirSends) {
     EXPECT_TRUE(session_->device.showingHomePage());
 }
 
-TEST_F(DeviceSessionTest, ArrivalOnAnotherThreadHandsTheLoadToTheMainThread) {
-    std::vector<std::function<void()>> mainQueue;
-    session_->core.config.postToMain = [&](std::function<void()> work) { mainQueue.push_back(std::move(work)); };
-    std::thread monitor([&] { connect(); });
-    monitor.join();
-    EXPECT_TRUE(sets().empty());
-    ASSERT_EQ(mainQueue.size(), 1u);
-    mainQueue.front()();
-    EXPECT_FALSE(sets().empty());
-}
-
 }  // namespace
 }  // namespace qx9::test

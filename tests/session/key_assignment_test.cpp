@@ -59,23 +59,6 @@ TEST_F(KeyAssignmentTest, PaletteChoiceStoresShowsMarksAndSends) {
     EXPECT_TRUE(session_->keys.selectedPaletteKey());
 }
 
-TEST_F(KeyAssignmentTest, MenuChoicesAndTheSwappedAltAndCommand) {
-    session_->keys.keyboardKeyAction("escape");
-    session_->keys.MenuItemMouseUpAction(KeyPage::kMenuDisable);
-    EXPECT_EQ(row("macroType || ',' || macroValue || ',' || macroDesc", 0, 41), "2,1,Disable Keys");
-    EXPECT_EQ(session_->keys.keys()[0].keyMacro, "Disable Keys");
-    clearWire();
-    session_->keys.MenuItemMouseUpAction(KeyPage::kMenuDefault);
-    EXPECT_EQ(session_->keys.keys()[0].keyMacro, "Escape");  // the code map's text
-    EXPECT_FALSE(session_->keys.isMacro(0));
-    EXPECT_EQ(commandCodes(), kKeyMap);  // a complete download still
-    // The swapped Alt and Command keys show each other's marks.
-    session_->keys.keyboardKeyAction("leftWin");  // layout position 58, code 227
-    session_->keys.MenuItemMouseUpAction(KeyPage::kMenuDisable);
-    EXPECT_TRUE(session_->keys.isMacro(59));
-    EXPECT_FALSE(session_->keys.isMacro(58));
-}
-
 TEST_F(KeyAssignmentTest, DialogChoicesAreStoredOnTheBaseLayerAndSentOnSaveAndOnClose) {
     ASSERT_EQ(session_->core.db()->addMacroProfile("Macro1"), 1);
     ASSERT_EQ(session_->core.db()->addMacroProfile("Macro2"), 2);
@@ -149,15 +132,6 @@ TEST_F(KeyAssignmentTest, LayerSwitchKeepsTheMarksOfThePreviousLayer) {
     session_->keys.loadKeyMacroData();
     EXPECT_FALSE(session_->keys.isMacro(30));
     EXPECT_TRUE(session_->keys.isMacro(48));
-}
-
-TEST_F(KeyAssignmentTest, FnModeIsStoredUnderProfileOneAndSent) {
-    session_->profiles.customkey_button_profile(ProfileList::kAdd);
-    session_->profiles.tableSelectionChanged(1);
-    clearWire();
-    session_->keys.textButtonAction(1);
-    EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'fnfunction' AND profId = 1"), "1");
-    EXPECT_EQ(decodeSystemFunctions(keyboard_->memory())->fnFunction, 1);
 }
 
 }  // namespace

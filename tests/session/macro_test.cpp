@@ -97,29 +97,6 @@ TEST_F(MacroTest, NewMacrosAreNamedAfterTheRowCountAndListEditsSendNothing) {
     EXPECT_TRUE(sets().empty());
 }
 
-TEST_F(MacroTest, AKeyInsertedByHandIsAPairWithAPauseOnTheKeyboardAndNoKeyNothing) {
-    const std::int64_t id = newMacro();
-    newMacro();  // a second macro without events
-    page().macroTableSelectionChanged(0);
-    page().radio_action_keyboardevent();
-    EXPECT_FALSE(page().controls().insertevent_edit);
-    page().button_action_insertevent();  // nothing captured, then keypad 1, which the QX9 lacks
-    key(89, 1, 1000);
-    page().button_action_insertevent();
-    EXPECT_EQ(page().controls().insertevent_edit_text, "");
-    EXPECT_TRUE(sets().empty());
-    key(4, 1, 1000);
-    EXPECT_EQ(page().controls().insertevent_edit_text, "A");
-    key(4, 0, 1100);
-    EXPECT_TRUE(page().RecordListDatas().empty());  // only shown so far
-    page().button_action_insertevent();
-
-    EXPECT_EQ(shown(), (std::vector<std::string>{"[KEY DOWN] A", "[KEY UP] A"}));
-    EXPECT_EQ(stored(id), "0=2:4:A, 1=3:4:A");
-    EXPECT_EQ(commandCodes(), kDownload);
-    EXPECT_EQ(onKeyboard(), "down 04, delay 10, up 04");
-}
-
 TEST_F(MacroTest, InsertPlacesTheNewEventsAndStoresAndSendsTheList) {
     // position: 0 before, 1 after; input: the typed delay, or the mouse pop-up item.
     const struct { const char* name; int selected, position, kind; std::string input;

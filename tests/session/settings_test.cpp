@@ -8,27 +8,6 @@ namespace {
 
 using SettingsTest = SessionTest;
 
-TEST_F(SettingsTest, StoredLanguageAtConnection) {
-    const struct { const char* stored; int row, language; const char* after; } cases[] = {
-        {"2052", 1, kLanguageSimplifiedChinese, "2052"},
-        {"1033", 0, kLanguageEnglish, "1033"},
-        {"1028", 2, kLanguageTraditionalChinese, "1028"},
-        {"", 0, kLanguageSimplifiedChinese, "2052"},  // English row, Chinese texts
-        {"9999", -1, kLanguageSimplifiedChinese, "9999"},  // left as it was
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.stored);
-        std::filesystem::remove(dbPath_);
-        DeviceSQLite::atPath(dbPath_).updateConfigData(1, "language", c.stored);
-        curLanguage = kLanguageSimplifiedChinese;
-        session_ = openSession(dbPath_, recorder_, events_);
-        connect(std::make_shared<VirtualQX9>());
-        EXPECT_EQ(session_->settings.languageRow(), c.row);
-        EXPECT_EQ(curLanguage, c.language);
-        EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE key = 'language'"), c.after);
-    }
-}
-
 TEST_F(SettingsTest, LanguageBoxActsOnlyOnceTheKeyboardIsLoaded) {
     session_->settings.comboBoxSelectionDidChange(2);
     EXPECT_EQ(curLanguage, kLanguageSimplifiedChinese);

@@ -178,33 +178,6 @@ TEST(StoreBadFiles, ReadOnlyFileIsReadButNeverWritten) {
     EXPECT_EQ(fileBytes(file), before);
 }
 
-TEST(StoreBadFiles, TableThatCannotBeCreatedStopsCreationAndDefaults) {
-    TempDir dir;
-    const fs::path file = dir / "old.sqlite3";
-    {
-        SqlFile sql(file);
-        sql.exec(
-            "CREATE TABLE t_profile (profId INTEGER PRIMARY KEY NOT NULL, name TEXT);"
-            "INSERT INTO t_profile VALUES (5, 'Kept');"
-            "CREATE TABLE other (a); CREATE INDEX t_keyrgb ON other (a)");
-    }
-    ConsoleCapture console;
-    DeviceSQLite db = DeviceSQLite::atPath(file);
-    EXPECT_EQ(console.text(),
-              "createTable fail there is already an index named t_keyrgb\n"
-              "init: connect success\n");
-    SqlFile sql(file);
-    EXPECT_EQ(sql.tables(), (Rows{"t_profile", "other", "t_configdata", "t_lightdata"}));
-    EXPECT_EQ(sql.value("SELECT count(*) FROM t_configdata"), "0");
-
-    // The tables that exist work; the missing ones give their "nothing" results.
-    EXPECT_EQ(db.addProfile("Six"), 6);
-    EXPECT_EQ(sql.rows("SELECT * FROM t_profile"), (Rows{"5|Kept", "6|Six"}));
-    std::vector<ProfileKey> keys;
-    EXPECT_FALSE(db.queryKeysProfile(5, 0, keys));
-    EXPECT_EQ(db.addKeyProfile({0, 0, 5, 4, kMacroTypeKey, 5, 0, 0, "B"}), 0);
-}
-
 using StoreDeathTest = StoreTest;
 
 // Damaged rows are read as the nearest sound value; only a caller's own mistake stops.

@@ -34,19 +34,6 @@ TEST(StoreLocation, FileLivesInTheDataDirectoryOfTheApplication) {
     }
 }
 
-TEST_F(StoreTest, FirstStartHoldsOneProfileAndTheGlobalSettings) {
-    EXPECT_EQ(console_.text(), "createTable success\ninit: connect success\n");
-    EXPECT_EQ(sql_.rows("SELECT * FROM t_profile"), Rows{"1|Configuration File 1"});
-    // The global settings: thirteen keys, each once, all under profile 1.
-    EXPECT_EQ(sql_.value("SELECT count(DISTINCT key) || '/' || count(*) || '/' || "
-                         "group_concat(DISTINCT profId) FROM t_configdata"),
-              "13/13/1");
-    for (const char* empty : {"t_lightdata", "t_keyrgb", "t_userlight_data", "t_userlight_leddata",
-                              "t_triggerkey", "t_keyprofile", "t_macro_data", "t_macrorecord"}) {
-        EXPECT_EQ(sql_.value(std::string("SELECT count(*) FROM ") + empty), "0") << empty;
-    }
-}
-
 TEST_F(StoreTest, FirstSelectionWritesTheModesAndLegacyValues) {
     ASSERT_EQ(db_.addProfile("Two"), 2);
     EXPECT_TRUE(db_.writeLightProfile(2));
@@ -74,32 +61,6 @@ TEST_F(StoreTest, FirstSelectionWritesTheModesAndLegacyValues) {
     EXPECT_EQ(sql_.value("SELECT group_concat(mode) FROM t_lightdata WHERE profId = 3"),
               "0,1,2,3,4");
     EXPECT_EQ(sql_.value("SELECT count(*) FROM t_configdata WHERE profId = 3"), "15");
-}
-
-TEST_F(StoreTest, GlobalSettingsOnlyIntoAnEmptyTable) {
-    // Into an empty table: the first row follows the argument, the other twelve go to profile 1.
-    sql_.exec("DELETE FROM t_configdata");
-    db_.initDBdata(7);
-    EXPECT_EQ(sql_.rows("SELECT profId, count(*) FROM t_configdata GROUP BY profId"),
-              (Rows{"1|12", "7|1"}));
-    EXPECT_EQ(sql_.value("SELECT key FROM t_configdata WHERE profId = 7"), "keyboardLayout");
-    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_profile"), "1");
-
-    // Any row at all, even of another profile, keeps them out.
-    sql_.exec(
-        "DELETE FROM t_configdata; DELETE FROM t_profile;"
-        "INSERT INTO t_configdata (key, profId, value) VALUES ('x', 9, 'y')");
-    db_.initDBdata(1);
-    EXPECT_EQ(sql_.rows("SELECT * FROM t_profile"), Rows{"1|Configuration File 1"});
-    EXPECT_EQ(sql_.rows("SELECT key FROM t_configdata"), Rows{"x"});
-
-    // A refused row keeps the rows before it.
-    sql_.exec("DELETE FROM t_configdata");
-    sql_.refuse("BEFORE INSERT ON t_configdata WHEN NEW.key = 'gamemode'");
-    console_.clear();
-    db_.initDBdata(1);
-    EXPECT_EQ(console_.text(), "insertRow  fail refused\n");
-    EXPECT_EQ(sql_.rows("SELECT key FROM t_configdata"), (Rows{"keyboardLayout", "language"}));
 }
 
 TEST_F(StoreTest, ResetOfProfileOneDropsGlobalSettingsAndKeepsModeParameters) {

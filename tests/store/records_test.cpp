@@ -12,18 +12,6 @@ ProfileKey key(std::int64_t layer, std::int64_t keyValue, std::int64_t value,
     return {0, layer, 1, keyValue, kMacroTypeKey, value, value + 1, value + 2, desc};
 }
 
-TEST_F(StoreTest, ProfileListAppendsInIdOrder) {
-    EXPECT_EQ(db_.addProfile("x'); DROP TABLE t_profile; --"), 2);
-    EXPECT_TRUE(db_.updateProfileName(1, "Game \"quoted\""));
-    std::vector<ProfileData> list = {{99, "already there"}};
-    EXPECT_TRUE(db_.queryProfileList(list));
-    Rows got;
-    for (const ProfileData& p : list) got.push_back(joined(p.profId, p.name));
-    const Rows stored = {"1|Game \"quoted\"", "2|x'); DROP TABLE t_profile; --"};
-    EXPECT_EQ(got, (Rows{"99|already there", stored[0], stored[1]}));
-    EXPECT_EQ(sql_.rows("SELECT * FROM t_profile"), stored);
-}
-
 TEST_F(StoreTest, DeletingTheLastProfileHandsItsIdAndRowsToTheNextOne) {
     ASSERT_EQ(db_.addProfile("Two"), 2);
     db_.writeLightProfile(2);
@@ -38,43 +26,6 @@ TEST_F(StoreTest, DeletingTheLastProfileHandsItsIdAndRowsToTheNextOne) {
     db_.queryKeysProfile(2, 0, keys);
     EXPECT_EQ(strs(keys), Rows{"1|2|0|4|3|5|0|0|B"});
     EXPECT_EQ(db_.getLightModeSelectIndex(2), 6);
-}
-
-TEST_F(StoreTest, ConfigValuesByProfileAndKey) {
-    EXPECT_TRUE(db_.writeConfigData(2, "onlytwo", ""));
-    EXPECT_EQ(db_.getConfigData(1, "onlytwo"), "");  // only under another profile
-    EXPECT_FALSE(db_.hasConfigData(1, "onlytwo"));
-    EXPECT_TRUE(db_.hasConfigData(2, "onlytwo"));  // an empty value has its row
-
-    EXPECT_TRUE(db_.updateConfigData(1, "missing", "1"));  // never adds a key
-    EXPECT_EQ(sql_.value("SELECT count(*) FROM t_configdata WHERE key = 'missing'"), "0");
-
-    // Duplicates: every one changes, the first one is read.
-    EXPECT_TRUE(db_.writeConfigData(3, "dup", "a"));
-    EXPECT_TRUE(db_.writeConfigData(3, "dup", "b"));
-    EXPECT_EQ(db_.getConfigData(3, "dup"), "a");
-    EXPECT_TRUE(db_.updateConfigData(3, "dup", "c"));
-    EXPECT_EQ(sql_.rows("SELECT value FROM t_configdata WHERE key = 'dup'"), (Rows{"c", "c"}));
-}
-
-TEST_F(StoreTest, ReassignedKeyGetsANewerRowAndLayersStaySeparate) {
-    EXPECT_EQ(db_.addKeyProfile(key(0, 10, 5, "first")), 1);
-    db_.addKeyProfile(key(0, 20, 6));
-    db_.addKeyProfile(key(1, 10, 9, "fn"));
-    EXPECT_EQ(db_.addKeyProfile(key(0, 10, 7, "second")), 4);
-
-    // Appended after the caller's entry, in the order of the last assignment.
-    std::vector<ProfileKey> base(1);
-    EXPECT_TRUE(db_.queryKeysProfile(1, 0, base));
-    const Rows stored = {"2|1|0|20|3|6|7|8|X", "4|1|0|10|3|7|8|9|second"};
-    EXPECT_EQ(strs(base), (Rows{"0|0|0|0|0|0|0|0|", stored[0], stored[1]}));
-    EXPECT_EQ(sql_.rows("SELECT * FROM t_keyprofile WHERE fnlayerId = 0"), stored);
-
-    ProfileKey record = key(1, 77, 77, "caller's");
-    EXPECT_FALSE(db_.queryKeyProfile(1, 1, 20, record));
-    EXPECT_EQ(record.macroDesc, "caller's");
-    EXPECT_TRUE(db_.queryKeyProfile(1, 1, 10, record));
-    EXPECT_EQ(str(record), "3|1|1|10|3|9|10|11|fn");
 }
 
 TEST_F(StoreTest, ValueZeroClearsKeyZeroTouchesNothingAndARefusalClears) {
@@ -96,37 +47,6 @@ TEST_F(StoreTest, ValueZeroClearsKeyZeroTouchesNothingAndARefusalClears) {
     EXPECT_EQ(sql_.rows("SELECT keyvalue FROM t_keyprofile"), Rows{"0"});
 }
 
-TEST_F(StoreTest, MacroHeaderDefaultsAndItsWriter) {
-    EXPECT_EQ(db_.addMacroProfile("Combo"), 1);
-    EXPECT_EQ(sql_.rows("SELECT * FROM t_macro_data"), Rows{"1|1|0|0|Combo"});
-    EXPECT_TRUE(db_.modifyMacroInfo({1, 3, 2, 50, "ignored"}));
-    MacroInfo info;
-    EXPECT_TRUE(db_.queryMacroInfo(1, info));
-    EXPECT_EQ(str(info), "1|3|2|50|Combo");
-    EXPECT_FALSE(db_.queryMacroInfo(2, info));
-
-    std::vector<MacroInfo> list(2);
-    db_.addMacroProfile("Second");
-    EXPECT_EQ(db_.queryAllMacroData(list), 4);
-    EXPECT_EQ(str(list[3]), "2|1|0|0|Second");
-}
-
-TEST_F(StoreTest, EventsComeBackInInsertionOrder) {
-    const std::int64_t a = db_.addMacroProfile("A");
-    const std::int64_t b = db_.addMacroProfile("B");
-    db_.addMacroRecord(event(a, kRecordKeyDown, 2, 4));
-    db_.addMacroRecord(event(a, kRecordDelay, 0, 30));
-    db_.addMacroRecord(event(b, kRecordMouseDown, 0, 1));
-    db_.addMacroRecord(event(a, kRecordKeyUp, 1, 4));
-
-    std::vector<RecordInfo> events;
-    EXPECT_EQ(db_.queryMacroRecord(a, events), 3);
-    const Rows expected = {"1|1|2|2|e2|4", "2|1|1|0|e0|30", "4|1|3|1|e1|4"};
-    EXPECT_EQ(strs(events), expected);
-    EXPECT_EQ(sql_.rows("SELECT * FROM t_macrorecord WHERE macro_id = 1"), expected);
-    EXPECT_EQ(db_.getRecordCount(), 4);
-}
-
 TEST_F(StoreTest, AMacroGoesWithItsEventsOrNotAtAll) {
     for (const char* name : {"A", "B", "C"}) {
         db_.addMacroRecord(event(db_.addMacroProfile(name), kRecordDelay, 0, 10));
@@ -140,17 +60,6 @@ TEST_F(StoreTest, AMacroGoesWithItsEventsOrNotAtAll) {
     EXPECT_EQ(sql_.rows("SELECT macro_id FROM t_macro_data"), (Rows{"1", "2"}));
     EXPECT_EQ(sql_.rows("SELECT macro_id FROM t_macrorecord"), (Rows{"1", "2"}));
     EXPECT_EQ(db_.countMacros(), 2);
-}
-
-TEST_F(StoreTest, OneSelectedModeAndARefusedSelectionLeavesNone) {
-    db_.writeLightProfile(1);
-    EXPECT_EQ(db_.getLightModeSelectIndex(3), 0);  // no rows at all
-    EXPECT_TRUE(db_.selectLightMode(1, 7));
-    EXPECT_EQ(db_.getLightModeSelectIndex(1), 7);
-    EXPECT_EQ(sql_.rows("SELECT profId, mode FROM t_lightdata WHERE status = 1"), Rows{"1|7"});
-    sql_.refuse("BEFORE UPDATE OF status ON t_lightdata WHEN NEW.status = 1");
-    EXPECT_FALSE(db_.selectLightMode(1, 4));
-    EXPECT_EQ(db_.getLightModeSelectIndex(1), 0);
 }
 
 TEST_F(StoreTest, LightRecordIsStoredUnderTheModeArgumentAndReadBack) {

@@ -67,42 +67,6 @@ TEST_F(StoreTest, AFailedOperationUndoesItsOwnWritesOrTheWholeTransaction) {
     }
 }
 
-TEST_F(StoreTest, ATransactionThatCannotBeginWritesNothing) {
-    sql_.exec("BEGIN IMMEDIATE");  // another process holds the write lock past the busy timeout
-    {
-        DeviceSQLite::Transaction transaction = db_.beginTransaction();
-        EXPECT_FALSE(transaction.active());
-        sql_.exec("COMMIT");
-        // The lock is free again, but the operations must not each commit on their own.
-        EXPECT_EQ(db_.addProfile("Two"), 0);
-        EXPECT_FALSE(db_.updateProfileName(1, "Renamed"));
-        EXPECT_FALSE(transaction.commit());
-    }
-    EXPECT_EQ(db_.addProfile("Three"), 2);
-    EXPECT_EQ(sql_.rows("SELECT name FROM t_profile"), (Rows{"Configuration File 1", "Three"}));
-}
-
-TEST_F(StoreTest, MacroEventsAndHeaderAreSavedTogether) {
-    // Macro 2 with an event refused, then its header, macro 77 that does not exist, then macro 2
-    // saved: the events are stored under the macro's id, indexed by position, whatever they say.
-    const std::vector<RecordInfo> events = {event(9, kRecordKeyDown, 7, 99), event(9, kRecordKeyUp, 7, 30)};
-    const std::pair<const char*, std::int64_t> cases[] = {
-        {"BEFORE INSERT ON t_macrorecord WHEN NEW.record_value = 30", 2},
-        {"BEFORE UPDATE ON t_macro_data", 2}, {nullptr, 77}, {nullptr, 2}};
-    db_.addMacroRecord(event(db_.addMacroProfile("Other"), kRecordDelay, 0, 5));
-    db_.addMacroRecord(event(db_.addMacroProfile("M"), kRecordDelay, 0, 10));
-    for (const auto& [refuse, macro] : cases) {
-        if (refuse) sql_.refuse(refuse);
-        const bool saved = !refuse && macro == 2;
-        EXPECT_EQ(db_.saveMacro({macro, 3, 1, 50, "ignored"}, events), saved) << (refuse ? refuse : "") << macro;
-        sql_.allowAll();
-        EXPECT_EQ(sql_.rows("SELECT * FROM t_macro_data"),
-                  (Rows{"1|1|0|0|Other", saved ? "2|3|1|50|M" : "2|1|0|0|M"}));
-        EXPECT_EQ(sql_.rows("SELECT macro_id, record_type, record_index, record_value FROM t_macrorecord"),
-                  (saved ? Rows{"1|1|0|5", "2|2|0|99", "2|3|1|30"} : Rows{"1|1|0|5", "2|1|0|10"}));
-    }
-}
-
 // A small configuration: ids out of step with the row order, a light row without a name.
 Configuration sampleConfiguration() {
     Configuration c;
@@ -115,25 +79,6 @@ Configuration sampleConfiguration() {
     c.macros = {{6, 2, 1, 40, "Combo"}};
     c.macroEvents = {{12, 6, kRecordKeyUp, 1, 4, "A up"}, {8, 6, kRecordKeyDown, 0, 4, "A"}};
     return c;
-}
-
-TEST_F(StoreTest, ReplacedConfigurationKeepsItsIdsAndReadsBackTheSame) {
-    db_.writeLightProfile(1);
-    sql_.exec("INSERT INTO t_triggerkey (profId, layer, keyvalue, keydesc) VALUES (1, 0, 4, 'A')");
-    std::string error;
-    ASSERT_TRUE(db_.replaceConfiguration(sampleConfiguration(), error)) << error;
-    const Rows replaced = sql_.dump();
-    EXPECT_EQ(replaced,
-              (Rows{"t_profile|1|One", "t_profile|5|Five", "t_configdata|7|language|1|1033",
-                    "t_lightdata|11|5|NULL|3|1|2|3|4|5|6|7|8|9|10|11|1",
-                    "t_userlight_data|3|5|Sunset|14|13", "t_userlight_leddata|4|3|41|1223663",
-                    "t_triggerkey|1|1|0|4|A", "t_keyprofile|9|5|1|4|3|5|6|7|B",
-                    "t_macro_data|6|2|1|40|Combo", "t_macrorecord|8|6|2|0|A|4",
-                    "t_macrorecord|12|6|3|1|A up|4"}));
-
-    const std::optional<Configuration> read = db_.readConfiguration(error);
-    ASSERT_TRUE(read) << error;
-    EXPECT_EQ(strs(read->macroEvents), (Rows{"8|6|2|0|A|4", "12|6|3|1|A up|4"}));  // id order
 }
 
 TEST_F(StoreTest, ConfigurationThatFailsPartWayLeavesTheFileAsItWas) {
