@@ -36,6 +36,10 @@ LightColor lightColorOf(std::uint8_t r, std::uint8_t g, std::uint8_t b) {
     return {r / 255.0, g / 255.0, b / 255.0};
 }
 
+LightColor lightColorOf(std::uint32_t rgb) {
+    return lightColorOf(static_cast<std::uint8_t>(rgb >> 16), static_cast<std::uint8_t>(rgb >> 8), static_cast<std::uint8_t>(rgb));
+}
+
 std::uint32_t packedLightColor(const LightColor& c) {
     if (c == LightColor{}) return 0;
     return static_cast<std::uint32_t>(colorComponentByte(c.red)) << 16 |

@@ -32,6 +32,8 @@ struct ColorButtonPress {
 
 // The colour of a byte triple, each component exactly value / 255.
 LightColor lightColorOf(std::uint8_t r, std::uint8_t g, std::uint8_t b);
+// The same for 0xRRGGBB.
+LightColor lightColorOf(std::uint32_t rgb);
 // 0xRRGGBB of a colour as Apply stores it: 0 for black, otherwise each component × 255 truncated.
 std::uint32_t packedLightColor(const LightColor& color);
 // The fourteen preset colours of both lighting pages (index 1–14; any other index is red).

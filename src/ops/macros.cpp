@@ -169,13 +169,13 @@ Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<Re
         DeviceSQLite::Transaction transaction = target.db.beginTransaction();
         if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
         if (loaded && storedEvents(target.db, macro) != *loaded) return Outcome::changedMeanwhile("the macro");
-        MacroInfo info;
         if (delayMode == kKeepDelayMode) {
-            target.db.queryMacroInfo(macro, info);
-            delayMode = info.delayType;
-            delayTime = info.delayTime;
-            info = {};
+            MacroInfo stored;
+            target.db.queryMacroInfo(macro, stored);
+            delayMode = stored.delayType;
+            delayTime = stored.delayTime;
         }
+        MacroInfo info;
         info.macroId = macro;
         info.playTimes = 0;
         if (delayMode == kNoDelay || delayMode == kDefaultDelay) info.delayType = delayMode;
@@ -245,10 +245,6 @@ std::int64_t countedEvents(const DeviceSQLite& db, std::int64_t macro, const std
     }
     return count;
 }
-
-}  // namespace
-
-namespace {
 
 // The macros a download would carry, with `edited` standing for the stored events of `macro`.
 std::vector<protocol::MacroWithEvents> macrosAsEdited(const DeviceSQLite& db, std::int64_t macro,

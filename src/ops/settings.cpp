@@ -143,10 +143,5 @@ int storedSleepTime(const DeviceSQLite& db) {
     return -1;
 }
 
-protocol::SystemSwitches gameModeSwitches(const DeviceSQLite& db) {
-    return {true, db.getConfigData(kSettingsProfile, kBlockAltTab) == "1",
-            db.getConfigData(kSettingsProfile, kBlockAltF4) == "1",
-            db.getConfigData(kSettingsProfile, kBlockWin) == "1"};
-}
 
 }  // namespace qx9::ops

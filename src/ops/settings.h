@@ -66,7 +66,6 @@ Outcome resetAll(const Target& target);
 Outcome sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches);
 // The switches as the settings page shows them after loading: all off unless game mode is on.
 using ::qx9::storedSwitches;
-// Game mode on with the three blocks as stored.
-protocol::SystemSwitches gameModeSwitches(const DeviceSQLite& db);
+using ::qx9::gameModeSwitches;  // game mode on with the three blocks as stored
 
 }  // namespace qx9::ops

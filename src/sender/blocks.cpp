@@ -130,6 +130,10 @@ std::int64_t keyboardProfile(const DeviceSQLite& db) {
 
 protocol::SystemSwitches storedSwitches(const DeviceSQLite& db) {
     if (db.getConfigData(kSettingsProfile, kGameMode) != "1") return {};
+    return gameModeSwitches(db);
+}
+
+protocol::SystemSwitches gameModeSwitches(const DeviceSQLite& db) {
     return {true, db.getConfigData(kSettingsProfile, kBlockAltTab) == "1",
             db.getConfigData(kSettingsProfile, kBlockAltF4) == "1", db.getConfigData(kSettingsProfile, kBlockWin) == "1"};
 }

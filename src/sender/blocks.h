@@ -30,5 +30,7 @@ void dropDamagedEvents(std::vector<RecordInfo>& events);
 std::int64_t keyboardProfile(const DeviceSQLite& db);
 // The four switches as stored: all off unless game mode is on.
 protocol::SystemSwitches storedSwitches(const DeviceSQLite& db);
+// Game mode on with the three blocks as stored.
+protocol::SystemSwitches gameModeSwitches(const DeviceSQLite& db);
 
 }  // namespace qx9

@@ -78,20 +78,12 @@ void UserLightPage::loadUserLightInfo(int index) {
     if (const std::optional<ops::Target> target = s_.core.target()) s_.core.report(ops::showUserLight(*target, userlight_id_));
 }
 
-namespace {
-
-LightColor colourOf(std::uint32_t rgb) {
-    return lightColorOf(static_cast<std::uint8_t>(rgb >> 16), static_cast<std::uint8_t>(rgb >> 8), static_cast<std::uint8_t>(rgb));
-}
-
-}  // namespace
-
 void UserLightPage::showSetColours() {
     resetKeyColor();
     if (DeviceSQLite* db = s_.core.db()) {
         const std::vector<std::uint32_t> colours = ops::setColours(*db, userlight_id_);
         for (std::size_t p = 0; p < colours.size() && p < keyColors_.size(); ++p) {
-            if (colours[p] != 0) setKeyColor(p, colourOf(colours[p]));
+            if (colours[p] != 0) setKeyColor(p, lightColorOf(colours[p]));
         }
     }
     loaded_ = keyColours_;
@@ -103,7 +95,7 @@ void UserLightPage::rebase() {
     if (!db || userlight_id_ < 1) return;
     const std::vector<std::uint32_t> stored = ops::setColours(*db, userlight_id_);
     for (std::size_t p = 0; p < stored.size() && p < keyColours_.size() && p < loaded_.size(); ++p) {
-        if (keyColours_[p] == loaded_[p] && stored[p] != keyColours_[p]) setKeyColor(p, colourOf(stored[p]));
+        if (keyColours_[p] == loaded_[p] && stored[p] != keyColours_[p]) setKeyColor(p, lightColorOf(stored[p]));
     }
     loaded_ = stored;
     s_.core.notify(SessionAspect::UserLights);
