@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cstdio>
 
 #include "app/app_resources.h"
@@ -133,10 +134,18 @@ void KeyboardViewController::initViewUI() {
     transferLayout->setContentsMargins(0, 0, 16, 0);
     transferText_ = new QLabel(transfer_);
     transferText_->setObjectName("transfer_text");
+    // Room for the text in any language with a count of waiting changes, so that the header
+    // keeps it whole at the window's smallest size.
+    transferText_->ensurePolished();
+    int textWidth = 0;
+    for (const std::string& t : extraTextInEveryLanguage(ExtraText::kSending)) {
+        textWidth = std::max(textWidth, transferText_->fontMetrics().horizontalAdvance(QString::fromStdString(t) + " (+99)"));
+    }
+    transferText_->setMinimumWidth(textWidth);
     progress_ = new QProgressBar(transfer_);
     progress_->setObjectName("transfer_progress");
     progress_->setTextVisible(false);
-    progress_->setFixedSize(120, 6);
+    progress_->setFixedSize(80, 6);
     transferLayout->addWidget(transferText_);
     transferLayout->addWidget(progress_);
     transfer_->hide();

@@ -110,4 +110,9 @@ std::string extraText(ExtraText id) {
     }
 }
 
+std::array<std::string, 3> extraTextInEveryLanguage(ExtraText id) {
+    const Texts t = textsOf(id);
+    return {t.english, t.simplified, t.traditional};
+}
+
 }  // namespace qx9

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 
 namespace qx9 {
@@ -53,5 +54,8 @@ enum class ExtraText {
 };
 
 std::string extraText(ExtraText id);
+// English, Simplified and Traditional Chinese, whatever the current language (for room that
+// must fit any of them).
+std::array<std::string, 3> extraTextInEveryLanguage(ExtraText id);
 
 }  // namespace qx9

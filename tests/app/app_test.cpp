@@ -244,6 +244,10 @@ private slots:
 
     void nothingCutOffAtTheMinimumSize() {
         enterPages();
+        // The transfer in the header too: another program holds the keyboard throughout.
+        QVERIFY(controller_->virtualKeyboard()->lockExclusive(std::chrono::seconds(1)));
+        QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);
+        QTRY_VERIFY(child<QWidget>("transfer_bar")->isVisible());
         for (int language = 0; language < 3; ++language) {
             child<QComboBox>("combo_language")->setCurrentIndex(language);
             for (const char* page : {"customkey_btn", "macro_btn", "light_btn", "userlight_btn", "config_btn"}) {
@@ -262,6 +266,7 @@ private slots:
                 }
             }
         }
+        controller_->virtualKeyboard()->unlock();
     }
 
     void followsAScriptOnTheSameDatabase();
