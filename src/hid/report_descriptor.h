@@ -13,8 +13,9 @@ struct ReportSizes {
     std::int64_t output = 0;
     std::int64_t feature = 0;
     bool valid = false;
-    // Some input report carries keys: an Input item of the Keyboard/Keypad (0x07) or Consumer
-    // (0x0C) usage page, by its global usage page or an extended usage.
+    // Some input report carries keys: an Input item whose usages (Usage, Usage Minimum/Maximum,
+    // short or extended, under the usage page in force before or after them) fall on the
+    // Keyboard/Keypad (0x07) or Consumer (0x0C) page or on Generic Desktop's System Control keys.
     bool keystrokeInputs = false;
 };
 

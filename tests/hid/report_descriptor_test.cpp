@@ -47,6 +47,15 @@ const DescriptorCase kCases[] = {
     {"ConsumerBesideReport4", std::string(kConfigurationInterface) + " " + kConsumerInterface, 3, 0, 64, true, 64, true},
     {"ExtendedKeyboardUsage", "06 0A FF 09 01 A1 01 85 04 75 08 95 3F 09 01 B1 02 85 05 95 08 0B E0 00 07 00 81 02 C0",
      9, 0, 64, true, 64, true},
+    {"ExtendedKeyRange", kExtendedKeyRange, 7, 0, 64, true, 64, true},
+    {"ExtendedConsumerRange", kExtendedConsumerRange, 3, 0, 64, true, 64, true},
+    {"SystemControlKeys", kSystemControlKeys, 2, 0, 64, true, 64, true},
+    {"KeyPagePopped", kKeyPagePopped, 7, 0, 64, true, 64, true},
+    // A mouse (buttons, X, Y, wheel) and the Generic Desktop usages below System Control carry no keys.
+    {"Mouse",
+     "05 01 09 02 A1 01 09 01 A1 00 05 09 19 01 29 03 15 00 25 01 95 03 75 01 81 02 95 01 75 05 81 01"
+     " 05 01 09 30 09 31 09 38 15 81 25 7F 75 08 95 03 81 06 C0 C0",
+     4, 0, 0, true},
     // Long items between short ones; push saves 8 × 16; the 1-bit input in between, then 128 bits
     // again: 129 bits in, 17 bytes; the feature after the pop is 128 bits, 16 bytes.
     {"LongItemsAndPushPop",

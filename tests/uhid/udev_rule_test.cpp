@@ -75,6 +75,9 @@ TEST(UdevRule, TheSeatUserGetsTheConfigurationInterfaceAndNothingElse) {
         {{kKeyboardInterface, kConsumerInterface, kConfigurationInterface}, {false, false, true}},
         {{kKeyboardInterface, kConsumerInterface, shorter.c_str()}, {false, false, false}},
         {{kKeyboardInterface}, {false}},
+        // Keystrokes beside feature report 4, declared in ways only a full reading of the usages finds.
+        {{kExtendedKeyRange, kExtendedConsumerRange}, {false, false}},
+        {{kSystemControlKeys, kKeyPagePopped}, {false, false}},
     };
     for (const Case& c : cases) {
         const UsbKeyboard keyboard(c.interfaces);
