@@ -248,15 +248,23 @@ void printRecord(Context& c, std::int64_t id, const std::string& name) {
 
 void check(const ops::Outcome& outcome) {
     if (outcome) return;
-    throw UsageError{outcome.title.empty() ? outcome.message : outcome.title + ": " + outcome.text};
+    throw UsageError{outcome.title.empty() ? outcome.message : outcome.title + ": " + outcome.text, 1,
+                     outcome.status == ops::Outcome::kNotStored};
+}
+
+std::string Context::storeCause() const {
+    const StoreProblem problem = db_ ? db_->problem() : StoreProblem::kOther;
+    return problem == StoreProblem::kOther || problem == StoreProblem::kNone ? "" : describe(problem);
 }
 
 DeviceSQLite& Context::database() {
     if (db_) return *db_;
     db_ = DeviceSQLite::openFile(options.db);
     if (!db_->readable()) {
-        throw UsageError{"cannot read the database " + db_->filePath().string() +
-                         " (left as it is; move it aside to start afresh, or import a backup)"};
+        const StoreProblem problem = db_->problem();
+        throw UsageError{"cannot read the database " + db_->filePath().string() + ": " + describe(problem) +
+                         (moveAsideHelps(problem) ? " (left as it is; move it aside to start afresh, or import a backup)"
+                                                  : " (left as it is)")};
     }
     curLanguage = ops::languageInUse(*db_);
     return *db_;
@@ -298,7 +306,12 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
             c.wire = std::make_shared<WireLogWriter>(*wireFile);
         }
 
-        handler->second(c, std::vector<std::string>(options.command.begin() + 1, options.command.end()));
+        try {
+            handler->second(c, std::vector<std::string>(options.command.begin() + 1, options.command.end()));
+        } catch (UsageError& e) {
+            if (e.notStored && !c.storeCause().empty()) e.message += ": " + c.storeCause();
+            throw;
+        }
 
         if (c.sends && !c.hasKeyboard()) err << "qx9ctl: no keyboard attached: stored only, nothing was sent\n";
         setConsoleStream(previousConsole);

@@ -19,6 +19,7 @@ namespace qx9::ctl {
 struct UsageError {
     std::string message;
     int status = 1;
+    bool notStored = false;  // the database did not take a change: the cause is added to the message
 };
 // A command line of the wrong shape (a missing argument, an unknown subcommand): status 2.
 inline UsageError usageError(std::string message) { return {std::move(message), 2}; }
@@ -52,6 +53,8 @@ public:
     // The database and, when a keyboard is attached, its transport; marks the command as one
     // that sends.
     ops::Target target();
+    // Why the database did not take the last change, for the message (empty: no cause known).
+    std::string storeCause() const;
 
 private:
     std::unique_ptr<DeviceSQLite> db_;

@@ -48,6 +48,20 @@ Texts textsOf(ExtraText id) {
                     "程序以使用新的设置，或导入备份（qx9ctl import 文件）。",
                     "%1 已損壞或不是本程式的設定檔。沒有向鍵盤傳送任何內容，檔案保持原樣。請將其移走後重新啟動"
                     "程式以使用新的設定，或匯入備份（qx9ctl import 檔案）。"};
+        case ExtraText::kFileInUse:
+            return {"%1 is in use by another program. Nothing was stored or sent; try again when that program has "
+                    "finished with it.",
+                    "%1 正被其他程序使用。没有保存或发送任何内容；请在该程序用完后重试。",
+                    "%1 正被其他程式使用。沒有儲存或傳送任何內容；請在該程式用完後重試。"};
+        case ExtraText::kFileNotWritable:
+            return {"%1 cannot be written: the file or its folder is read-only. Nothing was stored or sent; the "
+                    "settings can still be read and exported.",
+                    "无法写入 %1：文件或其所在文件夹为只读。没有保存或发送任何内容；设置仍可读取和导出。",
+                    "無法寫入 %1：檔案或其所在資料夾為唯讀。沒有儲存或傳送任何內容；設定仍可讀取和匯出。"};
+        case ExtraText::kDiskFull:
+            return {"The disk that holds %1 is full. Nothing was stored or sent; make room and try again.",
+                    "%1 所在的磁盘已满。没有保存或发送任何内容；请腾出空间后重试。",
+                    "%1 所在的磁碟已滿。沒有儲存或傳送任何內容；請騰出空間後重試。"};
         case ExtraText::kMacroMemory: return {"Macro memory: %1 of %2 bytes", "宏内存：已用 %1 / %2 字节", "巨集記憶體：已用 %1 / %2 位元組"};
         case ExtraText::kMacroMemoryFull:
             return {"Too large for the keyboard: the macros are not sent until events or macros are removed.",

@@ -18,6 +18,9 @@ enum class ExtraText {
     kSending,            // "Sending to the keyboard…"
     kUnreadableTitle,    // "The settings file cannot be read"
     kUnreadableMessage,  // "%1 is damaged or …": %1 stands for the file
+    kFileInUse,          // "%1 is in use by another program …"
+    kFileNotWritable,    // "%1 cannot be written …"
+    kDiskFull,           // "The disk that holds %1 is full …"
     // The macro page.
     kMacroMemory,      // "Macro memory: %1 of %2 bytes"
     kMacroMemoryFull,  // "Too large for the keyboard: …"

@@ -27,7 +27,7 @@ CustomKeyDialog::CustomKeyDialog(KeyboardSession& session)
       customKeyDesc_(session.keys.customKeyDesc),
       currentProfile_(session.keys.customKeyProfile) {
     SessionCore& core = s_.core;
-    if (!core.db() || !core.sender) fatalError("the custom key dialog needs the database and the keyboard");
+    if (!core.db()) fatalError("the custom key dialog needs the database");
     types_ = choices(ops::functionTypeChoices());
     mouse_ = choices(ops::functionChoices(kMacroTypeMouse));
     macroTypes_ = choices(ops::playModeChoices());

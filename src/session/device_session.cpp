@@ -91,10 +91,9 @@ void DeviceSession::ConnectDevice() {
     if (!core.deviceDB->readable()) {
         // Nothing of a file that cannot be read may reach the keyboard: the page models get no
         // database, so nothing is stored or sent, and the user is told what to do.
-        const std::string file = core.deviceDB->filePath().string();
+        const std::string message = storeProblemText(core.deviceDB->problem(), core.deviceDB->filePath());
         core.deviceDB.reset();
-        std::string message = extraText(ExtraText::kUnreadableMessage);
-        message.replace(message.find("%1"), 2, file);
+        core.unreadable = true;
         core.warn(extraText(ExtraText::kUnreadableTitle), message);
         return;
     }
@@ -143,8 +142,8 @@ void DeviceSession::showPage(int pageCode) {
     viewType_ = pageCode;
     s_.core.notify(SessionAspect::Page);
     // Entering these two pages sends their effect, also when the page is already shown.
+    if (!s_.core.db()) return;
     const std::optional<ops::Target> target = s_.core.target();
-    if (!target) return;
     if (pageCode == kPageBacklight) {
         s_.core.report(ops::sendLightMode(*target, s_.core.currentProfile, s_.core.currentLightSelection));
     }

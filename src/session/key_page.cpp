@@ -87,6 +87,10 @@ void KeyPage::MenuItemMouseUpAction(int menuid) {
             break;
         }
         case kMenuCustom:
+            if (!core.db()) {
+                core.warnNotStored();
+                break;
+            }
             customKeyValue = core.currentKeyValue;
             customKeyProfile = core.currentProfile;
             customKeyDesc = G_KB_SuperKeyCodeMap.at(static_cast<int>(core.currentKeyValue)).full_name;

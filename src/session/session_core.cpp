@@ -4,6 +4,22 @@
 
 namespace qx9 {
 
+std::string storeProblemText(StoreProblem problem, const std::filesystem::path& file) {
+    ExtraText id = ExtraText::kUnreadableMessage;
+    switch (problem) {
+        case StoreProblem::kInUse: id = ExtraText::kFileInUse; break;
+        case StoreProblem::kNotWritable: id = ExtraText::kFileNotWritable; break;
+        case StoreProblem::kDiskFull: id = ExtraText::kDiskFull; break;
+        case StoreProblem::kDamaged:
+        case StoreProblem::kNotOurs: break;
+        case StoreProblem::kNone:
+        case StoreProblem::kOther: return extraText(ExtraText::kNotStoredMessage);
+    }
+    std::string message = extraText(id);
+    message.replace(message.find("%1"), 2, file.string());
+    return message;
+}
+
 bool SessionCore::report(const ops::Outcome& outcome) {
     switch (outcome.status) {
         case ops::Outcome::kDone: return true;
@@ -11,9 +27,7 @@ bool SessionCore::report(const ops::Outcome& outcome) {
             if (events) events->notice(extraText(ExtraText::kNotSent));
             return true;
         case ops::Outcome::kTooLarge: return true;  // the page shows the memory the change needs
-        case ops::Outcome::kNotStored:
-            warn(extraText(ExtraText::kNotStoredTitle), extraText(ExtraText::kNotStoredMessage));
-            return false;
+        case ops::Outcome::kNotStored: warnNotStored(); return false;
         case ops::Outcome::kChanged:
             if (reload) reload();
             if (events) events->notice(extraText(ExtraText::kChangedElsewhere));
@@ -23,6 +37,14 @@ bool SessionCore::report(const ops::Outcome& outcome) {
             return false;
     }
     return false;
+}
+
+void SessionCore::warnNotStored() {
+    if (!deviceDB) {
+        warn(extraText(ExtraText::kNotStoredTitle), extraText(ExtraText::kNotStoredMessage));
+        return;
+    }
+    warn(extraText(ExtraText::kNotStoredTitle), storeProblemText(deviceDB->problem(), deviceDB->filePath()));
 }
 
 void SessionCore::useKeyboard(const HidDeviceRef& device) {

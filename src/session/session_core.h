@@ -67,6 +67,10 @@ struct SessionConfig {
     bool sendOnWorker = false;
 };
 
+// What the user reads when the database file cannot be used, in the interface language: the cause,
+// and for a damaged or foreign file how to start afresh. %1 is replaced by `file`.
+std::string storeProblemText(StoreProblem problem, const std::filesystem::path& file);
+
 // State shared by every part of the session, and the database and transport.
 //
 // `kbHIDdevice`, `keyboardTitle`, `initFinish`, `sendToKeyboard` and the transport's device
@@ -107,11 +111,19 @@ struct SessionCore {
 
     KeyboardSender* keyboard() { return muted ? nullptr : sender.get(); }
     DeviceSQLite* db() { return deviceDB.get(); }
-    // What the operations change: none until the database is open.
+    // What the operations change: none until the database is open; once a keyboard has brought
+    // the pages up without a readable database, asking for it warns that nothing was stored.
     std::optional<ops::Target> target() {
-        if (!deviceDB) return std::nullopt;
+        if (!deviceDB) {
+            if (unreadable) warnNotStored();
+            return std::nullopt;
+        }
         return ops::Target{*deviceDB, keyboard()};
     }
+    // The first connection found the database unreadable: the pages have nothing to change.
+    bool unreadable = false;
+    // The warning for a change the database did not take, naming the cause.
+    void warnNotStored();
     // Creates the sender for `device` once the database is open; points it at a new device later.
     void useKeyboard(const HidDeviceRef& device);
     // The keyboard came or went: writes are refused at once while it is away.

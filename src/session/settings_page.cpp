@@ -125,18 +125,12 @@ void SettingsPage::configResetKeys() {
 
 void SettingsPage::configResetAllDatas() {
     SessionCore& core = s_.core;
-    core.initFinish = false;
-    core.sendToKeyboard = false;
-    if (DeviceSQLite* db = core.db()) db->dropTable();
-    if (!core.device()) fatalError("reset of all data without a keyboard");
-    s_.device.initSQLite();
-    s_.device.getAllProfile();
-    core.currentKBProfile = core.currentProfile = 1;
-    s_.userLights.resetKeyColor();
-    s_.profiles.selectProfile(1);
-    s_.macros.initMacroList();
-    core.initFinish = true;
-    core.sendToKeyboard = true;
+    const std::optional<ops::Target> target = core.target();
+    // Stored in one transaction, then the whole configuration is sent (stored only without a
+    // keyboard: it goes with the next connection).
+    if (!target || !core.report(ops::resetAll(*target))) return;
+    core.currentKBProfile = core.currentProfile = core.currentLightSelection = 1;
+    if (core.reload) core.reload();
 }
 
 }  // namespace qx9

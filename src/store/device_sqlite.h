@@ -14,6 +14,7 @@
 #include "store/configuration.h"
 #include "store/records.h"
 #include "store/sqlite_handle.h"
+#include "store/store_problem.h"
 
 namespace qx9 {
 
@@ -63,7 +64,9 @@ public:
     Transaction beginRead() const;
 
     // Opens <data directory>/<applicationId>/db/<fileName>, creating directories and file as
-    // needed, then creates any missing table and the first-start data. Never fails to the
+    // needed; a new file gets the tables and the first-start data. An existing file is written
+    // only when it holds tables of this application (a missing one is then created): an empty
+    // file or another program's database is left untouched and is not readable(). Never fails to the
     // caller: on failure the object has no connection. With an empty application id nothing is
     // created and there is no connection.
     explicit DeviceSQLite(const std::string& fileName,
@@ -89,8 +92,11 @@ public:
     // through this object's connection, so that its transactions cover it.
     const std::filesystem::path& filePath() const { return file_; }
     // Whether the file could be opened and its profiles read: a file that cannot is damaged, not
-    // a database, or not this application's, and nothing read from it may reach the keyboard.
+    // a database, not this application's, or in use, and nothing read from it may reach the
+    // keyboard.
     bool readable() const;
+    // Why the file could not be opened or read, or why the last transaction's write failed.
+    StoreProblem problem() const;
 
     // Tables
     void createTable();
@@ -174,9 +180,17 @@ private:
 
     // Creates the directory, opens the file and creates the tables; "init: connect …".
     void open(const std::filesystem::path& directory, const std::filesystem::path& file);
+    // Opens the connection; false (and the problem noted) when it cannot.
+    bool connect(const std::filesystem::path& file, bool unchanging = false);
+    // A new file with the tables and the first-start data, put in place whole.
+    bool createFile();
+    // An existing file: whether it holds this application's tables (any missing one is created).
+    bool checkExistingFile();
 
     std::optional<sqlite::Connection> db_;
     std::filesystem::path file_;
+    StoreProblem openProblem_ = StoreProblem::kNone;
+    StoreProblem readOnlyCause_ = StoreProblem::kNone;  // why the file was opened read-only
 };
 
 }  // namespace qx9

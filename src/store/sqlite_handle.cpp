@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <cstdio>
+#include <filesystem>
 
 namespace qx9::sqlite {
 
@@ -32,8 +33,8 @@ bool execute(sqlite3* db, const char* sql) noexcept {
 
 }  // namespace
 
-Statement::Statement(sqlite3* db, std::string_view sql, const int* depth, int* failedLevel)
-    : db_(db), depth_(depth), failedLevel_(failedLevel) {
+Statement::Statement(sqlite3* db, std::string_view sql, const int* depth, int* failedLevel, Failure* failure)
+    : db_(db), depth_(depth), failedLevel_(failedLevel), failure_(failure) {
     sqlite3_stmt* raw = nullptr;
     const int rc = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &raw, nullptr);
     stmt_.reset(raw);
@@ -81,7 +82,7 @@ void Statement::reset() {
 }
 
 void Statement::bindOne(int index, std::string_view value) {
-    if (value.size() > INT_MAX) throw Error("string or blob too big");
+    if (value.size() > INT_MAX) throw Error("string or blob too big", SQLITE_TOOBIG);
     if (sqlite3_bind_text(stmt_.get(), index, value.data(), static_cast<int>(value.size()),
                           SQLITE_TRANSIENT) != SQLITE_OK) {
         fail();
@@ -90,7 +91,9 @@ void Statement::bindOne(int index, std::string_view value) {
 
 void Statement::fail() const {
     if (depth_ && *depth_ > 0 && (*failedLevel_ == 0 || *failedLevel_ > *depth_)) *failedLevel_ = *depth_;
-    throw Error(sqlite3_errmsg(db_));
+    const Failure failure{sqlite3_extended_errcode(db_), sqlite3_system_errno(db_)};
+    if (failure_) *failure_ = failure;
+    throw Error(sqlite3_errmsg(db_), failure.code, failure.systemErrno);
 }
 
 namespace {
@@ -116,26 +119,32 @@ std::string immutableUri(const std::string& path) {
 
 Connection Connection::open(const std::string& path) {
     sqlite3* raw = nullptr;
-    // A file we may read but not write is opened read-only and as unchanging: SQLite can then
-    // read it even in write-ahead-log mode, whose shared-memory file it could not create.
-    const bool readOnly = ::access(path.c_str(), F_OK) == 0 && ::access(path.c_str(), W_OK) != 0;
-    const int rc = readOnly ? sqlite3_open_v2(immutableUri(path).c_str(), &raw,
-                                              SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr)
-                            : sqlite3_open_v2(path.c_str(), &raw,
-                                              SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    // A file we may read but not write, or one in a folder we may not write (where neither a log
+    // nor a journal can be created), is opened read-only and as unchanging: SQLite can then read
+    // it even in write-ahead-log mode, whose shared-memory file it could not create.
+    const std::string folder = std::filesystem::path(path).parent_path().string();
+    const bool readOnly = ::access(path.c_str(), F_OK) == 0 &&
+                          (::access(path.c_str(), W_OK) != 0 || ::access(folder.empty() ? "." : folder.c_str(), W_OK) != 0);
+    if (readOnly) return openUnchanging(path);
+    const int rc = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     Connection connection(raw);
-    if (rc != SQLITE_OK) throw Error(raw ? sqlite3_errmsg(raw) : sqlite3_errstr(rc));
+    if (rc != SQLITE_OK) {
+        if (!raw) throw Error(sqlite3_errstr(rc), rc);
+        throw Error(sqlite3_errmsg(raw), sqlite3_extended_errcode(raw), sqlite3_system_errno(raw));
+    }
     sqlite3_busy_timeout(raw, kBusyTimeoutMs);
-    if (readOnly) return connection;
     // With a write-ahead log a commit appends to the log instead of rewriting pages of the file
     // behind a journal. A file that cannot take the log (not a database, a database in memory)
     // keeps its journal and fails where it would have.
+    // The switch needs the file to itself: while another program uses it, it is not waited for.
     bool wal = false;
+    sqlite3_busy_timeout(raw, 0);
     try {
         Statement mode(raw, "PRAGMA journal_mode=WAL");
         wal = mode.step() && mode.text(0) == "wal";
     } catch (const Error&) {
     }
+    sqlite3_busy_timeout(raw, kBusyTimeoutMs);
     // In that mode synchronous=NORMAL syncs the log when it is copied back into the file, not at
     // every commit. A commit that has returned still survives a crash of the application or of
     // qx9ctl, and the file is never damaged; only a power loss or a crash of the system can take
@@ -145,19 +154,30 @@ Connection Connection::open(const std::string& path) {
     return connection;
 }
 
-Statement Connection::prepare(std::string_view sql) const {
-    const State& s = *state_;
-    if (s.depth > 0) {
-        if (s.lostLevel != 0) throw Error(s.lostWhy);
-        if (sqlite3_get_autocommit(s.db)) throw Error(kTransactionLost);
+Connection Connection::openUnchanging(const std::string& path) {
+    sqlite3* raw = nullptr;
+    const int rc = sqlite3_open_v2(immutableUri(path).c_str(), &raw, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
+    Connection connection(raw);
+    if (rc != SQLITE_OK) {
+        if (!raw) throw Error(sqlite3_errstr(rc), rc);
+        throw Error(sqlite3_errmsg(raw), sqlite3_extended_errcode(raw), sqlite3_system_errno(raw));
     }
-    State& marks = *state_;
-    return Statement(s.db, sql, &marks.depth, &marks.failedLevel);
+    return connection;
+}
+
+Statement Connection::prepare(std::string_view sql) const {
+    State& s = *state_;
+    if (s.depth > 0) {
+        if (s.lostLevel != 0) throw Error(s.lostWhy, s.failure.code, s.failure.systemErrno);
+        if (sqlite3_get_autocommit(s.db)) throw Error(kTransactionLost, s.failure.code, s.failure.systemErrno);
+    }
+    return Statement(s.db, sql, &s.depth, &s.failedLevel, &s.failure);
 }
 
 Connection::Transaction Connection::begin(Mode mode) const {
     State& s = *state_;
     const int level = ++s.depth;
+    if (level == 1) s.failure = {};
     Transaction transaction(&s, level);
     // Inside a lost level there is nothing to begin: it is lost as well. Inside a transaction
     // SQLite rolled back, a SAVEPOINT would start a new one of its own.
@@ -169,6 +189,7 @@ Connection::Transaction Connection::begin(Mode mode) const {
     if (!execute(s.db, sql.text)) {
         s.lostLevel = level;
         s.lostWhy = sqlite3_errmsg(s.db);
+        s.recordFailure();
     }
     return transaction;
 }
@@ -196,6 +217,7 @@ bool Connection::Transaction::commit() noexcept {
     // rolls it back.
     if (!execute(state_->db,
                  LevelSql(level_ == 1 ? "COMMIT" : "RELEASE qx9_level%d", level_).text)) {
+        state_->recordFailure();
         return false;
     }
     state_->depth = level_ - 1;

@@ -18,14 +18,31 @@ namespace qx9::sqlite {
 // "file is not a database", …), which is what the console lines print after their prefix.
 class Error : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit Error(const std::string& what, int code = SQLITE_ERROR, int systemErrno = 0)
+        : std::runtime_error(what), code_(code), systemErrno_(systemErrno) {}
+    // SQLite's extended result code, and the errno of the system call behind it (0: none).
+    int code() const { return code_; }
+    int systemErrno() const { return systemErrno_; }
+
+private:
+    int code_;
+    int systemErrno_;
+};
+
+// The last call of a connection that failed: SQLite's extended result code and the errno behind
+// it. Cleared when a transaction begins.
+struct Failure {
+    int code = SQLITE_OK;
+    int systemErrno = 0;
 };
 
 // One prepared statement. Values are always bound, never spliced into the SQL text.
 class Statement {
 public:
-    // `depth` and `failedLevel`, when given, are the connection's transaction marks (see below).
-    Statement(sqlite3* db, std::string_view sql, const int* depth = nullptr, int* failedLevel = nullptr);
+    // `depth` and `failedLevel`, when given, are the connection's transaction marks (see below);
+    // `failure`, when given, records a failed call.
+    Statement(sqlite3* db, std::string_view sql, const int* depth = nullptr, int* failedLevel = nullptr,
+              Failure* failure = nullptr);
 
     // Binds the arguments to ?1, ?2, … in order: integers as INTEGER, everything else as TEXT.
     template <typename... Args>
@@ -87,6 +104,7 @@ private:
     // fails inside a transaction marks the innermost level, whose commit is then refused.
     const int* depth_ = nullptr;
     int* failedLevel_ = nullptr;
+    Failure* failure_ = nullptr;
 };
 
 // One open connection; closed when the object goes.
@@ -97,6 +115,9 @@ public:
     // Opens the file for reading and writing, creating it when missing. SQLite falls back to
     // read-only on its own when the file cannot be written.
     static Connection open(const std::string& path);
+    // Opens an existing file read-only as unchanging: no lock, log or shared memory is needed, so
+    // it can be read where nothing can be written (a full disk).
+    static Connection openUnchanging(const std::string& path);
 
     Connection(Connection&&) noexcept = default;
     Connection& operator=(Connection&&) noexcept = default;
@@ -149,6 +170,8 @@ public:
 
     // SQLite's description of the last failed call, such as a refused commit.
     std::string lastError() const { return sqlite3_errmsg(state_->db); }
+    // The last failure since the outermost transaction began.
+    Failure lastFailure() const { return state_->failure; }
 
     // The file of the main database ("" for a database in memory).
     std::string fileName() const {
@@ -193,6 +216,10 @@ private:
         int lostLevel = 0;    // the outermost level that could not begin; 0: none
         std::string lostWhy;  // SQLite's message for it
         int failedLevel = 0;  // the outermost level in which a statement failed; 0: none
+        Failure failure;
+        void recordFailure() {
+            failure = {sqlite3_extended_errcode(db), sqlite3_system_errno(db)};
+        }
     };
 
     explicit Connection(sqlite3* db) : state_(std::make_unique<State>(db)) {}
