@@ -97,6 +97,8 @@ KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidge
 KeyboardViewController::~KeyboardViewController() {
     for (auto t : tokens_) NotificationCenter::defaultCenter().removeObserver(t);
     for (std::thread& t : openThreads_) t.join();
+    // A recording in progress is kept, as Stop would keep it.
+    session_->macros.stopRecordingInProgress();
     // What was stored is sent before the window goes, within a bound.
     if (!session_->core.finishSending(kCloseWait)) {
         const std::size_t dropped = session_->core.abandonSending();

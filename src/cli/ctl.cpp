@@ -9,6 +9,8 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/ctl_context.h"
+#include "common/printable.h"
+#include "common/private_file.h"
 #include "cli/ctl_output.h"
 #include "common/console.h"
 #include "hid/wire_log.h"
@@ -301,6 +303,9 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         if (options.wire == "-") {
             c.wire = std::make_shared<WireLogWriter>(out);
         } else if (!options.wire.empty()) {
+            // Created the user's alone, and only ever a regular file (through a link, its target).
+            std::string error;
+            if (!openPrivateFileForAppend(options.wire, error)) throw UsageError{"the wire log: " + error};
             wireFile = std::make_unique<std::ofstream>(options.wire, std::ios::app);
             if (!*wireFile) throw UsageError{"cannot write the wire log " + options.wire};
             c.wire = std::make_shared<WireLogWriter>(*wireFile);
@@ -318,7 +323,8 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         return 0;
     } catch (const UsageError& e) {
         if (redirected) setConsoleStream(previousConsole);
-        if (!e.message.empty()) err << "qx9ctl: " << e.message << '\n';
+        // Messages quote what they were given (names, files, fields): printed on one safe line.
+        if (!e.message.empty()) err << "qx9ctl: " << printable(e.message) << '\n';
         return e.status;
     }
 }

@@ -1,8 +1,6 @@
 // qx9ctl export / import: the whole configuration as one JSON document.
-#include <cstdio>
-#include <fstream>
-
 #include "cli/ctl_context.h"
+#include "common/private_file.h"
 #include "ops/configuration.h"
 
 namespace qx9::ctl {
@@ -17,20 +15,7 @@ void cmdExport(Context& c, const std::vector<std::string>& args) {
         return;
     }
     // Written beside the target and renamed over it, so that a failed export leaves no half file.
-    const std::string temporary = args[0] + ".part";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        out << *document;
-        out.close();
-        if (!out) {
-            std::remove(temporary.c_str());
-            throw UsageError{"cannot write " + args[0]};
-        }
-    }
-    if (std::rename(temporary.c_str(), args[0].c_str()) != 0) {
-        std::remove(temporary.c_str());
-        throw UsageError{"cannot write " + args[0]};
-    }
+    if (!replacePrivateFile(args[0], *document, error)) throw UsageError{error};
 }
 
 void cmdImport(Context& c, const std::vector<std::string>& args) {

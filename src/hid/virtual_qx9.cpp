@@ -11,6 +11,7 @@
 #include <sstream>
 #include <thread>
 
+#include "common/private_file.h"
 #include "hid/device_comm.h"
 #include "protocol/command_frame.h"
 
@@ -350,20 +351,7 @@ bool VirtualQX9::loadState(const std::string& path, std::string& error) {
 bool VirtualQX9::saveStateLocked(const std::string& path, std::string& error) {
     takePendingCommand();
     const std::string text = memoryToJson(memory_);
-    const std::string tmp = path + ".tmp" + std::to_string(::getpid());
-    {
-        std::ofstream out(tmp, std::ios::binary | std::ios::trunc);
-        if (!out || !(out << text) || !out.flush()) {
-            error = "cannot write " + tmp;
-            return false;
-        }
-    }
-    if (std::rename(tmp.c_str(), path.c_str()) != 0) {
-        error = "cannot replace " + path;
-        std::remove(tmp.c_str());
-        return false;
-    }
-    return true;
+    return replacePrivateFile(path, text, error);
 }
 
 bool VirtualQX9::loadStateLocked(const std::string& path, std::string& error) {

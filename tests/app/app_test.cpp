@@ -276,14 +276,18 @@ private slots:
     void macroRecording_data() {
         QTest::addColumn<QString>("mode");
         QTest::addColumn<QStringList>("recorded");
-        QTest::newRow("recording delay") << "recorddelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms]", "[KEY DOWN] A", "[Delay:ms]", "[KEY UP] A"};
-        QTest::newRow("no delay") << "nodelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[KEY DOWN] A", "[KEY UP] A"};
-        QTest::newRow("default delay") << "defaultdelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms] 30", "[KEY DOWN] A", "[Delay:ms] 30", "[KEY UP] A"};
+        QTest::addColumn<bool>("closeWindow");  // closed while recording instead of Stop
+        const QStringList withDelays{"[KEY DOWN] Left Shift", "[Delay:ms]", "[KEY DOWN] A", "[Delay:ms]", "[KEY UP] A"};
+        QTest::newRow("recording delay") << "recorddelay_radiobutton" << withDelays << false;
+        QTest::newRow("no delay") << "nodelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[KEY DOWN] A", "[KEY UP] A"} << false;
+        QTest::newRow("default delay") << "defaultdelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms] 30", "[KEY DOWN] A", "[Delay:ms] 30", "[KEY UP] A"} << false;
+        QTest::newRow("window closed") << "recorddelay_radiobutton" << withDelays << true;
     }
 
     void macroRecording() {
         QFETCH(QString, mode);
         QFETCH(QStringList, recorded);
+        QFETCH(bool, closeWindow);
         newMacro();
         click(qPrintable(mode));
         if (mode.startsWith("default")) QTest::keyClicks(child<QLineEdit>("delaytime_edit"), "30");
@@ -294,6 +298,14 @@ private slots:
         key(30, true, 3);
         key(30, false, 4);
         QVERIFY(child<QLabel>("macro_label_recordstate")->text().contains("Keys skipped: 1 "));
+        if (closeWindow) {  // what was recorded is kept and sent, as Stop would
+            const std::shared_ptr<VirtualQX9> keyboard = controller_->virtualKeyboard();
+            delete window_;
+            window_ = nullptr;
+            QCOMPARE(sql("SELECT count(*) FROM t_macrorecord"), std::to_string(recorded.size()));
+            QCOMPARE(decodeMacros(keyboard->memory()).at(0).events.size(), std::size_t(recorded.size()));
+            return;
+        }
         click("record_button");
         QStringList shown = events();
         for (QString& row : shown) row.remove(QRegularExpression(" \\d+$"));  // recorded delays depend on the clock
