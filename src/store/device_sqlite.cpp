@@ -95,6 +95,7 @@ bool DeviceSQLite::checkExistingFile() {
         console() << "init: connect fail no table of this application in the file\n";
         return false;
     }
+    db_->useWriteAheadLog();
     if (ours < schema::tables().size()) createTable();  // written by an earlier version
     return true;
 }
@@ -162,6 +163,7 @@ bool DeviceSQLite::createFile() {
     std::error_code ec;
     if (!connect(draft)) return false;
     fs::permissions(draft, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::replace, ec);
+    db_->useWriteAheadLog();
     createTable();
     const sqlite::Failure failure = db_->lastFailure();
     db_.reset();

@@ -132,11 +132,24 @@ Connection Connection::open(const std::string& path) {
         if (!raw) throw Error(sqlite3_errstr(rc), rc);
         throw Error(sqlite3_errmsg(raw), sqlite3_extended_errcode(raw), sqlite3_system_errno(raw));
     }
+    // A file in write-ahead-log mode (see useWriteAheadLog) syncs at the copy back, not at every
+    // commit, on every connection. Asked before the busy timeout: a file another program holds in
+    // journal mode is not waited for twice.
+    try {
+        Statement mode(raw, "PRAGMA journal_mode");
+        if (mode.step() && mode.text(0) == "wal") execute(raw, "PRAGMA synchronous=NORMAL");
+    } catch (const Error&) {
+    }
     sqlite3_busy_timeout(raw, kBusyTimeoutMs);
+    return connection;
+}
+
+void Connection::useWriteAheadLog() const {
+    sqlite3* raw = state_->db;
     // With a write-ahead log a commit appends to the log instead of rewriting pages of the file
-    // behind a journal. A file that cannot take the log (not a database, a database in memory)
-    // keeps its journal and fails where it would have.
-    // The switch needs the file to itself: while another program uses it, it is not waited for.
+    // behind a journal. A file that cannot take the log (a read-only one, a database in memory)
+    // keeps its journal. The switch needs the file to itself: while another program uses it, it
+    // is not waited for (the next open tries again).
     bool wal = false;
     sqlite3_busy_timeout(raw, 0);
     try {
@@ -151,7 +164,6 @@ Connection Connection::open(const std::string& path) {
     // back the commits since the last copy. For settings the keyboard holds as well, that is
     // worth a sync less per commit (the default, FULL, syncs the log at each one).
     if (wal) execute(raw, "PRAGMA synchronous=NORMAL");
-    return connection;
 }
 
 Connection Connection::openUnchanging(const std::string& path) {

@@ -118,6 +118,9 @@ public:
     // Opens an existing file read-only as unchanging: no lock, log or shared memory is needed, so
     // it can be read where nothing can be written (a full disk).
     static Connection openUnchanging(const std::string& path);
+    // Puts the file in write-ahead-log mode (a file of this application's only: it changes the
+    // file's header).
+    void useWriteAheadLog() const;
 
     Connection(Connection&&) noexcept = default;
     Connection& operator=(Connection&&) noexcept = default;

@@ -7,7 +7,11 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <sstream>
+
+#include <sqlite3.h>
+#include <unistd.h>
 
 #include "cli/ctl.h"
 #include "common/bytes.h"
@@ -85,10 +89,40 @@ TEST_F(Qx9ctl, UnreadableDatabaseIsAnErrorSendsNothingAndStaysAsItWas) {
         EXPECT_EQ(run(args, "text.sqlite3"), 1) << args[0];
         EXPECT_EQ(out_.str(), "");  // nothing on the wire, nothing exported
         EXPECT_EQ(err_.str(), "qx9ctl: cannot read the database " + path("text.sqlite3") +
-                                  " (left as it is; move it aside to start afresh, or import a backup)\n");
+                                  ": the file is damaged or not a database (left as it is; move it aside to start afresh, or import a backup)\n");
         std::ifstream in(path("text.sqlite3"), std::ios::binary);
         EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), bytes);
     }
+}
+
+// A file another program holds, or in a folder that cannot be written: the cause in one line,
+// no advice to move it aside, status 1 for every write (import too), and export while it reads.
+TEST_F(Qx9ctl, AFileInUseOrNotWritableIsNamedAndStillExported) {
+    ok({"export", path("backup.json")});
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(path("db.sqlite3").c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "PRAGMA journal_mode=DELETE; BEGIN EXCLUSIVE; INSERT INTO t_profile (name) VALUES ('x')",
+                           nullptr, nullptr, nullptr), SQLITE_OK);
+    for (const std::vector<std::string>& args : {std::vector<std::string>{"profile", "list"}, {"import", path("backup.json")}}) {
+        EXPECT_EQ(run(args), 1) << args[0];
+        EXPECT_EQ(err_.str(), "qx9ctl: cannot read the database " + path("db.sqlite3") +
+                                  ": in use by another program; try again when it has finished (left as it is)\n");
+    }
+    sqlite3_close(other);  // rolled back
+    for (const char* file : {"db.sqlite3", "backup.json"}) std::filesystem::permissions(path(file), std::filesystem::perms(0666));
+    std::filesystem::permissions(dir_.path(), std::filesystem::perms(0555));
+    const auto asUser = [&] {  // root writes anywhere: an ordinary user
+        if (::geteuid() == 0 && (::setgid(65534) || ::setuid(65534))) return 9;
+        if (run({"import", path("backup.json")}) != 1) return 1;
+        if (err_.str().find(" was not imported: ") == std::string::npos ||
+            err_.str().find(": the file or its folder is not writable\n") == std::string::npos) {
+            std::cerr << err_.str();
+            return 2;
+        }
+        return run({"export", "-"}) == 0 && out_.str().find("\"profiles\"") != std::string::npos ? 0 : 3;
+    };
+    EXPECT_EXIT(std::exit(asUser()), ::testing::ExitedWithCode(0), "");
+    std::filesystem::permissions(dir_.path(), std::filesystem::perms(0755));
 }
 
 TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
@@ -282,6 +316,13 @@ TEST_F(Qx9ctl, MacrosTooLargeForTheKeyboardAreStoredButNotSentAndItSaysWhy) {
         EXPECT_EQ(sql("SELECT count(*) FROM t_macrorecord"), std::to_string(2 * presses + 1));
         EXPECT_TRUE(decodeMacros(keyboard()).empty());
     }
+    // 623 events (a delay after each press, so no pauses) and the macro's 8 bytes: exactly 2500 is sent.
+    std::vector<ops::RecordRow> events;
+    for (int i = 0; i < 311; ++i) events.insert(events.end(), {{2, "A", 4}, {kRecordDelay, "5", 5}});
+    ASSERT_TRUE(ops::storeEvents({*DeviceSQLite::openFile(path("db.sqlite3")), nullptr}, 1, events));
+    EXPECT_EQ(run({"macro", "insert", "1", "delay:5"}), 0) << err_.str();
+    ASSERT_EQ(decodeMacros(keyboard()).size(), 1u);
+    EXPECT_EQ(decodeMacros(keyboard())[0].events.size(), 623u);
 }
 
 TEST_F(Qx9ctl, ExportThenImportElsewhereGivesTheSameConfiguration) {

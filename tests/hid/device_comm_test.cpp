@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
+
+#include "hid/pacer.h"
 #include "support/wire_fixture.h"
 
 namespace qx9::test {
@@ -98,6 +101,19 @@ TEST_F(Transport, BlockWritePrintsEachReportAndStopsAtTheFirstFailureYetSucceeds
     EXPECT_TRUE(wire[0].ok && wire[1].ok && !wire[2].ok);
     EXPECT_EQ(consoleText(), "newArr-0[4, 24" + repeat(", 0", 62) + "]\nnewArr-1[255" + repeat(", 0", 63) +
                                  "]\nnewArr-2[0" + repeat(", 0", 63) + "]\n");
+}
+
+// The pause before each report is never shorter than asked, whatever the machine's wake-ups (a
+// lower bound on the monotonic clock; nothing is asserted about how much longer it is).
+TEST(SleepPacer, NeverPausesLessThanAsked) {
+    using namespace std::chrono;
+    for (const microseconds asked : {microseconds(1), microseconds(230), microseconds(1000), kReportPause}) {
+        for (int i = 0; i < 20; ++i) {
+            const auto start = steady_clock::now();
+            sleepPacer().pause(asked);
+            EXPECT_GE(steady_clock::now() - start, asked) << asked.count() << " µs";
+        }
+    }
 }
 
 TEST(WireLog, LineFormat) {

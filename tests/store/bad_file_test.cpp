@@ -1,7 +1,10 @@
 // Files the store cannot use as they are, and the broken invariants that stop the program.
 #include <tuple>
 #include <grp.h>
+#include <sys/resource.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #include <gtest/gtest.h>
 
@@ -177,6 +180,81 @@ TEST(StoreBadFiles, ReadOnlyFileIsReadButNeverWritten) {
     const std::string before = fileBytes(file);
     EXPECT_EXIT(std::exit(readOnlySession(file)), ::testing::ExitedWithCode(0), "");
     EXPECT_EQ(fileBytes(file), before);
+}
+
+// A file in each state a user's machine can leave it in: what the store makes of it, whether its
+// settings can still be read (and exported), and that a file not of this application is never
+// written. The cases that need an ordinary user or a file size limit run in a child process.
+struct FileState {
+    const char* name;
+    std::function<void(const fs::path& file)> prepare;
+    const char* held = nullptr;      // SQL another program runs and holds meanwhile
+    bool asNobody = false;           // run as an ordinary user (root ignores file modes)
+    long fileSizeLimit = -1;         // RLIMIT_FSIZE in bytes (a full disk), -1: none
+    StoreProblem atOpen;             // the problem on opening
+    bool readable;                   // its settings can be read
+    StoreProblem onWrite;            // the problem a write then meets
+};
+
+int openAndWrite(const fs::path& file, const FileState& state) {
+    if (state.asNobody && geteuid() == 0 && (setgroups(0, nullptr) || setgid(65534) || setuid(65534))) return 9;
+    if (state.fileSizeLimit >= 0) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{static_cast<rlim_t>(state.fileSizeLimit), static_cast<rlim_t>(state.fileSizeLimit)};
+        if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 9;
+    }
+    ConsoleCapture quiet;
+    DeviceSQLite db = DeviceSQLite::atPath(file);
+    std::string error;
+    const bool read = db.readable() && db.readConfiguration(error).has_value();
+    const StoreProblem atOpen = db.problem();
+    const bool wrote = db.addProfile("P") != 0;
+    const StoreProblem onWrite = wrote ? StoreProblem::kNone : db.problem();
+    const bool ok = atOpen == state.atOpen && read == state.readable && onWrite == state.onWrite;
+    if (!ok) std::cerr << int(atOpen) << ' ' << read << ' ' << int(onWrite) << '\n';
+    return ok ? 0 : 1;
+}
+
+TEST(StoreFileStates, TheCauseIsNamedAndAFileNotOursIsLeftUntouched) {
+    using P = StoreProblem;
+    const auto ours = [](const fs::path& file) {
+        ConsoleCapture quiet;
+        DeviceSQLite::atPath(file).writeLightProfile(1);
+    };
+    const FileState states[] = {
+        {"Missing", [](const fs::path&) {}, nullptr, false, -1, P::kNone, true, P::kNone},
+        {"Empty", [](const fs::path& f) { writeFile(f, ""); }, nullptr, false, -1, P::kNotOurs, false, P::kNotOurs},
+        {"Foreign", [](const fs::path& f) { SqlFile(f).exec("CREATE TABLE notes (text)"); }, nullptr, false, -1,
+         P::kNotOurs, false, P::kNotOurs},
+        {"Damaged", [](const fs::path& f) { writeFile(f, std::string(4096, 'x')); }, nullptr, false, -1, P::kDamaged,
+         false, P::kDamaged},
+        // Another program writes in rollback-journal mode and holds the file past the wait.
+        {"InUse", [&](const fs::path& f) {
+             ours(f);
+             SqlFile(f).exec("PRAGMA journal_mode=DELETE");
+         }, "BEGIN EXCLUSIVE; INSERT INTO t_profile (name) VALUES ('x')", false, -1, P::kInUse, false, P::kInUse},
+        {"ReadOnlyFolder", [&](const fs::path& f) {
+             ours(f);
+             fs::permissions(f, fs::perms(0666));
+             fs::permissions(f.parent_path(), fs::perms(0555));
+         }, nullptr, true, -1, P::kNone, true, P::kNotWritable},
+        {"DiskFull", ours, nullptr, false, 1024, P::kNone, true, P::kDiskFull},
+    };
+    for (const FileState& state : states) {
+        TempDir dir;
+        const fs::path file = dir / "device.sqlite3";
+        state.prepare(file);
+        {
+            std::optional<SqlFile> other;
+            if (state.held) other.emplace(file).exec(state.held);
+            const std::string before = fileBytes(file);
+            EXPECT_EXIT(std::exit(openAndWrite(file, state)), ::testing::ExitedWithCode(0), "") << state.name;
+            if (state.atOpen != P::kNone) {
+                EXPECT_TRUE(fileBytes(file) == before) << state.name;
+            }
+        }
+        fs::permissions(dir.path(), fs::perms(0755));
+    }
 }
 
 using StoreDeathTest = StoreTest;

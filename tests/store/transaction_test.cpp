@@ -2,7 +2,9 @@
 // rows at once.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
+#include <thread>
 
 #include "store_support.h"
 
@@ -79,6 +81,23 @@ Configuration sampleConfiguration() {
     c.macros = {{6, 2, 1, 40, "Combo"}};
     c.macroEvents = {{12, 6, kRecordKeyUp, 1, 4, "A up"}, {8, 6, kRecordKeyDown, 0, 4, "A"}};
     return c;
+}
+
+// Another program's write lock is waited for (a moment of qx9ctl beside the window), and named
+// when it stays taken past the wait.
+TEST_F(StoreTest, AWriteWaitsForAnotherProgramsLockAndNamesItWhenItStays) {
+    SqlFile other(file_);
+    other.exec("BEGIN IMMEDIATE");
+    std::thread commitSoon([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        other.exec("COMMIT");
+    });
+    EXPECT_GT(db_.addProfile("waited"), 0);
+    commitSoon.join();
+    other.exec("BEGIN IMMEDIATE");
+    EXPECT_EQ(db_.addProfile("refused"), 0);
+    EXPECT_EQ(db_.problem(), StoreProblem::kInUse);
+    other.exec("COMMIT");
 }
 
 TEST_F(StoreTest, ConfigurationThatFailsPartWayLeavesTheFileAsItWas) {

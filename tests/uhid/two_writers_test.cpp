@@ -70,6 +70,14 @@ TEST(TwoWriters, EveryTransactionArrivesWholeAndTheKeyboardEndsAsTheDatabaseSays
     EXPECT_EQ(held.lightMode, stored.lightMode);
     EXPECT_EQ(held.keyTables[0], stored.keyTables[0]);
     EXPECT_EQ(sqlValue(db, "SELECT COUNT(*) FROM t_macrorecord"), std::to_string(2 * kRounds));  // every press kept
+
+    // The keyboard refuses a report in the middle of a key map: stored, and the status says it was not sent.
+    {
+        std::lock_guard lock(config.keyboardMutex());
+        config.keyboard().failSetAt(4);
+    }
+    EXPECT_EQ(exitStatus(startProcess(self, qx9ctl({"key", "set", "1", "0", "g", "key:5"}))), 1);
+    EXPECT_EQ(sqlValue(db, "SELECT macroValue FROM t_keyprofile WHERE keyvalue = 10 AND profId = 1"), "5");
 }
 
 }  // namespace
