@@ -314,7 +314,11 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         try {
             handler->second(c, std::vector<std::string>(options.command.begin() + 1, options.command.end()));
         } catch (UsageError& e) {
-            if (e.notStored && !c.storeCause().empty()) e.message += ": " + c.storeCause();
+            // A change refused because the file could not be read or written says why.
+            const std::string cause = c.storeCause();
+            if ((e.notStored || e.status == 1) && !cause.empty() && e.message.find(cause) == std::string::npos) {
+                e.message += ": " + cause;
+            }
             throw;
         }
 

@@ -68,8 +68,6 @@ void LightingPage::setLightRGBValue(std::int64_t r_value, std::int64_t g_value,
 void LightingPage::setLightKeyboardCheckColor(const LightColor& color) {
     paintAllKeys(rgbValue(color));
     changed();
-    LightRecord record{};
-    if (!readRecord(s_.core.currentLightMode, record)) return;
     changeRecord([&](const ops::Target& t) {
         return ops::setLightColour(t, s_.core.currentProfile, s_.core.currentLightSelection,
                                    static_cast<std::uint8_t>(colorComponentByte(color.red)),
@@ -86,7 +84,7 @@ void LightingPage::lightRondomColorSwitch() {
 
 void LightingPage::backlightColorModeStatus(bool status) {
     LightRecord record{};
-    if (!readRecord(s_.core.currentLightMode, record)) return;
+    readRecord(s_.core.currentLightMode, record);  // none yet: zeros; the change below writes the profile's rows
     enableColorButton(!status);
     if (status) {
         loadColorfulLight();
@@ -114,8 +112,6 @@ void LightingPage::loadColorfulLight() {
 }
 
 void LightingPage::backlightBrightnessChange(std::int64_t value) {
-    LightRecord record{};
-    if (!readRecord(s_.core.currentLightMode, record)) return;
     if (value < 0 || value > 255) fatalError("brightness " + std::to_string(value) + " outside a byte");
     brightness_.value = static_cast<int>(value & kSliderMaximum);
     changed();
@@ -125,8 +121,6 @@ void LightingPage::backlightBrightnessChange(std::int64_t value) {
 }
 
 void LightingPage::backlightSpeedChange(std::int64_t value) {
-    LightRecord record{};
-    if (!readRecord(s_.core.currentLightMode, record)) return;
     if (value < 0 || value > 255) fatalError("speed " + std::to_string(value) + " outside a byte");
     speed_.value = static_cast<int>(value & kSliderMaximum);
     changed();
@@ -148,8 +142,6 @@ void LightingPage::showDirection(std::int64_t direction) {
 }
 
 void LightingPage::backlightDirection(std::int64_t type) {
-    LightRecord record{};
-    if (!readRecord(s_.core.currentLightMode, record)) return;
     if (type < 0 || type > 255) fatalError("direction " + std::to_string(type) + " outside a byte");
     showDirection(type);
     changed();

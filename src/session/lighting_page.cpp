@@ -87,9 +87,7 @@ void LightingPage::lightModeSelectionChanged(int row) {
 void LightingPage::setBacklightMode(std::int64_t index) {
     SessionCore& core = s_.core;
     colorPanel_ = ColorPanelAction::Closed;
-    if (index < 0 || index >= static_cast<std::int64_t>(rows_.size())) {
-        fatalError("backlight mode row " + std::to_string(index) + " is not in the list");
-    }
+    if (index < 0 || index >= static_cast<std::int64_t>(rows_.size())) return;  // not in the list (any more)
     const std::int64_t mode = rows_[static_cast<std::size_t>(index)].mode;
     core.currentLightMode = mode;
     core.currentLightSelection = ops::kSettingsProfile;

@@ -52,9 +52,8 @@ void ProfileList::tableSelectionChanged(int row) {
 
 void ProfileList::selectProfileIndex(int index) {
     s_.core.currentProfileIndex = index;
-    if (index < 0 || index >= static_cast<int>(customkey_profilelist_datas_.size())) {
-        fatalError("profile row " + std::to_string(index) + " is not in the list");
-    }
+    // A row the list no longer holds (it was reloaded meanwhile) selects nothing.
+    if (index < 0 || index >= static_cast<int>(customkey_profilelist_datas_.size())) return;
     selectProfile(customkey_profilelist_datas_[static_cast<std::size_t>(index)].profileId);
 }
 

@@ -33,7 +33,11 @@ bool SessionCore::report(const ops::Outcome& outcome) {
             if (events) events->notice(extraText(ExtraText::kChangedElsewhere));
             return false;
         case ops::Outcome::kRefused:
-            if (!outcome.title.empty()) warn(outcome.title, outcome.text);
+            if (!outcome.title.empty()) {
+                warn(outcome.title, outcome.text);
+            } else if (deviceDB && deviceDB->problem() != StoreProblem::kNone && deviceDB->problem() != StoreProblem::kOther) {
+                warnNotStored();  // what the change depends on could not be read: the file is in trouble
+            }
             return false;
     }
     return false;

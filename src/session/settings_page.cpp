@@ -42,7 +42,7 @@ void SettingsPage::comboBoxSelectionDidChange(int row) {
     if (row < 0 || row >= static_cast<int>(languages_.size())) return;
     languageRow_ = row;
     curLanguage = languages_[static_cast<std::size_t>(row)].mode;
-    if (const std::optional<ops::Target> target = s_.core.target()) ops::setLanguage(*target, curLanguage);
+    if (const std::optional<ops::Target> target = s_.core.target()) s_.core.report(ops::setLanguage(*target, curLanguage));
     LanguageSwicth();
 }
 
