@@ -7,6 +7,7 @@
 #include <iterator>
 #include <optional>
 
+#include "i18n/language.h"
 #include "session/custom_key_dialog.h"
 #include "session/session_fixture.h"
 #include "hid/virtual_qx9_memory.h"
@@ -162,15 +163,52 @@ TEST(PageActionsUnderFaults, NoneAbortsAndWhatIsNotStoredIsSaid) {
     EXPECT_EXIT(std::exit(asUser()), ::testing::ExitedWithCode(0), "");
 }
 
-TEST_F(FaultsTest, AnUnreadableDatabaseSendsNothingAndSaysWhereItIs) {
-    std::string bytes;
-    for (int i = 0; i < 8192; ++i) bytes += static_cast<char>((i * 7919 + 13) % 256);
-    std::ofstream(dbPath_, std::ios::binary) << bytes;
-    connect();
-    EXPECT_TRUE(sets().empty());  // an all-zero key map would wipe what the keyboard holds
-    ASSERT_EQ(events_.warnings.size(), 1u);
-    EXPECT_NE(events_.warnings[0].find(dbPath_.string()), std::string::npos) << events_.warnings[0];
-    EXPECT_NE(events_.warnings[0].find("qx9ctl import"), std::string::npos);
+// A file the first connection cannot use sends nothing (an all-zero or default key map would wipe
+// what the keyboard holds), stays as it was, and the warning names the cause; only a damaged or
+// foreign file is to be moved aside.
+TEST_F(FaultsTest, AFileThatCannotBeUsedSendsNothingAndTheCauseIsNamed) {
+    std::string noise;
+    for (int i = 0; i < 8192; ++i) noise += static_cast<char>((i * 7919 + 13) % 256);
+    curLanguage = kLanguageEnglish;
+    const struct {
+        std::function<void()> prepare;
+        const char* cause;
+        bool moveAside;
+        const char* held = nullptr;  // SQL another program runs and holds meanwhile
+    } cases[] = {
+        {[&] { std::ofstream(dbPath_, std::ios::binary) << noise; }, "is damaged or is not a settings file", true},
+        {[&] { std::ofstream(dbPath_, std::ios::binary); }, "is damaged or is not a settings file", true},
+        {[&] {
+             ASSERT_TRUE(sqlExec(dbPath_.string(), "CREATE TABLE t_profile (x); PRAGMA journal_mode=DELETE"));
+             ASSERT_TRUE(sqlExec(dbPath_.string(), "DROP TABLE t_profile"));
+         }, "is damaged or is not a settings file", true},
+        {[&] {
+             ConsoleCapture quiet;
+             DeviceSQLite::atPath(dbPath_).writeLightProfile(1);
+             ASSERT_TRUE(sqlExec(dbPath_.string(), "PRAGMA journal_mode=DELETE"));
+         }, "is in use by another program", false, "BEGIN EXCLUSIVE; DELETE FROM t_profile"},
+    };
+    for (const auto& c : cases) {
+        std::filesystem::remove(dbPath_);
+        c.prepare();
+        std::ifstream in(dbPath_, std::ios::binary);
+        const std::string before(std::istreambuf_iterator<char>(in), {});
+        events_.warnings.clear();
+        session_ = openSession(dbPath_, recorder_, events_);
+        sqlite3* other = nullptr;
+        if (c.held) {
+            sqlite3_open(dbPath_.c_str(), &other);
+            sqlite3_exec(other, c.held, nullptr, nullptr, nullptr);
+        }
+        connect();
+        sqlite3_close(other);
+        EXPECT_TRUE(sets().empty()) << c.cause;
+        ASSERT_EQ(events_.warnings.size(), 1u);
+        EXPECT_NE(events_.warnings[0].find(dbPath_.string() + " " + c.cause), std::string::npos) << events_.warnings[0];
+        EXPECT_EQ(events_.warnings[0].find("qx9ctl import") != std::string::npos, c.moveAside);
+        std::ifstream after(dbPath_, std::ios::binary);
+        EXPECT_TRUE(std::string(std::istreambuf_iterator<char>(after), {}) == before) << c.cause;
+    }
 }
 
 TEST_F(FaultsTest, AChangeTheDatabaseRefusesIsNotSentAndTheUserIsWarned) {
