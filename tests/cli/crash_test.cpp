@@ -104,37 +104,47 @@ TEST_F(CrashTest, AKilledWriteLeavesTheOldOrTheNewStateAndASoundFile) {
     std::cout << trials << " kills: " << old << " left the old state, " << changed << " the new\n";
 }
 
-// A database another program holds locked, and one this user may only read: every write is
-// refused with one line and status 1, nothing reaches the keyboard, and the file stays as it was.
+// A database another program holds locked, and one this user may only read: every write (an import
+// too) is refused with one line naming the cause and status 1, nothing reaches the keyboard, and the
+// file stays as it was; a file that can be read is still exported.
 TEST_F(CrashTest, LockedAndReadOnlyDatabasesRefuseWritesAndSendNothing) {
     const fs::path db = dir_ / "locked.sqlite3";
+    const std::string backup = (dir_ / "backup.json").string();
     run(db, {"userlight", "add"}, std::chrono::microseconds(-1));
+    run(db, {"export", backup}, std::chrono::microseconds(-1));
+    fs::permissions(backup, fs::perms(0644));
     sqlExec(db.string(), "PRAGMA wal_checkpoint(TRUNCATE)");
     const auto before = dumpDatabase(db.string());
     const std::vector<std::vector<std::string>> writes = {
         {"key", "set", "1", "0", "a", "key:5"}, {"macro", "add"}, {"light", "select", "3"},
         {"settings", "gamemode", "on"}, {"userlight", "paint", "1", "w", "--color", "FF0000"},
-        {"profile", "select", "1"}};  // stored first: sends nothing when the store refuses
-    const auto refused = [&](std::vector<std::string> args, uid_t uid) {
+        {"profile", "select", "1"}, {"import", backup}};  // stored first: sends nothing when the store refuses
+    const auto refused = [&](std::vector<std::string> args, uid_t uid, const std::string& cause) {
         args.insert(args.begin(), {"--wire", "-"});
         const auto [status, output] = run(db, args, std::chrono::microseconds(-1), true, uid);
         EXPECT_EQ(status, 1) << args[2] << ": " << output;
         EXPECT_EQ(output.find("SET "), std::string::npos) << args[2];  // nothing on the wire
         EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1) << output;
+        EXPECT_NE(output.find(cause), std::string::npos) << output;
+        EXPECT_EQ(output.find("move it aside"), std::string::npos) << output;
     };
     {
         sqlite3* lock = nullptr;
         ASSERT_EQ(sqlite3_open(db.c_str(), &lock), SQLITE_OK);
         ASSERT_EQ(sqlite3_exec(lock, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
-        for (const auto& w : writes) refused(w, 0);
+        for (const auto& w : writes) refused(w, 0, "in use by another program");
         sqlite3_close(lock);
     }
     EXPECT_EQ(dumpDatabase(db.string()), before);
     // Read-only: for root by running as nobody, since root may write any file.
     fs::permissions(db, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
     fs::permissions(dir_.path(), fs::perms::all);
-    for (const auto& w : writes) refused(w, ::geteuid() == 0 ? 65534 : 0);
+    const uid_t user = ::geteuid() == 0 ? 65534 : 0;
+    for (const auto& w : writes) refused(w, user, "the file or its folder is not writable");
     EXPECT_EQ(dumpDatabase(db.string()), before);
+    const auto [status, exported] = run(db, {"export", "-"}, std::chrono::microseconds(-1), true, user);
+    EXPECT_EQ(status, 0) << exported;
+    EXPECT_NE(exported.find("\"profiles\""), std::string::npos);
 }
 
 }  // namespace
