@@ -3,7 +3,6 @@
 #include <QAccessible>
 #include <QAccessibleActionInterface>
 #include <QApplication>
-#include <QProgressBar>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <sstream>
@@ -42,10 +41,6 @@
 #include "widgets/keyboard_view.h"
 
 using namespace qx9;
-
-namespace {
-QStringList g_qtMessages;  // what Qt printed while a message handler caught it
-}
 
 class AppTest : public QObject {
     Q_OBJECT
@@ -318,10 +313,9 @@ private slots:
 
 };
 
-// qx9ctl on the window's database: the window shows what it changed without being told, and the
-// window's next change keeps it; the keyboard ends with both.
+// qx9ctl on the window's database: the window shows what it changed without being told.
 void AppTest::followsAScriptOnTheSameDatabase() {
-    MacroPageView* page = newMacro();
+    newMacro();
     const std::string db = database().toStdString();
     const auto qx9ctl = [&](std::vector<std::string> args) {
         args.insert(args.begin(), {"--db", db, "--device", "virtual"});
@@ -332,14 +326,6 @@ void AppTest::followsAScriptOnTheSameDatabase() {
     QCOMPARE(qx9ctl({"profile", "rename", "1", "Scripted"}), 0);
     QTRY_COMPARE(controller_->keyPage()->profileTable()->item(0)->text(), QString("Scripted"));
     QTRY_COMPARE(events(), QStringList({"[KEY DOWN] C", "[KEY UP] C"}));
-    key(30, true);
-    page->recordTable()->setCurrentRow(1);
-    emit child<QComboBox>("insertevent_combox")->activated(1);
-    click("insertevent_button");  // A after the script's C
-    QCOMPARE(sql("SELECT group_concat(record_value) FROM (SELECT record_value FROM t_macrorecord ORDER BY record_index)"),
-             std::string("6,6,4,4"));
-    const auto macros = decodeMacros(test::sentMemory(controller_));
-    QCOMPARE(macros.at(0).events.size(), std::size_t(7));  // C, A and the pauses between them
 }
 
 // While another program's transaction holds the keyboard, the window's change waits for it and

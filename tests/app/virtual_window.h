@@ -26,10 +26,5 @@ inline VirtualQX9Memory sentMemory(KeyboardViewController* controller) {
     controller->session().core.finishSending(std::chrono::seconds(10));
     return controller->virtualKeyboard()->memory();
 }
-// Reports the keyboard took, once everything queued is sent.
-inline std::uint64_t sentReports(KeyboardViewController* controller) {
-    controller->session().core.finishSending(std::chrono::seconds(10));
-    return controller->virtualKeyboard()->setCount();
-}
 
 }  // namespace qx9::test

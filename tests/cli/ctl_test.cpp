@@ -13,8 +13,6 @@
 #include "common/bytes.h"
 #include "hid/virtual_qx9.h"
 #include "hid/virtual_qx9_memory.h"
-#include "layout/key_maps.h"
-#include "ops/lighting.h"
 #include "ops/macros.h"
 #include "support/scratch.h"
 #include "support/sql_value.h"
@@ -316,39 +314,6 @@ TEST_F(Qx9ctl, ExportThenImportElsewhereGivesTheSameConfiguration) {
     EXPECT_EQ(ok({"export", "-"}, "b.sqlite3"), exported);
     EXPECT_EQ(ok({"profile", "list"}, "b.sqlite3"), "1\tConfiguration File 1\n2\tConfiguration File 1\n");
     EXPECT_EQ(decodeSystemFunctions(keyboard("b.sqlite3"))->gameMode, 1);
-}
-
-// Keys name macros by position: the macro download after a deletion takes the key map along, so
-// that f still plays macro 3 (c) once macro 2 is gone.
-TEST_F(Qx9ctl, KeysKeepTheirMacroAfterADeletion) {
-    for (const char* key : {"a", "b", "c", "d"}) {
-        ok({"macro", "add"});
-        ok({"macro", "insert", sql("SELECT MAX(macro_id) FROM t_macro_data"), std::string("key:") + key});
-    }
-    ok({"key", "set", "1", "0", "f", "macro:3"});
-    ok({"macro", "delete", "2"});
-    ok({"macro", "insert", "1", "key:z"});
-    const VirtualQX9Memory kb = keyboard();
-    const auto f = keyRecord(kb, 0, G_KB_SuperKeyCodeMap.at(9).key_index);
-    const auto macros = decodeMacros(kb);
-    ASSERT_LT(f[1], macros.size());
-    EXPECT_EQ(macros[f[1]].events.at(0).value, 6);  // c
-}
-
-// An import sends all it replaced: the key map with the macros it names, and the effect.
-TEST_F(Qx9ctl, AnImportSendsTheMacrosAndTheEffect) {
-    ok({"macro", "add"});
-    ok({"macro", "insert", "1", "key:c"});
-    ok({"key", "set", "1", "0", "f", "macro:1"});
-    ok({"light", "select", "8"});
-    const std::string backup = path("backup.json");
-    ok({"export", backup});
-    ok({"import", backup}, "other.sqlite3");
-    const VirtualQX9Memory kb = keyboard("other.sqlite3");
-    ASSERT_EQ(decodeMacros(kb).size(), 1u);
-    EXPECT_EQ(decodeMacros(kb)[0].events.at(0).value, 6);
-    EXPECT_EQ(keyRecord(kb, 0, G_KB_SuperKeyCodeMap.at(9).key_index)[1], 0);  // f plays macro 1
-    EXPECT_EQ(decodeLightMode(kb)->mode, ops::effectOfRow(8));
 }
 
 }  // namespace

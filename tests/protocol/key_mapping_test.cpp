@@ -106,18 +106,5 @@ TEST(KeyMappingBlock, LaterRecordOverwritesOnlyTheBytesItWrites) {
     }
 }
 
-TEST(KeyMappingDeath, BrokenInvariantsStop) {
-    installKB108KMaps();
-    EXPECT_DEATH(buildKeyMappingBlock({{profileKey(70, kMacroTypeKey, 5)}, {}}), "key code 70");
-    EXPECT_DEATH(buildKeyMappingBlock({{profileKey(41, kMacroTypeKey, 300)}, {}}), "key code");
-    EXPECT_DEATH(buildKeyMappingBlock({{profileKey(41, kMacroTypeCombination, 4, 256, 0)}, {}}), "key code");
-    EXPECT_DEATH(buildKeyMappingBlock({{profileKey(41, kMacroTypeMacro, 7, 1, 256)}, {macro(7)}}), "play count");
-    std::vector<MacroInfo> many;
-    for (int i = 0; i < 300; ++i) many.push_back(macro(i));
-    EXPECT_DEATH(buildKeyMappingBlock({{profileKey(41, kMacroTypeMacro, 256, 1, 1)}, many}), "macro position");
-    G_KB_SuperKeyCodeMap = {};  // nothing is in force before a layout installs the maps
-    EXPECT_DEATH(buildKeyMappingBlock({{profileKey(4, kMacroTypeKey, 5)}, {}}), "not in the key code map");
-}
-
 }  // namespace
 }  // namespace qx9::test

@@ -77,16 +77,5 @@ TEST(KeyColourBlock, LightIndexesPastTheQX9Keys) {
     EXPECT_EQ(Bytes(block.begin() + 600, block.begin() + 604), (Bytes{150, 0x10, 0x20, 0x30}));
 }
 
-TEST(KeyColourDeath, BrokenInvariantsStop) {
-    installKB108KMaps();
-    EXPECT_DEATH(buildKeyColourBlock({led(61, 0x1000000)}), "not 0xRRGGBB");
-    EXPECT_DEATH(buildKeyColourBlock({led(61, -1)}), "not 0xRRGGBB");
-    EXPECT_DEATH(buildKeyColourBlock({led(70, 1)}), "key code 70");
-    G_KB_SuperKeyCodeMap = KeyCodeMap({{1000, "k", "", "", {}, 0, 256, 256, 0, 0, 0},
-                                       {1001, "k", "", "", {}, 0, 195, 195, 0, 0, 0}});
-    EXPECT_DEATH(buildKeyColourBlock({led(1000, 1)}), "light index");
-    EXPECT_DEATH(buildKeyColourBlock({led(1001, 1)}), "light index");
-}
-
 }  // namespace
 }  // namespace qx9::test

@@ -15,8 +15,6 @@ TEST_F(DeviceSessionTest, FirstConnectionSendsSystemFunctionsThenProfileOnesKeyM
     EXPECT_EQ(session_->core.currentProfile, 1);
     EXPECT_EQ(session_->core.currentLightMode, 11);
     EXPECT_EQ(curLanguage, kLanguageEnglish);  // the stored "1033"
-    EXPECT_EQ(session_->core.capture.G_KB_FlagKeys.size(), 9u);
-    EXPECT_EQ(session_->core.capture.G_KB_NormalKeys.size(), 100u);
 }
 
 TEST_F(DeviceSessionTest, StoredUserLightSetIsSentFirst) {

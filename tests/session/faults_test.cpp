@@ -211,17 +211,6 @@ TEST_F(FaultsTest, AFileThatCannotBeUsedSendsNothingAndTheCauseIsNamed) {
     }
 }
 
-TEST_F(FaultsTest, AChangeTheDatabaseRefusesIsNotSentAndTheUserIsWarned) {
-    connect();
-    chooseKeyA();
-    ASSERT_TRUE(sqlExec(dbPath_.string(), "CREATE TRIGGER no BEFORE INSERT ON t_keyprofile BEGIN SELECT RAISE(ABORT, 'no'); END"));
-    session_->keys.customKeyFuncAction(5);
-    EXPECT_TRUE(sets().empty());
-    ASSERT_EQ(events_.warnings.size(), 1u);
-    EXPECT_EQ(events_.warnings[0].substr(0, 24), "The change was not saved");
-    EXPECT_EQ(sql("SELECT COUNT(*) FROM t_keyprofile"), "0");
-}
-
 TEST_F(FaultsTest, AChangeTheKeyboardDoesNotTakeIsKeptAndTheUserIsTold) {
     connect();
     chooseKeyA();

@@ -27,19 +27,16 @@ std::string joined(const Fields&... fields) {
     ((out << separator << fields, separator = "|"), ...);
     return out.str();
 }
+
 inline std::string str(const ProfileKey& k) {
     return joined(k.keyId, k.profId, k.fnlayerId, k.keyValue, k.macroType, k.macroValue, k.macro2Value,
                   k.macro3Value, k.macroDesc);
 }
-inline std::string str(const MacroInfo& m) {
-    return joined(m.macroId, m.playTimes, m.delayType, m.delayTime, m.macroName);
-}
-inline std::string str(const RecordInfo& r) {
-    return joined(r.recordId, r.macroId, r.recordType, r.recordIndex, r.recordDesc, r.recordValue);
-}
+
 inline std::string str(const UserLightData& s) {
     return joined(s.userlight_id, s.profile_id, s.userlight_name, s.speed, s.brightness);
 }
+
 inline std::string str(const UserLightLEDData& l) {
     return joined(l.led_id, l.userlight_id, l.key_value, l.key_rgbvalue);
 }
@@ -49,6 +46,7 @@ Rows strs(const std::vector<T>& records) {
     for (const T& r : records) rows.push_back(str(r));
     return rows;
 }
+
 inline RecordInfo event(std::int64_t macro, std::int64_t type, std::int64_t index, std::int64_t value) {
     return {0, macro, type, index, value, "e" + std::to_string(index)};
 }

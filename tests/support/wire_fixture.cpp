@@ -68,10 +68,6 @@ std::vector<WireEvent> WireFixture::calls() const {
     return out;
 }
 
-std::size_t WireFixture::pauseCount() const {
-    return std::ranges::count(recorder_->events, WireEvent::Pause, &WireEvent::kind);
-}
-
 namespace {
 
 std::string describe(const std::vector<WireEvent>& events, std::size_t i) {

@@ -59,7 +59,6 @@ protected:
 
     std::vector<Bytes> sets() const;           // every SET, in order
     std::vector<WireEvent> calls() const;      // SET and GET, in order
-    std::size_t pauseCount() const;
     std::string consoleText() const { return console_.text(); }
     void clearWire() { recorder_->events.clear(); }
     // Runs a transaction on the keyboard (nothing when it is none).

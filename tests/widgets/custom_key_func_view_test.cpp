@@ -1,4 +1,3 @@
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <map>
@@ -30,15 +29,12 @@ private slots:
 
     // Keypad Enter and keypad + are two rows high: their upper half lies in the row above.
     void clickPostsCode() {
-        QSignalSpy spy(view_, &CustomKeyFuncView::keyFuncClicked);
         std::vector<std::int64_t> posted;
         for (auto [index, code, fy] :
              {std::tuple{0, 41, 0.5}, {110, 88, 0.1}, {89, 229, 0.5}, {102, 175, 0.5}, {75, 87, 0.1}}) {
             QTest::mouseClick(view_, Qt::LeftButton, {}, at(index, 0.5, fy));
             posted.push_back(code);
             QCOMPARE(codes(), posted);
-            QCOMPARE(spy.count(), int(posted.size()));
-            QCOMPARE(spy.last().at(0).value<qint64>(), qint64(code));
             QVERIFY(!view_->isSelected(index));  // marks belong to the page
         }
     }

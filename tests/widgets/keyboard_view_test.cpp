@@ -1,4 +1,3 @@
-#include <QSignalSpy>
 #include <QtTest>
 
 #include "view_harness.h"
@@ -33,9 +32,6 @@ class KeyboardViewTest : public QObject, ViewHarness<KeyboardView> {
     }
     void move(const QPoint& p) { QTest::mouseMove(view_, p); }
     void click(const QPoint& p, Qt::MouseButton b = Qt::LeftButton) { QTest::mouseClick(view_, b, {}, p); }
-    std::vector<KeyboardToolTip> tips() const {
-        return rec_->objects<KeyboardToolTip>(kShowKeyboardToolTipWnd);
-    }
     std::vector<std::string> actions() const { return rec_->objects<std::string>(kKeyboardKeyAction); }
 
 private slots:
@@ -52,7 +48,6 @@ private slots:
 
     // Only the left button clicks; a click posts the key's name once and selects the key.
     void clickPostsKeyActionOnce() {
-        QSignalSpy spy(view_, &KeyboardView::keyActivated);
         std::vector<std::string> names;
         int previous = -1;
         for (const char* name : {"escape", "leftShift", "rightArrow"}) {
@@ -63,8 +58,6 @@ private slots:
             click(at(k, 0.8, 0.2));
             names.push_back(name);
             QCOMPARE(actions(), names);
-            QCOMPARE(spy.count(), int(names.size()));
-            QCOMPARE(spy.last().at(0).toString(), QString(name));
             QCOMPARE(view_->selectKeyItem(), k);
             QVERIFY(view_->isKeyHighlighted(k) && (previous < 0 || !view_->isKeyHighlighted(previous)));
             previous = k;
