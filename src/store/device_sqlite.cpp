@@ -73,12 +73,6 @@ StoreProblem DeviceSQLite::problem() const {
 }
 
 bool DeviceSQLite::checkExistingFile() {
-    std::error_code ec;
-    if (std::filesystem::is_regular_file(file_, ec) && std::filesystem::file_size(file_, ec) == 0) {
-        openProblem_ = StoreProblem::kNotOurs;  // an empty file is not a database of ours yet
-        console() << "init: connect fail the file is empty\n";
-        return false;
-    }
     std::size_t ours = 0;
     try {
         auto row = db_->query("SELECT name FROM sqlite_master WHERE type = 'table'");
