@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 
 namespace qx9::sqlite {
@@ -16,6 +17,17 @@ namespace {
 // IMMEDIATE of its transaction, so it waits about 2 s in all before it gives up, not once per
 // row; after a BEGIN that gave up, its statements fail at once (see Connection::Transaction).
 constexpr int kBusyTimeoutMs = 2000;
+// The wait can be set for a run with QX9_LOCK_WAIT_MS (0–60000), for tests of a locked file.
+constexpr const char* kLockWaitVariable = "QX9_LOCK_WAIT_MS";
+constexpr long kMaxLockWaitMs = 60000;
+
+int lockWaitMs() {
+    const char* text = std::getenv(kLockWaitVariable);
+    if (!text || !*text) return kBusyTimeoutMs;
+    char* end = nullptr;
+    const long value = std::strtol(text, &end, 10);
+    return *end == '\0' && value >= 0 && value <= kMaxLockWaitMs ? static_cast<int>(value) : kBusyTimeoutMs;
+}
 
 constexpr const char* kTransactionLost = "the transaction was rolled back after an earlier error";
 
@@ -140,7 +152,7 @@ Connection Connection::open(const std::string& path) {
         if (mode.step() && mode.text(0) == "wal") execute(raw, "PRAGMA synchronous=NORMAL");
     } catch (const Error&) {
     }
-    sqlite3_busy_timeout(raw, kBusyTimeoutMs);
+    sqlite3_busy_timeout(raw, lockWaitMs());
     return connection;
 }
 
@@ -157,7 +169,7 @@ void Connection::useWriteAheadLog() const {
         wal = mode.step() && mode.text(0) == "wal";
     } catch (const Error&) {
     }
-    sqlite3_busy_timeout(raw, kBusyTimeoutMs);
+    sqlite3_busy_timeout(raw, lockWaitMs());
     // In that mode synchronous=NORMAL syncs the log when it is copied back into the file, not at
     // every commit. A commit that has returned still survives a crash of the application or of
     // qx9ctl, and the file is never damaged; only a power loss or a crash of the system can take

@@ -108,6 +108,7 @@ TEST_F(CrashTest, AKilledWriteLeavesTheOldOrTheNewStateAndASoundFile) {
 // too) is refused with one line naming the cause and status 1, nothing reaches the keyboard, and the
 // file stays as it was; a file that can be read is still exported.
 TEST_F(CrashTest, LockedAndReadOnlyDatabasesRefuseWritesAndSendNothing) {
+    const EnvOverride wait = shortLockWait();
     const fs::path db = dir_ / "locked.sqlite3";
     const std::string backup = (dir_ / "backup.json").string();
     run(db, {"userlight", "add"}, std::chrono::microseconds(-1));

@@ -167,6 +167,7 @@ TEST(PageActionsUnderFaults, NoneAbortsAndWhatIsNotStoredIsSaid) {
 // what the keyboard holds), stays as it was, and the warning names the cause; only a damaged or
 // foreign file is to be moved aside.
 TEST_F(FaultsTest, AFileThatCannotBeUsedSendsNothingAndTheCauseIsNamed) {
+    const EnvOverride wait = shortLockWait();
     std::string noise;
     for (int i = 0; i < 8192; ++i) noise += static_cast<char>((i * 7919 + 13) % 256);
     curLanguage = kLanguageEnglish;

@@ -181,6 +181,7 @@ int openAndWrite(const fs::path& file, const FileState& state) {
 }
 
 TEST(StoreFileStates, TheCauseIsNamedAndAFileNotOursIsLeftUntouched) {
+    const EnvOverride wait = shortLockWait();
     using P = StoreProblem;
     const auto ours = [](const fs::path& file) {
         ConsoleCapture quiet;

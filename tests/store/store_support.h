@@ -113,22 +113,6 @@ private:
     int triggers_ = 0;
 };
 
-class EnvOverride {
-public:
-    EnvOverride(const char* name, const std::optional<std::string>& value) : name_(name) {
-        if (const char* old = std::getenv(name)) previous_ = old;
-        set(value);
-    }
-    ~EnvOverride() { set(previous_); }
-
-private:
-    void set(const std::optional<std::string>& value) {
-        value ? setenv(name_.c_str(), value->c_str(), 1) : unsetenv(name_.c_str());
-    }
-    std::string name_;
-    std::optional<std::string> previous_;
-};
-
 inline std::string fileBytes(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), {});

@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include <filesystem>
+#include <optional>
 #include <sstream>
 #include <string>
 
@@ -42,5 +43,25 @@ private:
     std::ostringstream out_;
     std::ostream* previous_;
 };
+
+// An environment variable set (or, with nullopt, unset) while this lives.
+class EnvOverride {
+public:
+    EnvOverride(const char* name, const std::optional<std::string>& value) : name_(name) {
+        if (const char* old = std::getenv(name)) previous_ = old;
+        set(value);
+    }
+    ~EnvOverride() { set(previous_); }
+
+private:
+    void set(const std::optional<std::string>& value) {
+        value ? setenv(name_.c_str(), value->c_str(), 1) : unsetenv(name_.c_str());
+    }
+    std::string name_;
+    std::optional<std::string> previous_;
+};
+
+// A short wait for another program's lock, for the tests that hold one.
+inline EnvOverride shortLockWait() { return EnvOverride("QX9_LOCK_WAIT_MS", "50"); }
 
 }  // namespace qx9::test
