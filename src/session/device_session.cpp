@@ -29,7 +29,6 @@ void DeviceSession::deviceConnected(const Notification& notification) {
         std::lock_guard lock(core.mutex);
         if (core.kbHIDdevice && sameDevice(core.kbHIDdevice, record->device)) return;  // reported again
         core.kbHIDdevice = record->device;
-        core.keyboardTitle = kDisplayName;
     }
     core.post([this, device = record->device] {
         SessionCore& c = s_.core;
@@ -46,12 +45,10 @@ void DeviceSession::deviceDisconnected(const Notification& notification) {
     SessionCore& core = s_.core;
     // Cleared for any matching removal, before it is known whether it is the current device.
     core.initFinish = false;
-    core.sendToKeyboard = false;
     {
         std::lock_guard lock(core.mutex);
         if (!core.kbHIDdevice || !sameDevice(core.kbHIDdevice, record->device)) return;
         core.kbHIDdevice.reset();
-        core.keyboardTitle = kDisplayName;
     }
     core.post([this] {
         s_.core.setKeyboardPresent(false);
@@ -76,7 +73,6 @@ void DeviceSession::initSQLite() {
     SessionCore& core = s_.core;
     const HidDeviceRef device = core.device();
     if (!device) fatalError("the database is opened for a keyboard, and none is connected");
-    core.deviceDBfile = kDeviceDatabaseFileName;
     // A sender that reads the database through this object follows it to the new one.
     if (core.sender && !core.queuedSender) core.sender.reset();
     core.deviceDB = DeviceSQLite::openFile(core.config.databaseFile);
@@ -107,10 +103,7 @@ void DeviceSession::loadSession(bool withKeyboard) {
     getAllProfile();
     s_.profiles.selectProfile(1);
     s_.macros.initMacroList();
-    if (withKeyboard) {
-        core.initFinish = true;
-        core.sendToKeyboard = true;
-    }
+    if (withKeyboard) core.initFinish = true;
 }
 
 void DeviceSession::getAllProfile() {
@@ -152,9 +145,6 @@ void DeviceSession::showPage(int pageCode) {
 
 bool DeviceSession::keyboardConnected() { return s_.core.device() != nullptr; }
 
-std::string DeviceSession::windowTitle() {
-    std::lock_guard lock(s_.core.mutex);
-    return s_.core.keyboardTitle;
-}
+std::string DeviceSession::windowTitle() { return kDisplayName; }
 
 }  // namespace qx9

@@ -21,7 +21,6 @@ void ProfileList::loadKeyProfile() {
     }
     for (const ProfileData& p : profiles) customkey_profilelist_datas_.push_back({p.profId, displayedName(p.name)});
     setKeyProfileTableSelect(0);
-    s_.core.currentKBProfile = customkey_profilelist_datas_[0].profileId;
 }
 
 void ProfileList::reloadFromDatabase() {
@@ -51,7 +50,6 @@ void ProfileList::tableSelectionChanged(int row) {
 }
 
 void ProfileList::selectProfileIndex(int index) {
-    s_.core.currentProfileIndex = index;
     // A row the list no longer holds (it was reloaded meanwhile) selects nothing.
     if (index < 0 || index >= static_cast<int>(customkey_profilelist_datas_.size())) return;
     selectProfile(customkey_profilelist_datas_[static_cast<std::size_t>(index)].profileId);
@@ -59,7 +57,6 @@ void ProfileList::selectProfileIndex(int index) {
 
 void ProfileList::selectProfile(std::int64_t profile) {
     SessionCore& core = s_.core;
-    core.currentKBProfile = profile;
     core.currentProfile = profile;
     s_.keys.showKeyMarks();
     if (const std::optional<ops::Target> target = core.target()) {

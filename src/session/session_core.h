@@ -73,20 +73,17 @@ std::string storeProblemText(StoreProblem problem, const std::filesystem::path& 
 
 // State shared by every part of the session, and the database and transport.
 //
-// `kbHIDdevice`, `keyboardTitle`, `initFinish`, `sendToKeyboard` and the transport's device
-// and status are written by the device notifications, which arrive on the monitor's thread;
-// they are guarded by `mutex` (or atomic). Everything else is main-thread only.
+// `kbHIDdevice`, `initFinish` and the transport's device and status are written by the device
+// notifications, which arrive on the monitor's thread; they are guarded by `mutex` (or atomic).
+// Everything else is main-thread only.
 struct SessionCore {
     SessionConfig config;
     SessionEvents* events = nullptr;
 
     std::mutex mutex;
     HidDeviceRef kbHIDdevice;
-    std::string keyboardTitle = "HALVORN QX9";
     std::atomic<bool> initFinish{false};
-    std::atomic<bool> sendToKeyboard{false};
     std::unique_ptr<DeviceSQLite> deviceDB;  // opened at the first connection
-    std::string deviceDBfile;
     // The keyboard's sender, created at the first connection: a queued one of its own thread,
     // or one that sends at once through `deviceComm`.
     std::unique_ptr<DeviceComm> deviceComm;
@@ -94,8 +91,6 @@ struct SessionCore {
     QueuedSender* queuedSender = nullptr;
 
     std::int64_t currentProfile = 1;
-    std::int64_t currentProfileIndex = 0;
-    std::int64_t currentKBProfile = 1;
     std::int64_t currentFnLayer = 0;
     std::int64_t currentKeyValue = 0;
     std::int64_t currentLightMode = 0;
@@ -106,10 +101,7 @@ struct SessionCore {
     // What the keystroke capture knows of the keys held; the window's capture sources feed it.
     CaptureState capture;
 
-    // While muted the session behaves as if it had no transport: it stores but sends nothing.
-    bool muted = false;
-
-    KeyboardSender* keyboard() { return muted ? nullptr : sender.get(); }
+    KeyboardSender* keyboard() { return sender.get(); }
     DeviceSQLite* db() { return deviceDB.get(); }
     // What the operations change: none until the database is open; once a keyboard has brought
     // the pages up without a readable database, asking for it warns that nothing was stored.

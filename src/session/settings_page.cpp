@@ -129,7 +129,7 @@ void SettingsPage::configResetAllDatas() {
     // Stored in one transaction, then the whole configuration is sent (stored only without a
     // keyboard: it goes with the next connection).
     if (!target || !core.report(ops::resetAll(*target))) return;
-    core.currentKBProfile = core.currentProfile = core.currentLightSelection = 1;
+    core.currentProfile = core.currentLightSelection = 1;
     if (core.reload) core.reload();
 }
 
