@@ -2,7 +2,9 @@
 
 #include "common/fatal.h"
 #include "i18n/extra_texts.h"
+#include "ops/configuration.h"
 #include "ops/lighting.h"
+#include "ops/settings.h"
 #include "ops/user_lights.h"
 #include "layout/key_maps.h"
 #include "session/keyboard_session.h"
@@ -93,21 +95,24 @@ void DeviceSession::ConnectDevice() {
         core.warn(extraText(ExtraText::kUnreadableTitle), message);
         return;
     }
-    loadSession(true);
+    loadSession();
 }
 
-void DeviceSession::loadSession(bool withKeyboard) {
+void DeviceSession::loadSession() {
     SessionCore& core = s_.core;
     // The key classes of keystroke capture, from the name map in force.
     core.capture.setKeyClasses(G_KB_SuperKeyNameMap);
+    s_.settings.applyStoredLanguage();
+    // The first connection stores and sends once, as qx9ctl connect does; the pages only load.
+    if (const std::optional<ops::Target> target = core.target()) core.report(ops::connectKeyboard(*target));
     getAllProfile();
-    s_.profiles.selectProfile(1);
+    s_.profiles.showProfile(ops::kSettingsProfile);
+    core.currentLightSelection = ops::kSettingsProfile;
     s_.macros.initMacroList();
-    if (withKeyboard) core.initFinish = true;
+    core.initFinish = true;
 }
 
 void DeviceSession::getAllProfile() {
-    s_.settings.applyStoredLanguage();
     s_.keys.loadFnKeyMode();
     s_.profiles.loadKeyProfile();
     s_.lighting.loadLightModeData();

@@ -46,7 +46,7 @@ public:
 
 private:
     static const HIDDevice* deviceOf(const Notification& notification);
-    void loadSession(bool withKeyboard);
+    void loadSession();
     void removePreView();
 
     KeyboardSession& s_;

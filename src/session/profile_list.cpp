@@ -55,10 +55,14 @@ void ProfileList::selectProfileIndex(int index) {
     selectProfile(customkey_profilelist_datas_[static_cast<std::size_t>(index)].profileId);
 }
 
+void ProfileList::showProfile(std::int64_t profile) {
+    s_.core.currentProfile = profile;
+    s_.keys.showKeyMarks();
+}
+
 void ProfileList::selectProfile(std::int64_t profile) {
     SessionCore& core = s_.core;
-    core.currentProfile = profile;
-    s_.keys.showKeyMarks();
+    showProfile(profile);
     if (const std::optional<ops::Target> target = core.target()) {
         // Stored, then the key map is sent; the effect shown is now the profile's own selection.
         if (core.report(ops::selectProfile(*target, profile, core.currentLightMode))) core.currentLightSelection = profile;

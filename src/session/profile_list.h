@@ -34,6 +34,8 @@ public:
     void tableSelectionChanged(int row);
     void selectProfileIndex(int index);
     void selectProfile(std::int64_t profile);
+    // The profile's key marks, without storing or sending anything (a load).
+    void showProfile(std::int64_t profile);
 
     // The buttons: add, delete, rename (the front end then edits the row in place and reports
     // the text through keyTableItemViewEdit).

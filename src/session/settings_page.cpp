@@ -76,11 +76,8 @@ void SettingsPage::showSwitches(const protocol::SystemSwitches& shown) {
 }
 
 void SettingsPage::loadGameModeData() {
-    const std::optional<ops::Target> target = s_.core.target();
-    if (!target) return;
     // Game mode off: every box shows off; the stored block values stay as they are.
-    showSwitches(ops::storedSwitches(target->db));
-    s_.core.report(ops::sendSystemFunctions(*target, switches()));
+    if (const DeviceSQLite* db = s_.core.db()) showSwitches(ops::storedSwitches(*db));
 }
 
 void SettingsPage::button_action_gamemode(int tag, bool on) {

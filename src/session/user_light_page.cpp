@@ -24,7 +24,10 @@ void UserLightPage::loadUserLightData() {
     for (const UserLightData& set : sets) rows_.push_back({set.userlight_id, set.userlight_name});
     s_.core.notify(SessionAspect::UserLights);
     setUserLightTableSelect(0);
-    loadUserLightInfo(0);
+    if (!rows_.empty()) {  // shown only: the first connection sent it
+        userlight_id_ = rows_.front().light;
+        showSetColours();
+    }
 }
 
 void UserLightPage::addUserLight() {
