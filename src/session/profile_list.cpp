@@ -88,14 +88,12 @@ void ProfileList::addProfile() {
 }
 
 void ProfileList::deleteProfile() {
-    if (customkey_profilelist_datas_.size() <= 1) {
-        s_.core.warn(localizedText(textid::kDeleteProfile), localizedText(textid::kLastProfile));
-        return;
-    }
-    const int row = selectedRow_;
-    if (row < 0 || row >= static_cast<int>(customkey_profilelist_datas_.size())) return;
     const std::optional<ops::Target> target = s_.core.target();
-    if (!target || !s_.core.report(ops::deleteProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId))) {
+    if (!target) return;
+    // The last profile is refused by the operation, selected or not.
+    const int row = customkey_profilelist_datas_.size() == 1 ? 0 : selectedRow_;
+    if (row < 0 || row >= static_cast<int>(customkey_profilelist_datas_.size())) return;
+    if (!s_.core.report(ops::deleteProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId))) {
         return;
     }
     // The current profile stays as it was, even when it was this one.
