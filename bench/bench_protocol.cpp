@@ -10,7 +10,7 @@
 
 #include "common/console.h"
 #include "hid/device_comm.h"
-#include "hid/virtual_qx9.h"
+#include "virtual/virtual_qx9.h"
 #include "layout/key_maps.h"
 #include "sender/keyboard_sender.h"
 #include "protocol/key_mapping.h"

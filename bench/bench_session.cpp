@@ -18,7 +18,7 @@
 
 #include "common/console.h"
 #include "hid/pacer.h"
-#include "hid/virtual_qx9.h"
+#include "virtual/virtual_qx9.h"
 #include "layout/key_maps.h"
 #include "hid/device_access.h"
 #include "ops/configuration.h"

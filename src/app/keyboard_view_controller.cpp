@@ -18,7 +18,7 @@
 #include "app/app_resources.h"
 #include "app/start_view.h"
 #include "hid/device_access.h"
-#include "hid/virtual_qx9.h"
+#include "virtual/virtual_qx9.h"
 #include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "i18n/language_switch.h"

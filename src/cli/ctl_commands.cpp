@@ -6,7 +6,7 @@
 #include "cli/ctl_output.h"
 #include "hid/device_access.h"
 #include "hid/udev_hid.h"
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "i18n/language.h"
 #include "ops/configuration.h"
 #include "ops/lighting.h"

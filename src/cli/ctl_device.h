@@ -5,7 +5,7 @@
 #include <string>
 
 #include "hid/hid_device.h"
-#include "hid/virtual_qx9.h"
+#include "virtual/virtual_qx9.h"
 
 namespace qx9::ctl {
 

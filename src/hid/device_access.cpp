@@ -3,7 +3,6 @@
 #include <cerrno>
 
 #include "hid/hidraw_device.h"
-#include "hid/virtual_qx9.h"
 
 namespace qx9 {
 
@@ -26,16 +25,6 @@ OpenedInterface openInterface(const HIDDevice& record) {
     result.error = "cannot open " + (result.node.empty() ? record.name : result.node) + ": " + record.device->lastError();
     if (result.accessDenied) result.error += "; " + accessFix();
     return result;
-}
-
-HIDDevice virtualQX9Record(std::shared_ptr<VirtualQX9> keyboard) {
-    HIDDevice record;
-    record.vendorId = kQX9VendorId;
-    record.productId = kQX9ProductId;
-    record.featureSize = kQX9FeatureSize;
-    record.name = "HALVORN QX9 (virtual)";
-    record.device = std::move(keyboard);
-    return record;
 }
 
 }  // namespace qx9

@@ -7,8 +7,6 @@
 
 namespace qx9 {
 
-class VirtualQX9;
-
 // The fix for a configuration interface that exists but may not be opened.
 std::string accessFix();
 
@@ -20,8 +18,5 @@ struct OpenedInterface {
     std::string error;          // why it did not open, with the fix when access was denied
 };
 OpenedInterface openInterface(const HIDDevice& record);
-
-// The device record of a virtual QX9, as the monitor would report a real one.
-HIDDevice virtualQX9Record(std::shared_ptr<VirtualQX9> keyboard);
 
 }  // namespace qx9

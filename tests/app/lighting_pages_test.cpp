@@ -14,7 +14,7 @@
 #include <QTest>
 
 #include "app/keyboard_view_controller.h"
-#include "hid/virtual_qx9.h"
+#include "virtual/virtual_qx9.h"
 #include "i18n/language.h"
 #include "layout/key_maps.h"
 #include "pages/color_panel.h"

@@ -4,7 +4,7 @@
 #include <QMainWindow>
 
 #include "app/keyboard_view_controller.h"
-#include "hid/virtual_qx9.h"
+#include "virtual/virtual_qx9.h"
 
 namespace qx9::test {
 

@@ -11,8 +11,8 @@
 
 #include "cli/ctl.h"
 #include "common/bytes.h"
-#include "hid/virtual_qx9.h"
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "ops/macros.h"
 #include "support/scratch.h"
 #include "support/sql_value.h"

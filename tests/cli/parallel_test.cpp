@@ -7,8 +7,8 @@
 #include <set>
 
 #include "common/console.h"
-#include "hid/virtual_qx9.h"
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "layout/key_maps.h"
 #include "ops/configuration.h"
 #include "ops/macros.h"

@@ -10,7 +10,7 @@
 #include <sstream>
 
 #include "common/console.h"
-#include "hid/virtual_qx9.h"
+#include "virtual/virtual_qx9.h"
 #include "layout/key_maps.h"
 #include "ops/configuration.h"
 #include "ops/lighting.h"

@@ -6,7 +6,7 @@
 #include <functional>
 #include <random>
 
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "i18n/language.h"
 #include "layout/key_maps.h"
 #include "ops/configuration.h"

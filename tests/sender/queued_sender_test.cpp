@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "common/console.h"
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "layout/key_maps.h"
 #include "ops/lighting.h"
 #include "ops/user_lights.h"

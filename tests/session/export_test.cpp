@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "ops/configuration.h"
 
 namespace qx9::test {

@@ -10,7 +10,7 @@
 #include "i18n/language.h"
 #include "session/custom_key_dialog.h"
 #include "session/session_fixture.h"
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "layout/key_maps.h"
 #include "support/sql_value.h"
 

@@ -3,7 +3,7 @@
 // next builds on them. Keys bound to macros keep playing their macro after a deletion.
 #include "session/session_fixture.h"
 
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "layout/key_maps.h"

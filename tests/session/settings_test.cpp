@@ -1,6 +1,6 @@
 #include "session/session_fixture.h"
 
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "i18n/language.h"
 
 namespace qx9::test {

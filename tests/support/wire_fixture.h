@@ -14,7 +14,7 @@
 
 #include "common/bytes.h"
 #include "hid/device_comm.h"
-#include "hid/virtual_qx9.h"
+#include "virtual/virtual_qx9.h"
 #include "protocol/transaction.h"
 #include "sender/keyboard_sender.h"
 #include "store/records.h"

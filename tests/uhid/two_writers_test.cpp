@@ -11,7 +11,7 @@
 #include "cli/ctl.h"
 #include "common/console.h"
 #include "hid/udev_hid.h"
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "layout/key_maps.h"
 #include "support/descriptors.h"
 #include "support/processes.h"

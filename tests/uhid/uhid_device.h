@@ -10,7 +10,7 @@
 
 #include "common/bytes.h"
 #include "common/unique_fd.h"
-#include "hid/virtual_qx9.h"
+#include "virtual/virtual_qx9.h"
 
 namespace qx9::test {
 

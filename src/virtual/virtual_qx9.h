@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
@@ -9,7 +10,7 @@
 
 #include "hid/hid_backend.h"
 #include "hid/hid_device.h"
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 
 namespace qx9 {
 
@@ -97,5 +98,8 @@ private:
 
     VirtualQX9Memory memory_;
 };
+
+// The device record of a virtual QX9, as the monitor would report a real one.
+HIDDevice virtualQX9Record(std::shared_ptr<VirtualQX9> keyboard);
 
 }  // namespace qx9

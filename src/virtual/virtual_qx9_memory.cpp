@@ -1,4 +1,4 @@
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "hid/virtual_qx9.h"
+#include "virtual/virtual_qx9.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -369,6 +369,16 @@ bool VirtualQX9::loadStateLocked(const std::string& path, std::string& error) {
     }
     memory_ = std::move(loaded);
     return true;
+}
+
+HIDDevice virtualQX9Record(std::shared_ptr<VirtualQX9> keyboard) {
+    HIDDevice record;
+    record.vendorId = kQX9VendorId;
+    record.productId = kQX9ProductId;
+    record.featureSize = kQX9FeatureSize;
+    record.name = "HALVORN QX9 (virtual)";
+    record.device = std::move(keyboard);
+    return record;
 }
 
 }  // namespace qx9

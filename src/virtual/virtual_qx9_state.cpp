@@ -3,7 +3,7 @@
 
 #include "common/bytes.h"
 #include "hid/device_comm.h"
-#include "hid/virtual_qx9_memory.h"
+#include "virtual/virtual_qx9_memory.h"
 #include "protocol/command_frame.h"
 
 namespace qx9 {
