@@ -104,7 +104,7 @@ bool DeviceComm::sendDeviceData(std::span<const std::uint8_t> data, std::int64_t
         std::copy_n(data.begin() + static_cast<std::ptrdiff_t>(offset), kReportLength, slice);
         console() << "newArr-" << i << bracketedList(slice) << '\n';
         pause(kReportPause);
-        if (!platformSet(dev, slice, kReportLength)) return true;
+        if (!platformSet(dev, slice, kReportLength)) return false;
         if (sent) sent();
     }
     return true;

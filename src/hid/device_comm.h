@@ -50,8 +50,8 @@ public:
     bool sendDeviceData(std::span<const std::uint8_t> data);
 
     // A block of `length` / 64 − 1 reports without read-back, each after a pause and a
-    // "newArr-" diagnostic line. Stops at the first failed report and still returns true.
-    // False only when the keyboard is absent. `sent`, when given, hears of each report set.
+    // "newArr-" diagnostic line. Stops at the first failed report: false then, and when the
+    // keyboard is absent. `sent`, when given, hears of each report set.
     bool sendDeviceData(std::span<const std::uint8_t> data, std::int64_t length,
                         const std::function<void()>& sent = {});
 

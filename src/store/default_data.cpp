@@ -64,7 +64,7 @@ void DeviceSQLite::initDBdata(std::int64_t profile) {
 }
 
 bool DeviceSQLite::writeLightProfile(std::int64_t profile) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         // Any lighting row means the profile was set up before, even with fewer than 21.
         if (db_->hasRow(R"(SELECT * FROM "t_lightdata" WHERE "profId" = ? LIMIT 1)", profile)) {

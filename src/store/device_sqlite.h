@@ -26,8 +26,8 @@ inline constexpr const char* kDeviceDatabaseFileName = "device_keyboard_81k_v2.s
 // Database errors never reach the caller as errors. Every operation turns them into its own
 // "nothing" result (0, false, the empty string, an unchanged list); only opening, table
 // creation, default data and the profile reset print a console line. Without a connection
-// (the file could not be opened) every operation does nothing; the writers that answer with a
-// boolean then report true, since callers read false as a refusal by the database.
+// (the file could not be opened) every operation does nothing and reports that it did not
+// (false, 0).
 //
 // Every operation runs in the caller's transaction when there is one (beginTransaction), and
 // those that write several rows as one (replaceConfiguration, replaceMacroRecords, saveMacro,

@@ -52,7 +52,7 @@ std::int64_t DeviceSQLite::addKeyProfile(const ProfileKey& data) {
 
 bool DeviceSQLite::queryKeysProfile(std::int64_t profile, std::int64_t fnlayer,
                                     std::vector<ProfileKey>& dataArray) const {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         db_->query(std::string("SELECT ") + kColumns +
                        R"( FROM "t_keyprofile" WHERE "profId" = ? AND "fnlayerId" = ?)",

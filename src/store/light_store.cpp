@@ -25,7 +25,7 @@ std::uint8_t storedByte(std::int64_t value, const char* column) {
 
 bool DeviceSQLite::modifyLightData(std::int64_t profile, std::int64_t mode,
                                    std::span<const std::uint8_t> data) {
-    if (!db_) return true;
+    if (!db_) return false;
     if (data.size() < kRecordSize) {
         fatalError("light record of " + std::to_string(data.size()) + " bytes, 12 needed");
     }
@@ -44,7 +44,7 @@ bool DeviceSQLite::modifyLightData(std::int64_t profile, std::int64_t mode,
 }
 
 bool DeviceSQLite::selectLightMode(std::int64_t profile, std::int64_t mode) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         // Two statements: if the second fails the profile has no selected mode at all.
         db_->run(R"(UPDATE "t_lightdata" SET "status" = ? WHERE "profId" = ?)", 0, profile);

@@ -67,7 +67,7 @@ std::int64_t DeviceSQLite::addMacroProfile(const std::string& macro_name) {
 }
 
 bool DeviceSQLite::updateMacroProfileName(std::int64_t macorId, const std::string& macro_name) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         db_->run(R"(UPDATE "t_macro_data" SET "macro_name" = ? WHERE "macro_id" = ?)", macro_name,
                  macorId);
@@ -78,7 +78,7 @@ bool DeviceSQLite::updateMacroProfileName(std::int64_t macorId, const std::strin
 }
 
 bool DeviceSQLite::modifyMacroInfo(const MacroInfo& info) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         // The name is renamed only through updateMacroProfileName.
         db_->run(R"(UPDATE "t_macro_data" SET "play_times" = ?, "delay_type" = ?, "delay_time" = ?
@@ -112,7 +112,7 @@ std::int64_t DeviceSQLite::queryAllMacroData(std::vector<MacroInfo>& dataArray) 
 }
 
 bool DeviceSQLite::deleteMacroProfile(std::int64_t macorId) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         // The header and its events go together or both stay.
         sqlite::Connection::Transaction transaction = db_->begin();
@@ -136,7 +136,7 @@ std::int64_t DeviceSQLite::addMacroRecord(const RecordInfo& info) {
 
 bool DeviceSQLite::replaceMacroRecords(std::int64_t macroId,
                                        const std::vector<RecordInfo>& events) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         sqlite::Connection::Transaction transaction = db_->begin();
         db_->run(R"(DELETE FROM "t_macrorecord" WHERE "macro_id" = ?)", macroId);
@@ -155,7 +155,7 @@ bool DeviceSQLite::replaceMacroRecords(std::int64_t macroId,
 }
 
 bool DeviceSQLite::saveMacro(const MacroInfo& info, const std::vector<RecordInfo>& events) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         sqlite::Connection::Transaction transaction = db_->begin();
         if (!db_->hasRow(R"(SELECT 1 FROM "t_macro_data" WHERE "macro_id" = ?)", info.macroId)) {
@@ -179,7 +179,7 @@ std::int64_t DeviceSQLite::countMacros() const {
 }
 
 bool DeviceSQLite::deleteMacroRecord(std::int64_t macorId) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         db_->run(R"(DELETE FROM "t_macrorecord" WHERE "macro_id" = ?)", macorId);
         return true;

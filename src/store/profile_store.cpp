@@ -14,7 +14,7 @@ std::int64_t DeviceSQLite::addProfile(const std::string& profile_name) {
 }
 
 bool DeviceSQLite::deleteProfile(std::int64_t profile) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         // Only the profile row goes; its keys, values and lighting stay in the file.
         db_->run(R"(DELETE FROM "t_profile" WHERE "profId" = ?)", profile);
@@ -25,7 +25,7 @@ bool DeviceSQLite::deleteProfile(std::int64_t profile) {
 }
 
 bool DeviceSQLite::updateProfileName(std::int64_t profile, const std::string& profile_name) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         db_->run(R"(UPDATE "t_profile" SET "name" = ? WHERE "profId" = ?)", profile_name, profile);
         return true;
@@ -35,7 +35,7 @@ bool DeviceSQLite::updateProfileName(std::int64_t profile, const std::string& pr
 }
 
 bool DeviceSQLite::queryProfileList(std::vector<ProfileData>& dataArray) const {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         db_->query(R"(SELECT "profId", "name" FROM "t_profile")")
             .appendRowsTo(dataArray, [](const sqlite::Statement& row) {
@@ -51,7 +51,7 @@ bool DeviceSQLite::queryProfileList(std::vector<ProfileData>& dataArray) const {
 
 bool DeviceSQLite::writeConfigData(std::int64_t profile, const std::string& keyValue,
                                    const std::string& newvalue) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         db_->insert(R"(INSERT INTO "t_configdata" ("key", "profId", "value") VALUES (?, ?, ?))",
                     keyValue, profile, newvalue);
@@ -63,7 +63,7 @@ bool DeviceSQLite::writeConfigData(std::int64_t profile, const std::string& keyV
 
 bool DeviceSQLite::updateConfigData(std::int64_t profile, const std::string& keyValue,
                                     const std::string& newvalue) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         // Every matching row changes, duplicates included; a missing key is not added.
         db_->run(R"(UPDATE "t_configdata" SET "value" = ? WHERE "profId" = ? AND "key" = ?)",

@@ -48,7 +48,7 @@ std::int64_t DeviceSQLite::addUserLight(std::int64_t profile_id, const std::stri
 }
 
 bool DeviceSQLite::updateUserLightName(std::int64_t userlight_id, const std::string& name) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         db_->run(R"(UPDATE "t_userlight_data" SET "name" = ? WHERE "light_id" = ?)", name, userlight_id);
         return true;
@@ -58,7 +58,7 @@ bool DeviceSQLite::updateUserLightName(std::int64_t userlight_id, const std::str
 }
 
 bool DeviceSQLite::deleteUserLight(std::int64_t userlight_id) {
-    if (!db_) return true;
+    if (!db_) return false;
     try {
         // The set's key colours stay; a later set that gets the same id starts with them.
         db_->run(R"(DELETE FROM "t_userlight_data" WHERE "light_id" = ?)", userlight_id);

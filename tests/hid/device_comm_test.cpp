@@ -93,9 +93,9 @@ std::string repeat(const std::string& text, int n) {
     return s;
 }
 
-TEST_F(Transport, BlockWritePrintsEachReportAndStopsAtTheFirstFailureYetSucceeds) {
+TEST_F(Transport, BlockWritePrintsEachReportAndStopsAtTheFirstFailure) {
     keyboard_->failSetAt(3);
-    EXPECT_TRUE(comm_->sendDeviceData(sparse({{0, 4}, {1, 24}, {64, 255}}, 320), 320));
+    EXPECT_FALSE(comm_->sendDeviceData(sparse({{0, 4}, {1, 24}, {64, 255}}, 320), 320));
     const auto wire = calls();
     ASSERT_EQ(wire.size(), 3u);
     EXPECT_TRUE(wire[0].ok && wire[1].ok && !wire[2].ok);
