@@ -92,9 +92,10 @@ void VirtualQX9::setBusyReads(int count) {
     busyReads_ = count;
 }
 
-void VirtualQX9::failSetAt(int k) {
+void VirtualQX9::failSetAt(int k, SetFault fault) {
     std::lock_guard lock(mutex_);
     failSetAt_ = k;
+    setFault_ = fault;
     setsSinceArmed_ = 0;
 }
 
@@ -204,8 +205,12 @@ bool VirtualQX9::setFeatureReport(std::uint8_t reportId, const std::uint8_t* dat
     ++setCount_;
     if (failSetAt_ > 0 && ++setsSinceArmed_ == failSetAt_) {
         failSetAt_ = 0;
-        lastError_ = "Broken pipe";
-        return false;
+        switch (setFault_) {
+            case SetFault::kFail: lastError_ = "Broken pipe"; return false;
+            case SetFault::kVanish: vanished_ = true; break;
+            case SetFault::kBusyOnce: busyReads_ = 1; break;
+            case SetFault::kBusyTwice: busyReads_ = 2; break;
+        }
     }
     if (vanished_ || !open_) {
         lastError_ = vanished_ ? "No such device" : "device not open";

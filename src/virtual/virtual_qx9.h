@@ -44,8 +44,14 @@ public:
     std::string lastError() const override;
 
     // Faults.
+    enum class SetFault {
+        kFail,       // that set fails
+        kVanish,     // that set and every call after it fail (the keyboard unplugged)
+        kBusyOnce,   // the reads after it answer busy once (the resend cures it)
+        kBusyTwice,  // … twice (the resend does not)
+    };
     void setBusyReads(int count);  // the next `count` reads answer busy
-    void failSetAt(int k);         // the k-th set from now fails
+    void failSetAt(int k, SetFault fault = SetFault::kFail);  // at the k-th set from now
     void vanish();                 // every call fails from now on
     void reappear();
 
@@ -85,6 +91,7 @@ private:
     bool vanished_ = false;
     int busyReads_ = 0;
     int failSetAt_ = 0;
+    SetFault setFault_ = SetFault::kFail;
     int setsSinceArmed_ = 0;
     std::string lastError_;
     std::uint64_t setCount_ = 0;

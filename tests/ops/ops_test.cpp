@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <random>
 
 #include "virtual/virtual_qx9_memory.h"
@@ -120,42 +121,6 @@ TEST_F(OpsTest, ALanguageChosenAfterResettingProfileOneIsStored) {
     EXPECT_EQ(sql("SELECT group_concat(value) FROM t_configdata WHERE profId = 1 AND key = 'language'"), "1033");
 }
 
-// A virtual QX9 that fails at the k-th report set: that one report, every call from it on (the
-// keyboard unplugged), or by answering busy to the reads after it.
-class FaultyKeyboard final : public HidBackend {
-public:
-    enum Fault { kNone, kFailOnce, kVanish, kBusyOnce, kBusyTwice };
-    FaultyKeyboard(std::shared_ptr<VirtualQX9> inner, Fault fault, int k) : inner_(std::move(inner)), fault_(fault), k_(k) {}
-    std::string identity() const override { return inner_->identity(); }
-    std::int64_t productId() const override { return inner_->productId(); }
-    bool open() override { return inner_->open(); }
-    void close() override { inner_->close(); }
-    bool isOpen() const override { return inner_->isOpen(); }
-    std::string lastError() const override { return inner_->lastError(); }
-    bool lockExclusive(std::chrono::milliseconds timeout) override { return inner_->lockExclusive(timeout); }
-    bool unlock() override { return inner_->unlock(); }
-    bool setFeatureReport(std::uint8_t id, const std::uint8_t* data, std::size_t length) override {
-        ++sets;
-        if (gone_) return false;
-        if (sets == k_) {
-            if (fault_ == kFailOnce) return false;
-            if (fault_ == kVanish) return !(gone_ = true);
-            if (fault_ == kBusyOnce || fault_ == kBusyTwice) inner_->setBusyReads(fault_ == kBusyOnce ? 1 : 2);
-        }
-        return inner_->setFeatureReport(id, data, length);
-    }
-    bool getFeatureReport(std::uint8_t id, std::uint8_t* data, std::size_t& length) override {
-        return !gone_ && inner_->getFeatureReport(id, data, length);
-    }
-    int sets = 0;
-
-private:
-    std::shared_ptr<VirtualQX9> inner_;
-    Fault fault_;
-    int k_;
-    bool gone_ = false;
-};
-
 // Every report position of every kind of transaction, under each fault: nothing crashes or
 // hangs, the store ends as it does without the fault, and the outcome tells the user.
 TEST_F(OpsTest, EveryFaultAtEveryReportIsReported) {
@@ -170,27 +135,27 @@ TEST_F(OpsTest, EveryFaultAtEveryReportIsReported) {
         {"system", [](const ops::Target& t) { return ops::setFnMode(t, true, {}); }},
     };
     for (const auto& [name, change] : changes) {
-        const auto runOn = [&, &change = change](FaultyKeyboard::Fault fault, int k) {
+        const auto runOn = [&, &change = change](std::optional<VirtualQX9::SetFault> fault, int k) {
             std::filesystem::copy_file(file_, clean, std::filesystem::copy_options::overwrite_existing);
             std::filesystem::remove(clean + "-wal");
-            auto keyboard = std::make_shared<FaultyKeyboard>(std::make_shared<VirtualQX9>(), fault, k);
+            auto keyboard = std::make_shared<VirtualQX9>();
+            if (fault) keyboard->failSetAt(k, *fault);
             DeviceSQLite db = DeviceSQLite::atPath(clean);
             DeviceComm comm(keyboard, recorder_.get());
             DirectSender sender(comm, db);
             return std::pair(change({db, &sender}), keyboard);
         };
         // The clean run: how many reports, and the store after it.
-        const auto [cleanOutcome, counter] = runOn(FaultyKeyboard::kNone, 0);
+        const auto [cleanOutcome, counter] = runOn(std::nullopt, 0);
         ASSERT_EQ(cleanOutcome.message, "") << name;
         const auto expected = dumpDatabase(clean);
-        for (int k = 1; k <= counter->sets; ++k) {
-            for (auto fault : {FaultyKeyboard::kFailOnce, FaultyKeyboard::kVanish, FaultyKeyboard::kBusyOnce,
-                               FaultyKeyboard::kBusyTwice}) {
+        using F = VirtualQX9::SetFault;
+        for (int k = 1; k <= static_cast<int>(counter->setCount()); ++k) {
+            for (F fault : {F::kFail, F::kVanish, F::kBusyOnce, F::kBusyTwice}) {
                 // A busy answer the resend cures is no fault; any other fault is said.
-                EXPECT_EQ(runOn(fault, k).first.status,
-                          fault == FaultyKeyboard::kBusyOnce ? ops::Outcome::kDone : ops::Outcome::kNotSent)
-                    << name << " report " << k << " fault " << fault;
-                EXPECT_EQ(dumpDatabase(clean), expected) << name << " report " << k << " fault " << fault;
+                EXPECT_EQ(runOn(fault, k).first.status, fault == F::kBusyOnce ? ops::Outcome::kDone : ops::Outcome::kNotSent)
+                    << name << " report " << k << " fault " << int(fault);
+                EXPECT_EQ(dumpDatabase(clean), expected) << name << " report " << k << " fault " << int(fault);
             }
         }
     }
