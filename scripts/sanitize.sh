@@ -19,7 +19,7 @@ export UBSAN_OPTIONS="print_stacktrace=1"
 tsan="-O1 -g -fno-omit-frame-pointer -fsanitize=thread"
 cmake -S . -B build-tsan "${common[@]}" -DQX9_BUILD_GUI=OFF -DCMAKE_CXX_FLAGS="$tsan" \
     -DCMAKE_EXE_LINKER_FLAGS="-fsanitize=thread" >/dev/null
-cmake --build build-tsan -j"$jobs" --target session_tests sender_tests hid_tests capture_tests
-for suite in session_tests sender_tests hid_tests capture_tests; do
+cmake --build build-tsan -j"$jobs" --target session_tests sender_tests hid_tests virtual_tests capture_tests
+for suite in session_tests sender_tests hid_tests virtual_tests capture_tests; do
     TSAN_OPTIONS="halt_on_error=1" build-tsan/bin/$suite --gtest_brief=1
 done
