@@ -11,6 +11,31 @@ constexpr const char* kNames[20] = {"Static",  "SingleOn", "SingleOff", "Glitter
                                     "Spectrum", "Outward", "Scrolling", "Rolling",   "Rotating", "Explode",  "Launch",
                                     "Ripples", "Flowing",  "Pulsating", "Tilt",      "Shuttle",  "Close Backlight"};
 
+// What each effect shows, by mode: its own colour, a speed, up/down or left/right directions.
+struct EffectControls { bool colours, speed, upDown, leftRight; };
+constexpr EffectControls kControls[20] = {
+    {false, false, false, false},  // 0 Close Backlight
+    {true, false, false, false},   // 1 Static
+    {true, true, false, false},    // 2 SingleOn
+    {true, true, false, false},    // 3 SingleOff
+    {true, true, false, false},    // 4 Glittering
+    {true, true, false, false},    // 5 Falling
+    {false, true, false, false},   // 6 Colourful
+    {true, true, false, false},    // 7 Breath
+    {false, true, false, false},   // 8 Spectrum
+    {true, true, false, false},    // 9 Outward
+    {true, true, true, false},     // 10 Scrolling
+    {true, true, false, true},     // 11 Rolling
+    {true, true, false, false},    // 12 Rotating
+    {true, true, false, false},    // 13 Explode
+    {true, true, false, false},    // 14 Launch
+    {true, true, false, false},    // 15 Ripples
+    {true, true, false, true},     // 16 Flowing
+    {true, true, false, false},    // 17 Pulsating
+    {true, true, false, true},     // 18 Tilt
+    {true, true, false, false},    // 19 Shuttle
+};
+
 // The parameter bytes of a light record.
 struct Params { int red, green, blue, random, brightness, speed, direction; };
 constexpr Params kDefaults{202, 81, 0, 1, 15, 12, 0};
@@ -73,11 +98,12 @@ protected:
                (p.blue == 255 ? 0x0000FFu : 0);
     }
 
-    // The controls and preview the page must show for an effect and its record. Colourful (6),
-    // Spectrum (8) and Close Backlight (0) have no colour and show random off; 0 disables it.
+    // The controls and preview the page must show for an effect and its record. The effects
+    // without a colour of their own show random off; Close Backlight (0) disables it.
     void expectControls(int mode, const Params& p) {
         const LightingPage& l = page();
-        const bool random = p.random == 1, colours = mode != 0 && mode != 6 && mode != 8, speed = mode > 1;
+        const EffectControls& c = kControls[mode];
+        const bool random = p.random == 1, colours = c.colours, speed = c.speed;
         EXPECT_EQ(l.light_slider_brightness().value, mode == 0 ? 0 : (p.brightness & 15));
         EXPECT_TRUE(l.light_slider_brightness().enabled);
         EXPECT_EQ(l.colorButtonsEnabled(), colours && !random);
@@ -87,7 +113,7 @@ protected:
         EXPECT_EQ(l.light_slider_speed().enabled, speed);
         EXPECT_EQ(l.light_slider_speed().value, speed ? (p.speed & 15) : 0);
         // Top, bottom, left, right: which are hidden and which are on; 3 reads as up.
-        const bool ud = mode == 10, lr = mode == 11 || mode == 16 || mode == 18;
+        const bool ud = c.upDown, lr = c.leftRight;
         EXPECT_EQ((std::array{l.light_direction_top().hidden, l.light_direction_bottom().hidden,
                               l.light_direction_left().hidden, l.light_direction_right().hidden}),
                   (std::array{!ud, !ud, !lr, !lr}));
