@@ -250,13 +250,12 @@ void printRecord(Context& c, std::int64_t id, const std::string& name) {
 
 void check(const ops::Outcome& outcome) {
     if (outcome) return;
-    throw UsageError{outcome.title.empty() ? outcome.message : outcome.title + ": " + outcome.text, 1,
-                     outcome.status == ops::Outcome::kNotStored};
+    throw UsageError{outcome.title.empty() ? outcome.message : outcome.title + ": " + outcome.text};
 }
 
 std::string Context::storeCause() const {
     const StoreProblem problem = db_ ? db_->problem() : StoreProblem::kOther;
-    return problem == StoreProblem::kOther || problem == StoreProblem::kNone ? "" : describe(problem);
+    return namesACause(problem) ? describe(problem) : "";
 }
 
 DeviceSQLite& Context::database() {
@@ -316,7 +315,7 @@ int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
         } catch (UsageError& e) {
             // A change refused because the file could not be read or written says why.
             const std::string cause = c.storeCause();
-            if ((e.notStored || e.status == 1) && !cause.empty() && e.message.find(cause) == std::string::npos) {
+            if (e.status == 1 && !cause.empty() && e.message.find(cause) == std::string::npos) {
                 e.message += ": " + cause;
             }
             throw;

@@ -19,7 +19,6 @@ namespace qx9::ctl {
 struct UsageError {
     std::string message;
     int status = 1;
-    bool notStored = false;  // the database did not take a change: the cause is added to the message
 };
 // A command line of the wrong shape (a missing argument, an unknown subcommand): status 2.
 inline UsageError usageError(std::string message) { return {std::move(message), 2}; }

@@ -35,7 +35,7 @@ bool SessionCore::report(const ops::Outcome& outcome) {
         case ops::Outcome::kRefused:
             if (!outcome.title.empty()) {
                 warn(outcome.title, outcome.text);
-            } else if (deviceDB && deviceDB->problem() != StoreProblem::kNone && deviceDB->problem() != StoreProblem::kOther) {
+            } else if (deviceDB && namesACause(deviceDB->problem())) {
                 warnNotStored();  // what the change depends on could not be read: the file is in trouble
             }
             return false;
@@ -44,11 +44,8 @@ bool SessionCore::report(const ops::Outcome& outcome) {
 }
 
 void SessionCore::warnNotStored() {
-    if (!deviceDB) {
-        warn(extraText(ExtraText::kNotStoredTitle), extraText(ExtraText::kNotStoredMessage));
-        return;
-    }
-    warn(extraText(ExtraText::kNotStoredTitle), storeProblemText(deviceDB->problem(), deviceDB->filePath()));
+    warn(extraText(ExtraText::kNotStoredTitle), deviceDB ? storeProblemText(deviceDB->problem(), deviceDB->filePath())
+                                                          : extraText(ExtraText::kNotStoredMessage));
 }
 
 void SessionCore::useKeyboard(const HidDeviceRef& device) {

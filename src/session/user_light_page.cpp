@@ -24,10 +24,7 @@ void UserLightPage::loadUserLightData() {
     for (const UserLightData& set : sets) rows_.push_back({set.userlight_id, set.userlight_name});
     s_.core.notify(SessionAspect::UserLights);
     setUserLightTableSelect(0);
-    if (!rows_.empty()) {  // shown only: the first connection sent it
-        userlight_id_ = rows_.front().light;
-        showSetColours();
-    }
+    showUserLightInfo(0);  // shown only: the first connection sent it
 }
 
 void UserLightPage::addUserLight() {
@@ -74,10 +71,15 @@ void UserLightPage::userLightTableSelectionChanged(int row) {
     loadUserLightInfo(row);
 }
 
-void UserLightPage::loadUserLightInfo(int index) {
-    if (index < 0 || index >= static_cast<int>(rows_.size())) return;
+bool UserLightPage::showUserLightInfo(int index) {
+    if (index < 0 || index >= static_cast<int>(rows_.size())) return false;
     userlight_id_ = rows_[static_cast<std::size_t>(index)].light;
     showSetColours();
+    return true;
+}
+
+void UserLightPage::loadUserLightInfo(int index) {
+    if (!showUserLightInfo(index)) return;
     if (const std::optional<ops::Target> target = s_.core.target()) s_.core.report(ops::showUserLight(*target, userlight_id_));
 }
 

@@ -54,7 +54,8 @@ public:
     // The row's name edited in place; an empty or refused name keeps the stored one.
     void renameUserLight(int row, const std::string& name);
     void userLightTableSelectionChanged(int row);  // the table "userlightlist": select and load
-    void loadUserLightInfo(int index);
+    void loadUserLightInfo(int index);  // shows the set and sends it
+    bool showUserLightInfo(int index);  // shows it only; false when the row is not in the list
     void resetUserLightKeyColor();             // userlight_button_resetcolor
     void applyUserLightKeyColor();             // userlight_button_applycolor
     // Another program changed the database: the list of sets, and the loaded set's colours where

@@ -110,6 +110,12 @@ void Statement::fail() const {
 
 namespace {
 
+// A failed open: SQLite's words and codes, from the handle when it made one.
+[[noreturn]] void throwOpenError(sqlite3* raw, int rc) {
+    if (!raw) throw Error(sqlite3_errstr(rc), rc);
+    throw Error(sqlite3_errmsg(raw), sqlite3_extended_errcode(raw), sqlite3_system_errno(raw));
+}
+
 // "file:" URI of a path with the immutable flag; characters that mean something in a URI are
 // escaped.
 std::string immutableUri(const std::string& path) {
@@ -140,10 +146,7 @@ Connection Connection::open(const std::string& path) {
     if (readOnly) return openUnchanging(path);
     const int rc = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     Connection connection(raw);
-    if (rc != SQLITE_OK) {
-        if (!raw) throw Error(sqlite3_errstr(rc), rc);
-        throw Error(sqlite3_errmsg(raw), sqlite3_extended_errcode(raw), sqlite3_system_errno(raw));
-    }
+    if (rc != SQLITE_OK) throwOpenError(raw, rc);
     // A file in write-ahead-log mode (see useWriteAheadLog) syncs at the copy back, not at every
     // commit, on every connection. Asked before the busy timeout: a file another program holds in
     // journal mode is not waited for twice.
@@ -182,10 +185,7 @@ Connection Connection::openUnchanging(const std::string& path) {
     sqlite3* raw = nullptr;
     const int rc = sqlite3_open_v2(immutableUri(path).c_str(), &raw, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
     Connection connection(raw);
-    if (rc != SQLITE_OK) {
-        if (!raw) throw Error(sqlite3_errstr(rc), rc);
-        throw Error(sqlite3_errmsg(raw), sqlite3_extended_errcode(raw), sqlite3_system_errno(raw));
-    }
+    if (rc != SQLITE_OK) throwOpenError(raw, rc);
     return connection;
 }
 

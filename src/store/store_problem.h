@@ -21,6 +21,11 @@ StoreProblem problemOf(const sqlite::Failure& failure);
 // One phrase in English for qx9ctl ("in use by another program; …").
 const char* describe(StoreProblem problem);
 
+// A cause worth naming to the user (not none, not an error of another kind).
+inline bool namesACause(StoreProblem problem) {
+    return problem != StoreProblem::kNone && problem != StoreProblem::kOther;
+}
+
 // Only a damaged or foreign file is to be moved aside; the others go away on their own or when
 // the user makes room, ends the other program, or gives write access.
 inline bool moveAsideHelps(StoreProblem problem) {
