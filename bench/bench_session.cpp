@@ -100,8 +100,7 @@ void openSession(const std::filesystem::path& file) {
     config.pacer = &g_noPause;
     g_session = std::make_unique<qx9::KeyboardSession>(config);
     g_keyboard = std::make_shared<qx9::VirtualQX9>();
-    g_session->device.deviceConnected(qx9::Notification{
-        qx9::kHIDDeviceConnected, qx9::HIDDeviceDictionary{{qx9::kDeviceKey, qx9::virtualQX9Record(g_keyboard)}}});
+    g_session->device.deviceConnected(qx9::virtualQX9Record(g_keyboard));
 }
 
 // The Save button of the macro page on a macro of 40 events: its events and header stored

@@ -20,7 +20,6 @@
 
 #include "app/keyboard_view_controller.h"
 #include "common/console.h"
-#include "common/notification_center.h"
 #include "hid/device_access.h"
 #include "virtual/virtual_qx9.h"
 #include "virtual/virtual_qx9_memory.h"
@@ -125,7 +124,7 @@ Result measureConnect(bool onWorker) {
     auto keyboard = std::make_shared<VirtualQX9>();
     StallProbe probe;
     probe.start();
-    NotificationCenter::defaultCenter().post(kHIDDeviceConnected, HIDDeviceDictionary{{kDeviceKey, virtualQX9Record(keyboard)}});
+    w.session().device.arrived(virtualQX9Record(keyboard));
     waitUntil([&] { return w.session().core.initFinish && w.session().core.sendingIdle() && keyboard->setCount() > 0; });
     pump(50);
     return {probe.stopMs(), 0, 0};

@@ -69,6 +69,6 @@ int main(int argc, char** argv) {
     window.installEventFilter(&probe);
     window.show();
     qx9::AppDelegate delegate;
-    delegate.applicationDidFinishLaunching(controller->session().core.capture);
+    delegate.applicationDidFinishLaunching(controller->session());
     return app.exec();
 }

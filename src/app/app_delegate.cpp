@@ -7,31 +7,26 @@
 #include <QTimer>
 
 #include "app/keystroke_capture.h"
-#include "hid/privilege_monitor.h"
 #include "i18n/extra_texts.h"
+#include "session/keyboard_session.h"
 
 namespace qx9 {
 
-AppDelegate::AppDelegate(QObject* parent)
-    : QObject(parent), privilegeMonitor_(std::make_unique<PrivilegeMonitor>()) {}
+AppDelegate::AppDelegate(QObject* parent) : QObject(parent) {}
 
 AppDelegate::~AppDelegate() { delete quickButton; }
 
-void AppDelegate::applicationDidFinishLaunching(CaptureState& capture) {
-    startPrivilegeMonitor();
-    keystrokeCapture_ = std::make_unique<KeystrokeCapture>();
-    keystrokeCapture_->start(capture);
-    createButtonStatusBar();
-}
-
-void AppDelegate::startPrivilegeMonitor() {
-    privilegeMonitor_->start();
+void AppDelegate::applicationDidFinishLaunching(KeyboardSession& session) {
+    keystrokeCapture_ = std::make_unique<KeystrokeCapture>(session.input);
+    keystrokeCapture_->start();
+    // The permission check asks again every few seconds until keystrokes can be captured.
     privilegeTimer_ = new QTimer(this);
-    privilegeTimer_->setInterval(PrivilegeMonitor::kInterval);
-    connect(privilegeTimer_, &QTimer::timeout, this, [this] {
-        if (!privilegeMonitor_->tick()) privilegeTimer_->stop();
+    privilegeTimer_->setInterval(InputCapture::privilegeIntervalMilliseconds());
+    connect(privilegeTimer_, &QTimer::timeout, this, [this, &session] {
+        if (!session.input.privilegeTick()) privilegeTimer_->stop();
     });
     privilegeTimer_->start();
+    createButtonStatusBar();
 }
 
 void AppDelegate::createButtonStatusBar() {
@@ -55,8 +50,6 @@ void AppDelegate::createButtonStatusBar() {
 }
 
 void AppDelegate::statusItemActivated() { quickButton->popup(QCursor::pos()); }
-
-bool AppDelegate::readsEventDevices() const { return keystrokeCapture_ && keystrokeCapture_->readsEventDevices(); }
 
 void AppDelegate::clickQuit() { QApplication::quit(); }
 

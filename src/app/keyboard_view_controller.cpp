@@ -17,7 +17,6 @@
 
 #include "app/app_resources.h"
 #include "app/start_view.h"
-#include "hid/device_access.h"
 #include "virtual/virtual_qx9.h"
 #include "i18n/extra_texts.h"
 #include "i18n/language.h"
@@ -64,16 +63,6 @@ constexpr PageButton kPageButtons[] = {
 };
 
 
-// The colour button of a lighting page that carries `tag`: the backlight page's swatch (100)
-// and presets (101–114), the per-key page's swatch (200) and presets (201–214).
-std::optional<ColorButtonPress> colorButtonOfTag(std::int64_t tag) {
-    if (tag == 100) return ColorButtonPress{ColorButtonPress::kLightSwatch, 0};
-    if (tag > 100 && tag <= 100 + kPresetColorCount) return ColorButtonPress{ColorButtonPress::kLightPreset, int(tag - 100)};
-    if (tag == 200) return ColorButtonPress{ColorButtonPress::kUserLightSwatch, 0};
-    if (tag > 200 && tag <= 200 + kPresetColorCount) return ColorButtonPress{ColorButtonPress::kUserLightPreset, int(tag - 200)};
-    return std::nullopt;
-}
-
 }  // namespace
 
 KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidget* parent)
@@ -89,14 +78,11 @@ KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidge
     // The keyboard is written from a thread of its own: the window never waits for it.
     config.sendOnWorker = options.sendOnWorker;
     session_ = std::make_unique<KeyboardSession>(config, this);
-    rfDeviceMonitor = std::make_unique<HIDDeviceMonitor>(std::vector<HIDMonitorData>{{kQX9VendorId, kQX9ProductId}}, kQX9FeatureSize);
     initViewUI();
-    registerNotification();
 }
 
 KeyboardViewController::~KeyboardViewController() {
-    for (auto t : tokens_) NotificationCenter::defaultCenter().removeObserver(t);
-    for (std::thread& t : openThreads_) t.join();
+    session_->device.stopWatching();
     // A recording in progress is kept, as Stop would keep it.
     session_->macros.stopRecordingInProgress();
     // What was stored is sent before the window goes, within a bound.
@@ -109,6 +95,8 @@ KeyboardViewController::~KeyboardViewController() {
         std::string error;
         virtual_->saveState(options_.virtualState, error);
     }
+    // The session gives back its descriptors while this window can still take them.
+    session_.reset();
 }
 
 void KeyboardViewController::initViewUI() {
@@ -209,61 +197,17 @@ void KeyboardViewController::initViewUI() {
     databaseSettle_ = new QTimer(this);
     databaseSettle_->setSingleShot(true);
     databaseSettle_->setInterval(kDatabaseSettleMilliseconds);
-    connect(databaseSettle_, &QTimer::timeout, this, [this] { databaseWritten(); });
+    connect(databaseSettle_, &QTimer::timeout, this, [this] { session_->device.databaseWritten(); });
 
     keyboardKeyMenu = new KeyMenuViewController(this);
+    connect(keyboardKeyMenu, &KeyMenuViewController::MenuItemMouseUpAction, this, [this](int menuid) {
+        keyboardKeyMenu->hide();
+        session_->keys.MenuItemMouseUpAction(menuid);
+    });
     keyboardToolTips = new KBToolTipsViewController(this);
+    connect(customkey_view->keyboard(), &KeyboardView::ShowKeyboardToolTipWnd, this, &KeyboardViewController::showKeyToolTip);
     applyLanguage();
     syncPages();
-}
-
-void KeyboardViewController::registerNotification() {
-    NotificationCenter& c = NotificationCenter::defaultCenter();
-    auto on = [&](const char* name, std::function<void(const Notification&)> f) {
-        tokens_.push_back(c.addObserver(name, std::move(f)));
-    };
-    on("keyboardKeyAction", [this](const Notification& n) {
-        if (const auto* name = std::any_cast<std::string>(&n.object)) session_->keys.keyboardKeyAction(*name);
-    });
-    on("ShowKeyboardToolTipWnd", [this](const Notification& n) {
-        const auto* tip = std::any_cast<KeyboardToolTip>(&n.object);
-        if (!tip) return;
-        if (tip->show == 1) {
-            keyboardKeyMenu->hide();
-            const QPoint at = customkey_view->keyboard()->parentWidget()->mapToGlobal(
-                QPointF(tip->x - 20, tip->y + 8).toPoint());
-            const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(tip->keyDesc);
-            keyboardToolTips->showAt(at, QString::fromStdString(e ? e->full_name : tip->keyDesc),
-                                     QString::fromStdString(tip->keyMacro));
-        } else {
-            keyboardToolTips->hide();
-        }
-    });
-    on("MenuItemMouseUpAction", [this](const Notification& n) {
-        const auto* map = std::any_cast<std::map<std::string, std::int64_t>>(&n.object);
-        keyboardKeyMenu->hide();
-        if (map && map->count("menuid")) session_->keys.MenuItemMouseUpAction(static_cast<int>(map->at("menuid")));
-    });
-    on("customKeyFuncAction", [this](const Notification& n) {
-        const auto* map = std::any_cast<std::map<std::string, std::int64_t>>(&n.object);
-        if (map && map->count("key_code")) session_->keys.customKeyFuncAction(map->at("key_code"));
-    });
-    on("selectButtonAction", [this](const Notification& n) {
-        if (const auto* v = std::any_cast<std::int64_t>(&n.object)) session_->keys.selectButtonAction(*v);
-    });
-    on("textButtonAction", [this](const Notification& n) {
-        if (const auto* v = std::any_cast<std::int64_t>(&n.object)) session_->keys.textButtonAction(*v);
-    });
-    on("keyTableItemViewEdit", [this](const Notification& n) {
-        if (const auto* edit = std::any_cast<std::pair<int, std::string>>(&n.object)) {
-            session_->profiles.keyTableItemViewEdit(edit->first, edit->second);
-        }
-    });
-    on("colorButtonAction", [this](const Notification& n) {
-        const auto* tag = std::any_cast<std::int64_t>(&n.object);
-        if (const auto press = tag ? colorButtonOfTag(*tag) : std::nullopt) session_->lighting.colorButtonAction(*press);
-    });
-    on("customKeywindowCloseDid", [this](const Notification&) { session_->keys.customKeywindowCloseDid(); });
 }
 
 void KeyboardViewController::showEvent(QShowEvent* event) {
@@ -274,16 +218,17 @@ void KeyboardViewController::showEvent(QShowEvent* event) {
     }
 }
 
+void KeyboardViewController::showKeyToolTip(const KeyboardToolTip& tip) {
+    if (tip.show != 1) return keyboardToolTips->hide();
+    keyboardKeyMenu->hide();
+    const QPoint at = customkey_view->keyboard()->parentWidget()->mapToGlobal(QPointF(tip.x - 20, tip.y + 8).toPoint());
+    const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(tip.keyDesc);
+    keyboardToolTips->showAt(at, QString::fromStdString(e ? e->full_name : tip.keyDesc), QString::fromStdString(tip.keyMacro));
+}
+
 void KeyboardViewController::viewDidAppear() {
-    NotificationCenter& c = NotificationCenter::defaultCenter();
-    tokens_.push_back(c.addObserver(kHIDDeviceConnected, [this](const Notification& n) { deviceArrived(n); }));
-    tokens_.push_back(c.addObserver(kHIDDeviceDisconnected,
-                                    [this](const Notification& n) { session_->device.deviceDisconnected(n); }));
-    if (!options_.noMonitor && rfDeviceMonitor->open() && rfDeviceMonitor->fd() >= 0) {
-        // udev's news arrive through the event loop, on this thread.
-        monitorNotifier_ = new QSocketNotifier(rfDeviceMonitor->fd(), QSocketNotifier::Read, this);
-        connect(monitorNotifier_, &QSocketNotifier::activated, this, [this] { rfDeviceMonitor->receive(); });
-    }
+    // udev's news arrive through the event loop, on this thread.
+    if (!options_.noMonitor) session_->device.startMonitor();
     if (options_.virtualKeyboard) {
         virtual_ = std::make_shared<VirtualQX9>();
         std::string error;
@@ -298,48 +243,31 @@ void KeyboardViewController::viewDidAppear() {
     }
 }
 
-void KeyboardViewController::deviceArrived(const Notification& n) {
-    const auto* dict = std::any_cast<HIDDeviceDictionary>(&n.object);
-    const auto it = dict ? dict->find(kDeviceKey) : HIDDeviceDictionary::const_iterator();
-    if (!dict || it == dict->end() || !it->second.device) return session_->device.deviceConnected(n);
-    // The node is opened away from this thread: its permissions can lag behind its arrival, and
-    // opening waits for them a moment.
-    openThreads_.emplace_back([this, n, record = it->second] {
-        const OpenedInterface opened = openInterface(record);
-        QMetaObject::invokeMethod(this, [this, n, opened] {
-            // A node we may not open is not a keyboard we can use: say how to fix it instead.
-            if (opened.accessDenied) return nodevice_view->setAccessProblem(QString::fromStdString(opened.node));
-            session_->device.deviceConnected(n);
-        }, Qt::QueuedConnection);
-    });
+void KeyboardViewController::watchDescriptor(int fd, std::function<void()> readable) {
+    unwatchDescriptor(fd);
+    auto* notifier = new QSocketNotifier(fd, QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [readable = std::move(readable)] { readable(); });
+    notifiers_[fd] = notifier;
 }
 
-void KeyboardViewController::watchDatabase() {
-    const DeviceSQLite* db = session_->core.db();
-    if (databaseWatcher_ || !db) return;
-    databaseWatcher_ = std::make_unique<DatabaseWatcher>(db->filePath());
-    databaseVersion_ = db->dataVersion();
-    if (databaseWatcher_->fd() < 0) return;
-    auto* notifier = new QSocketNotifier(databaseWatcher_->fd(), QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, [this] {
-        if (databaseWatcher_->written()) databaseSettle_->start();
-    });
+void KeyboardViewController::unwatchDescriptor(int fd) {
+    const auto it = notifiers_.find(fd);
+    if (it == notifiers_.end()) return;
+    it->second->setEnabled(false);
+    it->second->deleteLater();
+    notifiers_.erase(it);
 }
 
-void KeyboardViewController::databaseWritten() {
-    const DeviceSQLite* db = session_->core.db();
-    if (!db) return;
-    // This window's own commits leave the version as it is; another program's change it.
-    const std::int64_t version = db->dataVersion();
-    if (version == databaseVersion_) return;
-    databaseVersion_ = version;
-    session_->databaseChanged();
+void KeyboardViewController::accessProblem(const std::string& node) {
+    nodevice_view->setAccessProblem(QString::fromStdString(node));
 }
+
+void KeyboardViewController::databaseWritten() { databaseSettle_->start(); }
 
 void KeyboardViewController::plugVirtualKeyboard(bool plugged) {
     if (!virtual_) return;
-    NotificationCenter::defaultCenter().post(plugged ? kHIDDeviceConnected : kHIDDeviceDisconnected,
-                                             HIDDeviceDictionary{{kDeviceKey, virtualQX9Record(virtual_)}});
+    if (plugged) session_->device.arrived(virtualQX9Record(virtual_));
+    else session_->device.deviceDisconnected(virtualQX9Record(virtual_));
 }
 
 void KeyboardViewController::showPage(int pageCode) {
@@ -387,7 +315,6 @@ void KeyboardViewController::applyLanguage() {
 void KeyboardViewController::changed(SessionAspect aspect) {
     switch (aspect) {
         case SessionAspect::Connection:
-            watchDatabase();
             nodevice_view->setConnected(session_->device.keyboardConnected());
             if (QWidget* w = window()) w->setWindowTitle(QString::fromStdString(session_->device.windowTitle()));
             break;

@@ -3,14 +3,9 @@
 #include <QWidget>
 #include <map>
 #include <memory>
-#include <thread>
-#include <vector>
 
 #include "app/app_options.h"
-#include "common/notification_center.h"
-#include "hid/hid_device_monitor.h"
 #include "session/keyboard_session.h"
-#include "store/database_watcher.h"
 
 class QButtonGroup;
 class QLabel;
@@ -32,9 +27,10 @@ class UserLightPageView;
 class SettingsPageView;
 class StartView;
 class VirtualQX9;
+struct KeyboardToolTip;
 
-// The main window's controller: it owns the session, the device monitor and the pages, turns
-// the views' notifications into session actions and mirrors the session back into the widgets.
+// The main window's controller: it owns the session and the pages, serves the session's
+// descriptors and timers from the event loop and mirrors the session's changes into the pages.
 class KeyboardViewController : public QWidget, public SessionEvents {
     Q_OBJECT
 public:
@@ -64,6 +60,10 @@ public:
     void sending(std::size_t done, std::size_t total, std::size_t waiting) override;
     void showKeyMenu() override;
     void showCustomKeyDialog() override;
+    void accessProblem(const std::string& node) override;
+    void databaseWritten() override;
+    void watchDescriptor(int fd, std::function<void()> readable) override;
+    void unwatchDescriptor(int fd) override;
 
 signals:
     // A warning sheet was shown (tests read it instead of clicking it away).
@@ -76,25 +76,16 @@ protected:
 
 private:
     void initViewUI();
-    void registerNotification();
     void viewDidAppear();
+    void showKeyToolTip(const KeyboardToolTip& tip);
     void applyLanguage();
     void showPage(int pageCode);
     void syncPages();
-    void deviceArrived(const Notification& n);
-    // Watches the database once it is open; another program's commits reload the pages.
-    void watchDatabase();
-    void databaseWritten();
 
     AppOptions options_;
     std::unique_ptr<KeyboardSession> session_;
-    std::unique_ptr<HIDDeviceMonitor> rfDeviceMonitor;
-    QSocketNotifier* monitorNotifier_ = nullptr;
-    std::vector<std::thread> openThreads_;  // each opens an arriving keyboard's node, which may wait for udev
-    std::unique_ptr<DatabaseWatcher> databaseWatcher_;
+    std::map<int, QSocketNotifier*> notifiers_;  // the session's descriptors
     QTimer* databaseSettle_ = nullptr;  // a burst of writes is looked at once
-    std::int64_t databaseVersion_ = 0;
-    std::vector<NotificationCenter::Token> tokens_;
     std::shared_ptr<VirtualQX9> virtual_;
     bool unsharedState_ = false;  // the virtual keyboard's file could not be read: saved on exit
     bool appeared_ = false;

@@ -2,47 +2,25 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QSocketNotifier>
 
-#include "hid/keylogger.h"
+#include "session/input_capture.h"
 
 namespace qx9 {
 
-KeystrokeCapture::KeystrokeCapture() = default;
-KeystrokeCapture::~KeystrokeCapture() = default;
+KeystrokeCapture::KeystrokeCapture(InputCapture& input) : input_(input) {}
 
-void KeystrokeCapture::start(CaptureState& state) {
-    if (keylogger_) return;
-    keylogger_ = std::make_unique<Keylogger>(state);
-    keylogger_->setWatchCallback([this](int fd, bool added) { watch(fd, added); });
-    for (int fd : keylogger_->fds()) watch(fd, true);
-    if (keylogger_->monitorFd() >= 0) {
-        hotplug_ = new QSocketNotifier(keylogger_->monitorFd(), QSocketNotifier::Read, this);
-        connect(hotplug_, &QSocketNotifier::activated, this, [this] { keylogger_->hotplugReadable(); });
-    }
+KeystrokeCapture::~KeystrokeCapture() { qApp->removeEventFilter(this); }
+
+void KeystrokeCapture::start() {
+    input_.start();
     qApp->installEventFilter(this);
 }
 
-bool KeystrokeCapture::readsEventDevices() const { return keylogger_ && keylogger_->eventDeviceReadable(); }
-
-void KeystrokeCapture::watch(int fd, bool added) {
-    if (added) {
-        if (notifiers_.count(fd)) return;
-        auto* n = new QSocketNotifier(fd, QSocketNotifier::Read, this);
-        connect(n, &QSocketNotifier::activated, this, [this, fd] { keylogger_->readAvailable(fd); });
-        notifiers_[fd] = n;
-    } else if (auto it = notifiers_.find(fd); it != notifiers_.end()) {
-        it->second->setEnabled(false);
-        it->second->deleteLater();
-        notifiers_.erase(it);
-    }
-}
-
 bool KeystrokeCapture::eventFilter(QObject* watched, QEvent* event) {
-    if (keylogger_ && (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)) {
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease) {
         const auto* key = static_cast<QKeyEvent*>(event);
-        keylogger_->applicationKeyEvent(key->nativeScanCode(), event->type() == QEvent::KeyPress,
-                                        key->isAutoRepeat(), key->timestamp());
+        input_.applicationKeyEvent(key->nativeScanCode(), event->type() == QEvent::KeyPress, key->isAutoRepeat(),
+                                   key->timestamp());
     }
     return QObject::eventFilter(watched, event);  // never consumed
 }

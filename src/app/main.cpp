@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     window.show();
 
     qx9::AppDelegate delegate;
-    delegate.applicationDidFinishLaunching(controller->session().core.capture);
-    controller->keystrokeCaptureStarted(delegate.readsEventDevices());
+    delegate.applicationDidFinishLaunching(controller->session());
+    controller->keystrokeCaptureStarted(controller->session().input.readsEventDevices());
     return app.exec();
 }

@@ -1,21 +1,20 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 
 #include "hid/hid_backend.h"
 
 namespace qx9 {
 
-// One attached HID interface, as the device notifications carry it.
+// One attached HID interface, as the device monitor reports it.
 struct HIDDevice {
     std::int64_t id = 0;           // location: USB bus and port path, 0 without a USB ancestor
     std::int64_t vendorId = 0;
     std::int64_t productId = 0;
     std::int64_t reportSize = 0;   // largest input report
     std::int64_t featureSize = 0;  // largest feature report
-    HidDeviceRef device;           // never null in a posted record
+    HidDeviceRef device;           // never null in a reported record
     std::string name;
 };
 
@@ -31,13 +30,5 @@ inline bool isQX9ConfigurationInterface(const HIDDevice& d) {
     return d.vendorId == kQX9VendorId && d.productId == kQX9ProductId &&
            d.featureSize == kQX9FeatureSize;
 }
-
-// The notification names, and the key of the device record in the payload dictionary.
-inline constexpr const char* kHIDDeviceConnected = "HIDDeviceConnected";
-inline constexpr const char* kHIDDeviceDisconnected = "HIDDeviceDisconnected";
-inline constexpr const char* kDeviceKey = "device";
-
-// The payload of the two device notifications: {"device": record}.
-using HIDDeviceDictionary = std::map<std::string, HIDDevice>;
 
 }  // namespace qx9

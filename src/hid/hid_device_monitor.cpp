@@ -8,22 +8,13 @@
 #include <memory>
 
 #include "common/fatal.h"
-#include "common/notification_center.h"
 #include "hid/udev_hid.h"
 #include "hid/udev_ptr.h"
 
 namespace qx9 {
 
-namespace {
-
-void postDevice(const char* name, const HIDDevice& device) {
-    NotificationCenter::defaultCenter().post(name, HIDDeviceDictionary{{kDeviceKey, device}});
-}
-
-}  // namespace
-
-HIDDeviceMonitor::HIDDeviceMonitor(std::vector<HIDMonitorData> vp, std::int64_t reportSize)
-    : vp_(std::move(vp)), reportSize_(reportSize), wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+HIDDeviceMonitor::HIDDeviceMonitor(std::vector<HIDMonitorData> vp, std::int64_t reportSize, HIDDeviceEvents events)
+    : vp_(std::move(vp)), reportSize_(reportSize), events_(std::move(events)), wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
 struct HIDDeviceMonitor::Udev {
     UdevPtr<udev> context;
@@ -49,14 +40,14 @@ bool HIDDeviceMonitor::matchesVp(const HIDDevice& d) const {
 bool HIDDeviceMonitor::rawDeviceAdded(const HIDDevice& device) {
     if (!device.device) fatalError("device arrival without a device");
     if (!isQX9ConfigurationInterface(device)) return false;
-    postDevice(kHIDDeviceConnected, device);
+    if (events_.HIDDeviceConnected) events_.HIDDeviceConnected(device);
     return true;
 }
 
 bool HIDDeviceMonitor::rawDeviceRemoved(const HIDDevice& device) {
     if (!device.device) fatalError("device removal without a device");
     if (!isQX9ConfigurationInterface(device)) return false;
-    postDevice(kHIDDeviceDisconnected, device);
+    if (events_.HIDDeviceDisconnected) events_.HIDDeviceDisconnected(device);
     return true;
 }
 

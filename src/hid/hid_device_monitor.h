@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -22,19 +23,25 @@ struct HIDMonitorData {
     std::int64_t productId = 0;
 };
 
-// Finds the keyboard's configuration interface among the hidraw nodes and posts
-// "HIDDeviceConnected" / "HIDDeviceDisconnected" with {"device": record} on the default
-// notification centre. Nodes present when it opens are reported through the same arrival path
-// as later ones.
+// What the monitor reports: the configuration interface arrived or went, with its record. Called
+// on the thread that runs the monitor.
+struct HIDDeviceEvents {
+    std::function<void(const HIDDevice&)> HIDDeviceConnected;
+    std::function<void(const HIDDevice&)> HIDDeviceDisconnected;
+};
+
+// Finds the keyboard's configuration interface among the hidraw nodes and reports its arrival
+// and removal through HIDDeviceEvents. Nodes present when it opens are reported through the same
+// arrival path as later ones.
 //
 // A front end with an event loop watches fd() and calls receive() when it is readable, so the
-// notifications come on its own thread; start() runs the same loop on a thread of its own.
+// reports come on its own thread; start() runs the same loop on a thread of its own.
 //
 // Linux keeps nothing of a node once it is gone, so the monitor remembers the record of every
 // matched node to report its removal with the record it arrived with.
 class HIDDeviceMonitor {
 public:
-    HIDDeviceMonitor(std::vector<HIDMonitorData> vp, std::int64_t reportSize);
+    HIDDeviceMonitor(std::vector<HIDMonitorData> vp, std::int64_t reportSize, HIDDeviceEvents events);
     virtual ~HIDDeviceMonitor();
     HIDDeviceMonitor(const HIDDeviceMonitor&) = delete;
     HIDDeviceMonitor& operator=(const HIDDeviceMonitor&) = delete;
@@ -54,8 +61,8 @@ public:
     // Ends start(); safe from any thread.
     void stop();
 
-    // Arrival and removal of a matched interface: the identity test, then the notification.
-    // True when a notification was posted. A record without a device is a programming error.
+    // Arrival and removal of a matched interface: the identity test, then the report. True when
+    // it was reported. A record without a device is a programming error.
     virtual bool rawDeviceAdded(const HIDDevice& device);
     virtual bool rawDeviceRemoved(const HIDDevice& device);
 
@@ -66,6 +73,7 @@ private:
 
     const std::vector<HIDMonitorData> vp_;
     const std::int64_t reportSize_;
+    const HIDDeviceEvents events_;
     UniqueFd wake_;  // eventfd that stop() signals
     struct Udev;
     std::unique_ptr<Udev> udev_;

@@ -23,13 +23,6 @@ struct LightColor {
 // The three colour number fields of a lighting page.
 enum class ColorChannel { kRed = 0, kGreen = 1, kBlue = 2 };
 
-// A press of one of the colour buttons the two lighting pages share: a page's swatch (which opens
-// the colour panel) or one of its fourteen presets.
-struct ColorButtonPress {
-    enum Kind { kLightSwatch, kLightPreset, kUserLightSwatch, kUserLightPreset } kind = kLightSwatch;
-    int preset = 0;  // 1–14 for a preset
-};
-
 // The colour of a byte triple, each component exactly value / 255.
 LightColor lightColorOf(std::uint8_t r, std::uint8_t g, std::uint8_t b);
 // The same for 0xRRGGBB.

@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include "common/notification_center.h"
 #include "i18n/language.h"
 #include "session/custom_key_dialog.h"
 #include "session/keyboard_session.h"
@@ -142,7 +141,7 @@ bool CustomKeyViewController::eventFilter(QObject* watched, QEvent* event) {
 
 void CustomKeyViewController::done(int result) {
     QDialog::done(result);
-    NotificationCenter::defaultCenter().post("customKeywindowCloseDid");
+    session_.keys.customKeywindowCloseDid();
 }
 
 }  // namespace qx9

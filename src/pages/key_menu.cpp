@@ -8,23 +8,19 @@
 #include <map>
 #include <string>
 
-#include "common/notification_center.h"
 #include "i18n/language.h"
 
 namespace qx9 {
 
 namespace {
 
-QPushButton* menuRow(const char* name, int id, QWidget* parent) {
+QPushButton* menuRow(const char* name, int id, KeyMenuViewController* parent) {
     auto* b = new QPushButton(parent);
     b->setObjectName(name);
     b->setProperty("role", "menuitem");
     b->setProperty("menuid", id);
     b->setCursor(Qt::PointingHandCursor);
-    QObject::connect(b, &QPushButton::clicked, parent, [id] {
-        NotificationCenter::defaultCenter().post("MenuItemMouseUpAction",
-                                                 std::map<std::string, std::int64_t>{{"menuid", id}});
-    });
+    QObject::connect(b, &QPushButton::clicked, parent, [parent, id] { emit parent->MenuItemMouseUpAction(id); });
     return b;
 }
 

@@ -8,13 +8,16 @@ class QPushButton;
 namespace qx9 {
 
 // The key menu: three rows (101 "Default Function", 102 "Disable Keys", 103 "Custom
-// Function"); a click posts "MenuItemMouseUpAction" with {"menuid": id}.
+// Function"); a click emits MenuItemMouseUpAction with the row's id.
 class KeyMenuViewController : public QFrame {
     Q_OBJECT
 public:
     explicit KeyMenuViewController(QWidget* parent = nullptr);
     // Sets the row texts in the current language and shows the menu at `globalPos`.
     void showAt(const QPoint& globalPos);
+
+signals:
+    void MenuItemMouseUpAction(int menuid);
 
 protected:
     // A press outside closes the menu and still reaches what it was aimed at (the palette, another

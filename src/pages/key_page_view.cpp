@@ -8,7 +8,6 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include "common/notification_center.h"
 #include "pages/page_controls.h"
 #include "i18n/language.h"
 #include "session/keyboard_session.h"
@@ -52,12 +51,15 @@ KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(pa
     customkey_btn_fnlayer = toggleButton("customkey_btn_fnlayer", "segment", this);
     customkey_btn_defaultkey = toggleButton("customkey_btn_defaultkey", "textswitch", this);
     customkey_btn_fnkey = toggleButton("customkey_btn_fnkey", "textswitch", this);
-    // The buttons post their value as the page's buttons do: 0 from the first of each pair.
-    auto post = [](const char* name, std::int64_t v) { NotificationCenter::defaultCenter().post(name, v); };
-    connect(customkey_btn_toplayer, &QPushButton::clicked, this, [post] { post("selectButtonAction", 0); });
-    connect(customkey_btn_fnlayer, &QPushButton::clicked, this, [post] { post("selectButtonAction", 1); });
-    connect(customkey_btn_defaultkey, &QPushButton::clicked, this, [post] { post("textButtonAction", 0); });
-    connect(customkey_btn_fnkey, &QPushButton::clicked, this, [post] { post("textButtonAction", 1); });
+    connect(customkey_keyboardctrl, &KeyboardView::keyboardKeyAction, this,
+            [this](const std::string& name) { session_.keys.keyboardKeyAction(name); });
+    connect(customkey_funcctrl, &CustomKeyFuncView::customKeyFuncAction, this,
+            [this](std::int64_t code) { session_.keys.customKeyFuncAction(code); });
+    // Each pair reports 0 from its first button and 1 from its second.
+    connect(customkey_btn_toplayer, &QPushButton::clicked, this, [this] { session_.keys.selectButtonAction(0); });
+    connect(customkey_btn_fnlayer, &QPushButton::clicked, this, [this] { session_.keys.selectButtonAction(1); });
+    connect(customkey_btn_defaultkey, &QPushButton::clicked, this, [this] { session_.keys.textButtonAction(0); });
+    connect(customkey_btn_fnkey, &QPushButton::clicked, this, [this] { session_.keys.textButtonAction(1); });
 
     customkey_keyprofile = new QListWidget(this);
     customkey_keyprofile->setObjectName("keyprofilelist");
@@ -155,8 +157,7 @@ void KeyPageView::profileEdited(QListWidgetItem* item) {
     const std::string text = item->text().toStdString();
     // Once the editor has closed: the list is rebuilt then, not under the editor.
     QTimer::singleShot(0, this, [this, index, text] {
-        // As the row view does: the edit ends with a notification carrying its index and text.
-        NotificationCenter::defaultCenter().post("keyTableItemViewEdit", std::pair<int, std::string>{index, text});
+        session_.profiles.keyTableItemViewEdit(index, text);
         syncProfiles();  // an empty or refused name shows the stored one again
     });
 }

@@ -81,7 +81,10 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
     light_keyboardctrl->setObjectName("light_keyboardctrl");
     light_keyboardctrl->initKeyboard(":/images/img_keyboard_layout", session_.keys.keys());
 
-    colors_ = new ColorControls("light", 100, this);
+    colors_ = new ColorControls("light", this);
+    connect(colors_, &ColorControls::colorButtonAction, this, [this](int preset) {
+        session_.lighting.colorButtonAction({preset == 0 ? ColorButtonPress::kLightSwatch : ColorButtonPress::kLightPreset, preset});
+    });
     connect(colors_, &ColorControls::fieldEdited, this, [this](int channel, const QString& text) {
         session_.lighting.controlTextDidChange(static_cast<ColorChannel>(channel), text.toStdString());
     });

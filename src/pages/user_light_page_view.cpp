@@ -49,7 +49,11 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
     connect(userlight_keyboardctrl, &KeyboardLightView::keysInBand, this, [&page](const std::vector<int>& keys) { page.keysInBand(keys); });
     connect(userlight_keyboardctrl, &KeyboardLightView::keyHovered, this, [&page](int key) { page.keyHovered(key); });
 
-    colors_ = new ColorControls("userlight", 200, this);
+    colors_ = new ColorControls("userlight", this);
+    connect(colors_, &ColorControls::colorButtonAction, this, [this](int preset) {
+        session_.lighting.colorButtonAction(
+            {preset == 0 ? ColorButtonPress::kUserLightSwatch : ColorButtonPress::kUserLightPreset, preset});
+    });
     connect(colors_, &ColorControls::fieldEdited, this, [&page](int channel, const QString& text) {
         page.controlTextDidChange(static_cast<ColorChannel>(channel), text.toStdString());
     });

@@ -1,6 +1,9 @@
 #include "session/device_session.h"
 
 #include "common/fatal.h"
+#include "hid/device_access.h"
+#include "hid/hid_device_monitor.h"
+#include "store/database_watcher.h"
 #include "i18n/extra_texts.h"
 #include "ops/configuration.h"
 #include "ops/lighting.h"
@@ -15,24 +18,59 @@ namespace {
 constexpr const char* kDisplayName = "HALVORN QX9";
 }
 
-const HIDDevice* DeviceSession::deviceOf(const Notification& notification) {
-    const auto* dict = std::any_cast<HIDDeviceDictionary>(&notification.object);
-    if (!dict) return nullptr;
-    auto it = dict->find(kDeviceKey);
-    if (it == dict->end() || !it->second.device) return nullptr;
-    return &it->second;
+DeviceSession::DeviceSession(KeyboardSession& session) : s_(session) {}
+
+DeviceSession::~DeviceSession() {
+    stopWatching();
+    if (rfDeviceMonitor && rfDeviceMonitor->fd() >= 0 && s_.core.events) s_.core.events->unwatchDescriptor(rfDeviceMonitor->fd());
+    if (databaseWatcher_ && databaseWatcher_->fd() >= 0 && s_.core.events) s_.core.events->unwatchDescriptor(databaseWatcher_->fd());
 }
 
-void DeviceSession::deviceConnected(const Notification& notification) {
-    const HIDDevice* record = deviceOf(notification);
-    if (!record) return;
+void DeviceSession::startMonitor() {
+    if (rfDeviceMonitor) return;
+    HIDDeviceEvents events;
+    events.HIDDeviceConnected = [this](const HIDDevice& record) { arrived(record); };
+    events.HIDDeviceDisconnected = [this](const HIDDevice& record) { deviceDisconnected(record); };
+    rfDeviceMonitor = std::make_unique<HIDDeviceMonitor>(std::vector<HIDMonitorData>{{kQX9VendorId, kQX9ProductId}},
+                                                         kQX9FeatureSize, std::move(events));
+    if (rfDeviceMonitor->open() && rfDeviceMonitor->fd() >= 0 && s_.core.events) {
+        s_.core.events->watchDescriptor(rfDeviceMonitor->fd(), [this] { rfDeviceMonitor->receive(); });
+    }
+}
+
+void DeviceSession::arrived(const HIDDevice& record) {
+    if (!record.device) return;
+    std::lock_guard lock(openMutex_);
+    openThreads_.emplace_back([this, record] {
+        const OpenedInterface opened = openInterface(record);
+        // A node we may not open is not a keyboard we can use: the front end says how to fix it.
+        if (opened.accessDenied) {
+            return s_.core.post([this, node = opened.node] {
+                if (s_.core.events) s_.core.events->accessProblem(node);
+            });
+        }
+        deviceConnected(record);
+    });
+}
+
+void DeviceSession::stopWatching() {
+    std::vector<std::thread> threads;
+    {
+        std::lock_guard lock(openMutex_);
+        threads.swap(openThreads_);
+    }
+    for (std::thread& t : threads) t.join();
+}
+
+void DeviceSession::deviceConnected(const HIDDevice& record) {
+    if (!record.device) return;
     SessionCore& core = s_.core;
     {
         std::lock_guard lock(core.mutex);
-        if (core.kbHIDdevice && sameDevice(core.kbHIDdevice, record->device)) return;  // reported again
-        core.kbHIDdevice = record->device;
+        if (core.kbHIDdevice && sameDevice(core.kbHIDdevice, record.device)) return;  // reported again
+        core.kbHIDdevice = record.device;
     }
-    core.post([this, device = record->device] {
+    core.post([this, device = record.device] {
         SessionCore& c = s_.core;
         // A keyboard was connected before: point the sender at this one (it opens it on its own
         // thread); nothing is reloaded or sent again.
@@ -41,15 +79,14 @@ void DeviceSession::deviceConnected(const Notification& notification) {
     });
 }
 
-void DeviceSession::deviceDisconnected(const Notification& notification) {
-    const HIDDevice* record = deviceOf(notification);
-    if (!record) return;
+void DeviceSession::deviceDisconnected(const HIDDevice& record) {
+    if (!record.device) return;
     SessionCore& core = s_.core;
     // Cleared for any matching removal, before it is known whether it is the current device.
     core.initFinish = false;
     {
         std::lock_guard lock(core.mutex);
-        if (!core.kbHIDdevice || !sameDevice(core.kbHIDdevice, record->device)) return;
+        if (!core.kbHIDdevice || !sameDevice(core.kbHIDdevice, record.device)) return;
         core.kbHIDdevice.reset();
     }
     core.post([this] {
@@ -62,6 +99,7 @@ void DeviceSession::refreshUI() {
     SessionCore& core = s_.core;
     if (core.device()) {
         ConnectDevice();
+        watchDatabase();
         core.initFinish = true;
     } else {
         g_show_homepage_ = true;  // the start view comes back over the pages
@@ -146,6 +184,28 @@ void DeviceSession::showPage(int pageCode) {
         s_.core.report(ops::sendLightMode(*target, s_.core.currentProfile, s_.core.currentLightSelection));
     }
     if (pageCode == kPageUserLight) s_.core.report(ops::sendUserLightMode(*target));
+}
+
+void DeviceSession::watchDatabase() {
+    const DeviceSQLite* db = s_.core.db();
+    if (databaseWatcher_ || !db) return;
+    databaseWatcher_ = std::make_unique<DatabaseWatcher>(db->filePath());
+    databaseVersion_ = db->dataVersion();
+    if (databaseWatcher_->fd() < 0 || !s_.core.events) return;
+    s_.core.events->watchDescriptor(databaseWatcher_->fd(), [this] {
+        if (databaseWatcher_->written() && s_.core.events) s_.core.events->databaseWritten();
+    });
+}
+
+bool DeviceSession::databaseWritten() {
+    const DeviceSQLite* db = s_.core.db();
+    if (!db) return false;
+    // This window's own commits leave the version as it is; another program's change it.
+    const std::int64_t version = db->dataVersion();
+    if (version == databaseVersion_) return false;
+    databaseVersion_ = version;
+    s_.databaseChanged();
+    return true;
 }
 
 bool DeviceSession::keyboardConnected() { return s_.core.device() != nullptr; }

@@ -1,13 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <mutex>
 #include <string>
+#include <thread>
+#include <vector>
 
-#include "common/notification_center.h"
 #include "hid/hid_device.h"
 
 namespace qx9 {
 
+class DatabaseWatcher;
+class HIDDeviceMonitor;
 class KeyboardSession;
 
 // Page codes of `viewType`.
@@ -22,11 +27,23 @@ enum PageCode : int {
 // The keyboard coming and going, the first connection's load, and page switching.
 class DeviceSession {
 public:
-    explicit DeviceSession(KeyboardSession& session) : s_(session) {}
+    explicit DeviceSession(KeyboardSession& session);
+    ~DeviceSession();
 
-    // Device notifications; they may arrive on the monitor's thread.
-    void deviceConnected(const Notification& notification);
-    void deviceDisconnected(const Notification& notification);
+    // Watches udev for the keyboard (through the front end's loop); nodes already there arrive first.
+    void startMonitor();
+    // An interface arrived: its node is opened away from the main thread (its permissions can lag
+    // behind its arrival), then it is connected, or the front end is told that access is denied.
+    void arrived(const HIDDevice& record);
+    // Waits for the nodes being opened; nothing arrives after it.
+    void stopWatching();
+
+    // The keyboard came or went; they may be called on any thread. A record without a device is ignored.
+    void deviceConnected(const HIDDevice& record);
+    void deviceDisconnected(const HIDDevice& record);
+
+    // The database file was written: when another program committed, the pages reload. True then.
+    bool databaseWritten();
 
     // Main thread.
     void refreshUI();
@@ -45,11 +62,16 @@ public:
     std::string windowTitle();
 
 private:
-    static const HIDDevice* deviceOf(const Notification& notification);
     void loadSession();
     void removePreView();
+    void watchDatabase();
 
     KeyboardSession& s_;
+    std::unique_ptr<HIDDeviceMonitor> rfDeviceMonitor;
+    std::mutex openMutex_;
+    std::vector<std::thread> openThreads_;
+    std::unique_ptr<DatabaseWatcher> databaseWatcher_;
+    std::int64_t databaseVersion_ = 0;
     bool connected_ = false;  // the first keyboard has loaded the session
     int viewType_ = kPageKeys;
     bool g_show_homepage_ = true;

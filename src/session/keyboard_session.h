@@ -1,6 +1,7 @@
 #pragma once
 
 #include "session/device_session.h"
+#include "session/input_capture.h"
 #include "session/key_page.h"
 #include "session/lighting_page.h"
 #include "session/macro_page.h"
@@ -25,6 +26,7 @@ public:
     void databaseChanged();
 
     SessionCore core;
+    InputCapture input{core};
     DeviceSession device{*this};
     ProfileList profiles{*this};
     KeyPage keys{*this};

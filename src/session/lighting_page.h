@@ -33,6 +33,13 @@ struct LightSlider {
     int value = 0;
 };
 
+// A press of one of the colour buttons the two lighting pages share: a page's swatch (which opens
+// the colour panel) or one of its fourteen presets.
+struct ColorButtonPress {
+    enum Kind { kLightSwatch, kLightPreset, kUserLightSwatch, kUserLightPreset } kind = kLightSwatch;
+    int preset = 0;  // 1–14 for a preset
+};
+
 // What the shared colour panel is open for.
 enum class ColorPanelAction { Closed, LightColor, UserLightColor };
 

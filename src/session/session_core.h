@@ -51,6 +51,15 @@ public:
     virtual void showKeyMenu() {}
     // "Custom Function" was chosen: open the custom key dialog.
     virtual void showCustomKeyDialog() {}
+    // An arriving keyboard's node exists, and this user may not open it.
+    virtual void accessProblem(const std::string& /*node*/) {}
+    // The database file was written, by this program or another: once a burst of writes has
+    // settled, the front end asks DeviceSession::databaseWritten whether another program committed.
+    virtual void databaseWritten() {}
+    // Calls `readable` on the main thread whenever `fd` can be read, until unwatchDescriptor(fd)
+    // (the device monitor, the keyboards' event nodes, the database's folder).
+    virtual void watchDescriptor(int /*fd*/, std::function<void()> /*readable*/) {}
+    virtual void unwatchDescriptor(int /*fd*/) {}
 };
 
 // How a session reaches the outside world.

@@ -2,17 +2,15 @@
 
 #include <QPainter>
 
-#include "common/notification_center.h"
 
 namespace qx9 {
 
-ColorButton::ColorButton(int tag, QWidget* parent) : QAbstractButton(parent), tag_(tag) {
+ColorButton::ColorButton(QWidget* parent) : QAbstractButton(parent) {
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    connect(this, &QAbstractButton::clicked, this,
-            [this] { NotificationCenter::defaultCenter().post("colorButtonAction", static_cast<std::int64_t>(tag_)); });
+    connect(this, &QAbstractButton::clicked, this, &ColorButton::colorButtonAction);
 }
 
 void ColorButton::setBtnColor(const QColor& color) {

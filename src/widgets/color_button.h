@@ -6,14 +6,13 @@
 namespace qx9 {
 
 // A colour swatch of the lighting pages: a rounded square filled with `btn_color`, greyed while
-// `isDiasble` is set (the button then takes no clicks). A release over the button posts
-// "colorButtonAction" with its tag (std::int64_t) and emits clicked().
+// `isDiasble` is set (the button then takes no clicks). A release over the button emits
+// colorButtonAction (and clicked()).
 class ColorButton : public QAbstractButton {
     Q_OBJECT
 public:
-    ColorButton(int tag, QWidget* parent = nullptr);
+    explicit ColorButton(QWidget* parent = nullptr);
 
-    int tag() const { return tag_; }
     QColor btn_color() const { return color_; }
     void setBtnColor(const QColor& color);
     bool isDiasble() const { return !isEnabled(); }
@@ -21,11 +20,13 @@ public:
 
     QSize sizeHint() const override { return {26, 26}; }
 
+signals:
+    void colorButtonAction();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    int tag_;
     QColor color_{Qt::black};
 };
 

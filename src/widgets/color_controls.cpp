@@ -19,7 +19,7 @@ constexpr const char* kChannelSuffixes[3] = {"r", "g", "b"};
 
 }  // namespace
 
-ColorControls::ColorControls(const QString& prefix, int swatchTag, QWidget* parent) : QWidget(parent) {
+ColorControls::ColorControls(const QString& prefix, QWidget* parent) : QWidget(parent) {
     auto* fieldsRow = new QHBoxLayout;
     fieldsRow->setSpacing(6);
     for (int c = 0; c < 3; ++c) {
@@ -35,7 +35,8 @@ ColorControls::ColorControls(const QString& prefix, int swatchTag, QWidget* pare
         fieldsRow->addWidget(fields_[c]);
         fieldsRow->addSpacing(4);
     }
-    swatch_ = new ColorButton(swatchTag, this);
+    swatch_ = new ColorButton(this);
+    connect(swatch_, &ColorButton::colorButtonAction, this, [this] { emit colorButtonAction(0); });
     swatch_->setObjectName(prefix + "_btn_color");
     swatch_->setFixedSize(48, 26);
     fieldsRow->addWidget(swatch_);
@@ -44,7 +45,8 @@ ColorControls::ColorControls(const QString& prefix, int swatchTag, QWidget* pare
     auto* presetGrid = new QGridLayout;
     presetGrid->setSpacing(6);
     for (int i = 1; i <= kPresetColorCount; ++i) {
-        auto* b = new ColorButton(swatchTag + i, this);
+        auto* b = new ColorButton(this);
+        connect(b, &ColorButton::colorButtonAction, this, [this, i] { emit colorButtonAction(i); });
         b->setObjectName(QString("%1_btn_color%2").arg(prefix).arg(i));
         const RgbColor c = presetLightColor(i);
         b->setBtnColor(QColor(c.r, c.g, c.b));

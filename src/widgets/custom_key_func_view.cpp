@@ -9,7 +9,6 @@
 #include <string>
 
 #include "common/fatal.h"
-#include "common/notification_center.h"
 #include "widgets/keyboard_tooltip.h"
 #include "widgets/layout_geometry.h"
 
@@ -159,9 +158,7 @@ void CustomKeyFuncView::mouseReleaseEvent(QMouseEvent* event) {
 
 void CustomKeyFuncView::activate(std::size_t i) {
     const std::int64_t code = views_[i].key_code;
-    NotificationCenter::defaultCenter().post(
-        kCustomKeyFuncAction, std::map<std::string, std::int64_t>{{"key_code", code}});
-    emit keyFuncClicked(code);
+    emit customKeyFuncAction(code);
 }
 
 void CustomKeyFuncView::leaveEvent(QEvent* event) {

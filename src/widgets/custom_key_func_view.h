@@ -28,9 +28,8 @@ struct KeyFuncView {
 };
 
 // The key-function palette: a small full-size keyboard whose keys are the functions a QX9 key
-// can be given. A click on a key (press and release over the same key) posts
-// "customKeyFuncAction" on the default notification centre with the object
-// std::map<std::string, std::int64_t>{{"key_code", code}} and emits keyFuncClicked(code). The
+// can be given. A click on a key (press and release over the same key) emits
+// customKeyFuncAction with the key's code. The
 // selection marks are set from outside; the palette never changes them itself. In the
 // accessibility tree each key is a child named after its function, whose press action is a click.
 class CustomKeyFuncView : public QWidget, public AccessibleKeyboard {
@@ -67,7 +66,7 @@ public:
     void accessibleKeyPress(int key) override { activate(checkedIndex(key)); }
 
 signals:
-    void keyFuncClicked(qint64 code);
+    void customKeyFuncAction(std::int64_t key_code);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -4,12 +4,7 @@
 
 namespace qx9 {
 
-// Names of the notifications the key-assignment page's views post on the default centre.
-inline constexpr char kShowKeyboardToolTipWnd[] = "ShowKeyboardToolTipWnd";  // KeyboardToolTip
-inline constexpr char kKeyboardKeyAction[] = "keyboardKeyAction";            // std::string
-inline constexpr char kCustomKeyFuncAction[] = "customKeyFuncAction";  // map "key_code" → code
-
-// Object of "ShowKeyboardToolTipWnd": show or hide the key tooltip. The point is the middle of
+// What the keyboard view's ShowKeyboardToolTipWnd signal carries: show or hide the key tooltip. The point is the middle of
 // the key's bottom edge in the coordinates of the keyboard view's parent (Qt coordinates, y
 // downwards).
 struct KeyboardToolTip {

@@ -8,7 +8,6 @@
 #include <string>
 
 #include "common/fatal.h"
-#include "common/notification_center.h"
 #include "layout/key_maps.h"
 #include "widgets/layout_geometry.h"
 
@@ -128,8 +127,7 @@ void KeyboardView::redrawKey(std::size_t i) {
 }
 
 void KeyboardView::postToolTip(const KeyboardToolTip& tip) {
-    NotificationCenter::defaultCenter().post(kShowKeyboardToolTipWnd, tip);
-    emit tooltipChanged(tip);
+    emit ShowKeyboardToolTipWnd(tip);
 }
 
 // --- pointer ---------------------------------------------------------------------------------
@@ -230,8 +228,7 @@ void KeyboardView::mouseUp(const QPointF& p) {
 
 void KeyboardView::activateKey(std::size_t i) {
     const std::string& name = kbKeyArrayHover_[i].keyname;
-    NotificationCenter::defaultCenter().post(kKeyboardKeyAction, name);
-    emit keyActivated(QString::fromStdString(name));
+    emit keyboardKeyAction(name);
 }
 
 void KeyboardView::mouseEntered() {

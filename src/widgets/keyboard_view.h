@@ -43,11 +43,10 @@ struct SelectKeyView {
 // The on-screen QX9 of the key-assignment page (and of the lighting pages): the keyboard
 // picture over one background per key. Hit-tests the pointer against the layout's key
 // rectangles, keeps the hovered and the selected key and every key's assignment text, and
-// reports through the default notification centre (and the matching signals):
-//   "ShowKeyboardToolTipWnd" (KeyboardToolTip) when the pointer enters a key (show 1), leaves
-//       a key, or enters or leaves the view (show 0);
-//   "keyboardKeyAction" (std::string key name) when the button is released over the selected
-//       key.
+// reports through two signals:
+//   ShowKeyboardToolTipWnd when the pointer enters a key (show 1), leaves a key, or enters or
+//       leaves the view (show 0);
+//   keyboardKeyAction (the key's name) when the button is released over the selected key.
 // The view is a fixed-size picture: keys and picture occupy sizeHint() from the top left. In the
 // accessibility tree each key is a child named after its key, described by its text where that
 // differs from the name; its press action selects and activates it as a click does.
@@ -107,8 +106,8 @@ public:
     void accessibleKeyPress(int key) override;
 
 signals:
-    void tooltipChanged(const qx9::KeyboardToolTip& tip);
-    void keyActivated(const QString& keyName);
+    void ShowKeyboardToolTipWnd(const qx9::KeyboardToolTip& tip);
+    void keyboardKeyAction(const std::string& keyName);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -102,8 +102,8 @@ private slots:
     void init() {
         window_ = new QMainWindow;
         controller_ = test::showWindowOnVirtualQX9(window_, database());
-        capture_ = std::make_unique<KeystrokeCapture>();
-        capture_->start(controller_->session().core.capture);
+        capture_ = std::make_unique<KeystrokeCapture>(controller_->session().input);
+        capture_->start();
         QVERIFY(QTest::qWaitForWindowExposed(window_));
         QTRY_VERIFY(controller_->session().device.keyboardConnected());
         QTRY_VERIFY(controller_->session().core.initFinish);

@@ -53,8 +53,7 @@ TEST_F(DeviceSessionTest, LaterArrivalsSendNothingAndWritesGoToTheKeyboardThere)
 }
 
 TEST_F(DeviceSessionTest, PagesAndTheirSends) {
-    session_->device.deviceConnected(Notification{kHIDDeviceConnected, std::string("device")});
-    session_->device.deviceConnected(Notification{kHIDDeviceConnected, HIDDeviceDictionary{}});
+    session_->device.deviceConnected(HIDDevice{});  // a record without a device
     EXPECT_FALSE(session_->device.keyboardConnected());
     EXPECT_EQ(session_->core.db(), nullptr);
     session_->device.button_keyboard_connect();

@@ -5,12 +5,6 @@
 
 namespace qx9::test {
 
-namespace {
-Notification deviceNotification(const char* name, const std::shared_ptr<VirtualQX9>& keyboard) {
-    return Notification{name, HIDDeviceDictionary{{kDeviceKey, virtualQX9Record(keyboard)}}};
-}
-}  // namespace
-
 std::unique_ptr<KeyboardSession> openSession(const std::filesystem::path& databaseFile,
                                              const std::shared_ptr<WireRecorder>& recorder, RecordingEvents& events) {
     SessionConfig config{.databaseFile = databaseFile, .pacer = recorder.get(), .wire = recorder, .postToMain = {}};
@@ -18,11 +12,11 @@ std::unique_ptr<KeyboardSession> openSession(const std::filesystem::path& databa
 }
 
 void connectKeyboard(KeyboardSession& session, const std::shared_ptr<VirtualQX9>& keyboard) {
-    session.device.deviceConnected(deviceNotification(kHIDDeviceConnected, keyboard));
+    session.device.deviceConnected(virtualQX9Record(keyboard));
 }
 
 void disconnectKeyboard(KeyboardSession& session, const std::shared_ptr<VirtualQX9>& keyboard) {
-    session.device.deviceDisconnected(deviceNotification(kHIDDeviceDisconnected, keyboard));
+    session.device.deviceDisconnected(virtualQX9Record(keyboard));
 }
 
 SessionTest::SessionTest()

@@ -8,7 +8,6 @@
 #include <thread>
 
 #include "common/console.h"
-#include "common/notification_center.h"
 #include "hid/device_comm.h"
 #include "hid/hid_device_monitor.h"
 #include "hid/hidraw_probe.h"
@@ -17,7 +16,7 @@
 #include "protocol/key_mapping.h"
 #include "protocol/light_mode.h"
 #include "support/descriptors.h"
-#include "support/notification_recorder.h"
+#include "support/device_recorder.h"
 #include "support/wire_fixture.h"
 #include "uhid/uhid_device.h"
 
@@ -32,8 +31,8 @@ protected:
         installKB108KMaps();
         static std::ostringstream quiet;
         setConsoleStream(&quiet);
-        observer_ = new NotificationRecorder({kHIDDeviceConnected, kHIDDeviceDisconnected});
-        monitor_ = new HIDDeviceMonitor({{0x05AC, 0x024F}}, 64);
+        observer_ = new DeviceRecorder;
+        monitor_ = new HIDDeviceMonitor({{0x05AC, 0x024F}}, 64, observer_->events());
         monitorThread_ = std::thread([] { monitor_->start(); });
         keyboard_ = new UhidDevice("HALVORN QX9 Keyboard", hexBytes(kKeyboardInterface), false);
         consumer_ = new UhidDevice("HALVORN QX9 Consumer", hexBytes(kConsumerInterface), false);
@@ -59,19 +58,16 @@ protected:
         return setsOf(recorder.events);
     }
     static std::vector<HIDDevice> waitFor(const std::string& name, std::size_t count) {
-        std::vector<HIDDevice> out;
-        for (const auto& d : observer_->waitFor<HIDDeviceDictionary>(name, count, 15s))
-            out.push_back(d.at(kDeviceKey));
-        return out;
+        return observer_->waitFor(name, count, 15s);
     }
 
     // The configuration interface the monitor announced first (null when none came).
     static HidDeviceRef announced() {
-        const auto connected = waitFor(kHIDDeviceConnected, 1);
+        const auto connected = waitFor("HIDDeviceConnected", 1);
         return connected.empty() ? nullptr : connected[0].device;
     }
 
-    static inline NotificationRecorder* observer_ = nullptr;
+    static inline DeviceRecorder* observer_ = nullptr;
     static inline HIDDeviceMonitor* monitor_ = nullptr;
     static inline std::thread monitorThread_;
     static inline UhidDevice* keyboard_ = nullptr;
@@ -81,10 +77,10 @@ protected:
 
 TEST_F(KernelPath, A_ExactlyTheConfigurationInterfaceIsAnnounced) {
     ASSERT_TRUE(config_->created()) << config_->error();
-    const auto connected = waitFor(kHIDDeviceConnected, 1);
+    const auto connected = waitFor("HIDDeviceConnected", 1);
     ASSERT_EQ(connected.size(), 1u);
     std::this_thread::sleep_for(1s);  // nothing else may follow
-    ASSERT_EQ(waitFor(kHIDDeviceConnected, 1).size(), 1u);
+    ASSERT_EQ(waitFor("HIDDeviceConnected", 1).size(), 1u);
     const HIDDevice& d = connected[0];
     EXPECT_EQ(d.vendorId, 0x05AC);
     EXPECT_EQ(d.productId, 0x024F);
@@ -146,7 +142,7 @@ TEST_F(KernelPath, C_RemovalMidTransactionNeitherCrashesNorHangs) {
     config_->destroy();
     ASSERT_EQ(transaction.wait_for(20s), std::future_status::ready) << "the transaction hangs";
     EXPECT_FALSE(transaction.get());
-    const auto gone = waitFor(kHIDDeviceDisconnected, 1);
+    const auto gone = waitFor("HIDDeviceDisconnected", 1);
     ASSERT_EQ(gone.size(), 1u);
     EXPECT_TRUE(sameDevice(gone[0].device, device));
     EXPECT_FALSE(device->lastError().empty());
@@ -157,7 +153,7 @@ TEST_F(KernelPath, D_RecreatedKeyboardIsANewDevice) {
     ASSERT_TRUE(first);
     delete config_;
     config_ = new UhidDevice("HALVORN QX9", hexBytes(kConfigurationInterface), true);
-    const auto connected = waitFor(kHIDDeviceConnected, 2);
+    const auto connected = waitFor("HIDDeviceConnected", 2);
     ASSERT_EQ(connected.size(), 2u);
     EXPECT_FALSE(sameDevice(connected[1].device, first));
     EXPECT_TRUE(DeviceComm(connected[1].device).sendDeviceData(report("04 18")));

@@ -11,18 +11,16 @@ namespace qx9 {
 class CustomKeyFuncViewTest : public QObject, ViewHarness<CustomKeyFuncView> {
     Q_OBJECT
 
-    std::vector<std::int64_t> codes() const {
-        std::vector<std::int64_t> out;
-        for (const auto& m : rec_->objects<std::map<std::string, std::int64_t>>(kCustomKeyFuncAction))
-            out.push_back(m.size() == 1 && m.contains("key_code") ? m.at("key_code") : -1);
-        return out;
-    }
+    std::vector<std::int64_t> codes() const { return codes_; }
+    std::vector<std::int64_t> codes_;  // customKeyFuncAction's codes
 
 private slots:
     void init() {
         createView({840, 260}, {20, 30});
         view_->initKeyFuncs(buildCustomKeyFuncLayout());
-        QVERIFY(expose({kCustomKeyFuncAction}));
+        QVERIFY(expose());
+        codes_.clear();
+        connect(view_, &CustomKeyFuncView::customKeyFuncAction, this, [this](std::int64_t code) { codes_.push_back(code); });
         QTest::mouseMove(window_.get(), QPoint(4, 4));
     }
     void cleanup() { closeView(); }

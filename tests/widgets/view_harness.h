@@ -2,16 +2,11 @@
 
 #include <QtTest>
 
-#include <initializer_list>
 #include <memory>
-#include <string>
-
-#include "support/notification_recorder.h"
 
 namespace qx9 {
 
-// A custom-painted view of type V at `origin` in a shown window, sized to its size hint, with
-// what it posts under some notification names recorded.
+// A custom-painted view of type V at `origin` in a shown window, sized to its size hint.
 template <typename V>
 class ViewHarness {
 protected:
@@ -21,18 +16,13 @@ protected:
         view_ = new V(window_.get());
         view_->move(origin);
     }
-    // After the view has its keys: size, show and start recording.
-    bool expose(std::initializer_list<std::string> names) {
+    // After the view has its keys: size and show.
+    bool expose() {
         view_->resize(view_->sizeHint());
         window_->show();
-        if (!QTest::qWaitForWindowExposed(window_.get())) return false;
-        rec_ = std::make_unique<NotificationRecorder>(names);
-        return true;
+        return QTest::qWaitForWindowExposed(window_.get());
     }
-    void closeView() {
-        rec_.reset();
-        window_.reset();
-    }
+    void closeView() { window_.reset(); }
     // A point on key k: fx and fy from its left and top edge (0 to 1).
     QPoint at(int k, double fx = 0.5, double fy = 0.5) const {
         const QRect r = view_->keyRect(k);
@@ -41,7 +31,6 @@ protected:
 
     std::unique_ptr<QWidget> window_;
     V* view_ = nullptr;
-    std::unique_ptr<NotificationRecorder> rec_;
 };
 
 }  // namespace qx9
