@@ -1,5 +1,7 @@
 #include "session/session_core.h"
 
+#include <utility>
+
 #include "i18n/extra_texts.h"
 
 namespace qx9 {
@@ -18,6 +20,20 @@ std::string storeProblemText(StoreProblem problem, const std::filesystem::path& 
     std::string message = extraText(id);
     message.replace(message.find("%1"), 2, file.string());
     return message;
+}
+
+void SessionCore::notify(SessionAspect aspect) {
+    if (!events) return;
+    changedAspects.set(static_cast<std::size_t>(aspect));
+    if (deliveryPosted) return;
+    deliveryPosted = true;
+    post([this] {
+        deliveryPosted = false;
+        const std::bitset<kSessionAspectCount> changed = std::exchange(changedAspects, {});
+        for (int a = 0; a < kSessionAspectCount; ++a) {
+            if (changed.test(static_cast<std::size_t>(a)) && events) events->changed(static_cast<SessionAspect>(a));
+        }
+    });
 }
 
 bool SessionCore::report(const ops::Outcome& outcome) {

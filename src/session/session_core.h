@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <bitset>
 #include <filesystem>
 #include <cstdint>
 #include <functional>
@@ -33,9 +34,13 @@ enum class SessionAspect {
     UserLights,   // per-key lighting sets, the loaded set, key colours
     Macros,       // macro list and event list
 };
+inline constexpr int kSessionAspectCount = static_cast<int>(SessionAspect::Macros) + 1;
 
 // The front end's side of the session: it is told what changed, shows the warnings, and is
-// asked to show the two windows the key page opens. All calls come on the main thread.
+// asked to show the two windows the key page opens. All calls come on the main thread. A front
+// end whose main thread runs an event loop (SessionConfig::postToMain) is told what changed once
+// the action that changed it has returned, each aspect once: a view that reports an action is
+// never re-entered while it reports it.
 class SessionEvents {
 public:
     virtual ~SessionEvents() = default;
@@ -141,9 +146,8 @@ struct SessionCore {
         return kbHIDdevice;
     }
 
-    void notify(SessionAspect aspect) {
-        if (events) events->changed(aspect);
-    }
+    // Tells the front end that `aspect` changed (see SessionEvents).
+    void notify(SessionAspect aspect);
     void warn(const std::string& message, const std::string& informative) {
         if (events) events->warning(message, informative);
     }
@@ -153,6 +157,8 @@ struct SessionCore {
     // reloads the pages (through `reload`, set by the session).
     bool report(const ops::Outcome& outcome);
     std::function<void()> reload;
+    std::bitset<kSessionAspectCount> changedAspects;  // told at the next delivery
+    bool deliveryPosted = false;
     void post(std::function<void()> work) {
         if (config.postToMain) config.postToMain(std::move(work));
         else work();

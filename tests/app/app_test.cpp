@@ -56,6 +56,7 @@ class AppTest : public QObject {
 
     void enterPages() {
         QTest::mouseClick(child<QPushButton>("keyboard_connect"), Qt::LeftButton);
+        QCoreApplication::processEvents();
         QVERIFY(!controller_->session().device.showingHomePage());
     }
 
@@ -65,13 +66,14 @@ class AppTest : public QObject {
         QTest::mouseMove(kb, p);
         QTest::mousePress(kb, Qt::LeftButton, Qt::NoModifier, p);
         QTest::mouseRelease(kb, Qt::LeftButton, Qt::NoModifier, p);
+        QCoreApplication::processEvents();
     }
 
     // The macro page with a new macro, as a user reaches it.
     MacroPageView* newMacro() {
         enterPages();
-        QTest::mouseClick(child<QToolButton>("macro_btn"), Qt::LeftButton);
-        QTest::mouseClick(child<QPushButton>("macro_btn_newmacro"), Qt::LeftButton);
+        click("macro_btn");
+        click("macro_btn_newmacro");
         return controller_->macroPage();
     }
     // A key as the window system delivers it: X11 key code = evdev code + 8.
@@ -79,11 +81,13 @@ class AppTest : public QObject {
         QKeyEvent e(press ? QEvent::KeyPress : QEvent::KeyRelease, 0, Qt::NoModifier, quint32(evdev + 8), 0, 0);
         e.setTimestamp(time);
         QApplication::sendEvent(controller_->macroPage()->recordTable(), &e);
+        QCoreApplication::processEvents();
     }
 
     void click(const char* name) {
         auto* b = child<QAbstractButton>(name);  // a radio takes clicks on its mark and text only
         QTest::mouseClick(b, Qt::LeftButton, {}, qobject_cast<QRadioButton*>(b) ? QPoint(6, b->height() / 2) : QPoint());
+        QCoreApplication::processEvents();
     }
     QStringList events() {
         QStringList rows;
@@ -125,12 +129,12 @@ private slots:
         QCOMPARE(top->text(), QString("Top Layer"));
         QTest::mouseClick(child<QToolButton>("config_btn"), Qt::LeftButton);
         QCOMPARE(controller_->session().device.viewType(), int(kPageSettings));
-        child<QComboBox>("combo_language")->setCurrentIndex(1);
+        child<QComboBox>("combo_language")->setCurrentIndex(1); QCoreApplication::processEvents();
         QCOMPARE(top->text(), QString::fromStdString(CHSLanguage::getLan(90)));
-        child<QComboBox>("combo_language")->setCurrentIndex(0);
+        child<QComboBox>("combo_language")->setCurrentIndex(0); QCoreApplication::processEvents();
         QCOMPARE(top->text(), QString("Top Layer"));
         QTest::mouseClick(child<QToolButton>("home_btn"), Qt::LeftButton);
-        QVERIFY(controller_->startView()->isVisible());
+        QTRY_VERIFY(controller_->startView()->isVisible());
     }
 
     void keyTextsFitTheirKeysAtTheMinimumSize() {
@@ -138,7 +142,7 @@ private slots:
         window_->resize(window_->minimumSizeHint());
         KeyboardView* kb = controller_->keyPage()->keyboard();
         for (int language = 0; language < 3; ++language) {
-            child<QComboBox>("combo_language")->setCurrentIndex(language);
+            child<QComboBox>("combo_language")->setCurrentIndex(language); QCoreApplication::processEvents();
             clickKey(33 + language);  // disabled, the longest text the menu gives; one spot twice would be a double click
             QTRY_VERIFY(controller_->keyMenu()->isVisible());
             QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
@@ -161,7 +165,7 @@ private slots:
         a->actionInterface()->doAction(QAccessibleActionInterface::pressAction());  // as a click: the key menu
         QTRY_VERIFY(controller_->keyMenu()->isVisible() && a->state().checked);
         QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
-        QCOMPARE(a->text(QAccessible::Description), QString::fromStdString(localizedText(102)));
+        QTRY_COMPARE(a->text(QAccessible::Description), QString::fromStdString(localizedText(102)));
         QAccessibleInterface* funcs = QAccessible::queryAccessibleInterface(controller_->keyPage()->palette());
         QCOMPARE(funcs->childCount(), int(controller_->keyPage()->palette()->keys().size()));
         for (int i = 0; i < funcs->childCount(); ++i) QVERIFY(!funcs->child(i)->text(QAccessible::Name).isEmpty());
@@ -176,7 +180,7 @@ private slots:
         CustomKeyViewController* dialog = nullptr;
         QTRY_VERIFY((dialog = window_->findChild<CustomKeyViewController*>()) != nullptr);
         QTRY_VERIFY(dialog->isVisible());
-        dialog->findChild<QComboBox*>("key_functiontype")->setCurrentIndex(1);  // "Keyboard Function"
+        dialog->findChild<QComboBox*>("key_functiontype")->setCurrentIndex(1); QCoreApplication::processEvents();  // "Keyboard Function"
         QLineEdit* target = dialog->findChild<QLineEdit*>("keyfunc_edit");
         // Left Shift (evdev 42) and 1 (evdev 2), as the window system reports them: code + 8.
         QKeyEvent shift(QEvent::KeyPress, Qt::Key_Shift, Qt::ShiftModifier, 50, 0, 0);
@@ -217,7 +221,7 @@ private slots:
 
     void headerTrayAndAccessHint() {
         enterPages();
-        QTest::mouseClick(child<QToolButton>("macro_btn"), Qt::LeftButton);
+        click("macro_btn");
         for (const char* name : {"home_btn", "customkey_btn", "macro_btn", "light_btn", "userlight_btn", "config_btn"}) {
             auto* b = child<QToolButton>(name);
             QVERIFY(!b->toolTip().isEmpty() && b->toolTip() == QAccessible::queryAccessibleInterface(b)->text(QAccessible::Name));
@@ -244,7 +248,7 @@ private slots:
         QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);
         QTRY_VERIFY(child<QWidget>("transfer_bar")->isVisible());
         for (int language = 0; language < 3; ++language) {
-            child<QComboBox>("combo_language")->setCurrentIndex(language);
+            child<QComboBox>("combo_language")->setCurrentIndex(language); QCoreApplication::processEvents();
             for (const char* page : {"customkey_btn", "macro_btn", "light_btn", "userlight_btn", "config_btn"}) {
                 QTest::mouseClick(child<QToolButton>(page), Qt::LeftButton);
                 window_->resize(window_->minimumSizeHint());

@@ -43,10 +43,14 @@ class LightingPagesTest : public QObject {
         if (!w) qFatal("no widget %s", name);
         return w;
     }
-    void click(const char* name) { QTest::mouseClick(child<QAbstractButton>(name), Qt::LeftButton); }
+    void click(const char* name) {
+        QTest::mouseClick(child<QAbstractButton>(name), Qt::LeftButton);
+        QCoreApplication::processEvents();
+    }
     void type(const char* field, const char* text) {
         child<QLineEdit>(field)->selectAll();
         QTest::keyClicks(child<QLineEdit>(field), text);
+        QCoreApplication::processEvents();
     }
     VirtualLightMode sentLight() { return decodeLightMode(test::sentMemory(controller_)).value(); }
     std::uint32_t sentColour(int keyCode) {
@@ -54,16 +58,19 @@ class LightingPagesTest : public QObject {
     }
     void openPage(const char* button) {
         QTest::mouseClick(child<QPushButton>("keyboard_connect"), Qt::LeftButton);
+        QCoreApplication::processEvents();
         click(button);
     }
     void chooseEffect(int row) {
         QListWidget* list = child<QListWidget>("light_mode_table");
         list->scrollToItem(list->item(row));
         QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, list->visualItemRect(list->item(row)).center());
+        QCoreApplication::processEvents();
     }
     KeyboardLightView* keys() { return child<KeyboardLightView>("userlight_keyboardctrl"); }
     void clickKey(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::mouseClick(keys(), Qt::LeftButton, modifiers, keys()->keyRect(key).center());
+        QCoreApplication::processEvents();
     }
 
     QTemporaryDir dir_;
@@ -101,7 +108,7 @@ private slots:
         click("light_btn_color");
         QColorDialog* dialog = controller_->colorPanel()->dialog();
         QTRY_VERIFY(dialog->isVisible());
-        dialog->setCurrentColor(QColor(127, 127, 127));
+        dialog->setCurrentColor(QColor(127, 127, 127)); QCoreApplication::processEvents();
         QCOMPARE(lightByte("byte1", 10) + lightByte("byte2", 10) + lightByte("byte3", 10), "127127127");
         QCOMPARE(child<QLineEdit>("light_edit_color_r")->text(), "127");
         chooseEffect(10);  // another effect closes the dialog
@@ -149,7 +156,7 @@ private slots:
         QColorDialog* dialog = controller_->colorPanel()->dialog();
         QTRY_VERIFY(dialog->isVisible());
         clickKey(kW);
-        dialog->setCurrentColor(QColor(100, 0, 0));
+        dialog->setCurrentColor(QColor(100, 0, 0)); QCoreApplication::processEvents();
         QCOMPARE(child<QLineEdit>("userlight_edit_color_r")->text(), "100");
         click("userlight_btn_apply");
         QCOMPARE(sentColour(26), 0x640000u);
@@ -162,7 +169,7 @@ private slots:
 
     void everyControlNamedAndRelabelled() {
         openPage("config_btn");
-        child<QComboBox>("combo_language")->setCurrentIndex(1);
+        child<QComboBox>("combo_language")->setCurrentIndex(1); QCoreApplication::processEvents();
         for (const char* page : {"light_view", "userlight_view"}) {
             QList<QAccessibleInterface*> todo{QAccessible::queryAccessibleInterface(child(page))};
             while (!todo.isEmpty()) {
