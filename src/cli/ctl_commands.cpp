@@ -112,7 +112,7 @@ void cmdSettings(Context& c, const std::vector<std::string>& args) {
     } else if (verb == "gamemode") {
         expectArgs(args, 2, "settings gamemode on|off");
         const bool on = parseOnOff(args[1], "gamemode");
-        protocol::SystemSwitches shown;
+        ops::GameModeSwitches shown;
         check(ops::setGameMode(c.target(), on, shown));
     } else if (verb == "block") {
         expectArgs(args, 3, "settings block alttab|altf4|win on|off");
@@ -121,7 +121,7 @@ void cmdSettings(Context& c, const std::vector<std::string>& args) {
         const ops::Block block = which == "alttab" ? ops::Block::kAltTab : which == "altf4" ? ops::Block::kAltF4 : ops::Block::kWin;
         const bool on = parseOnOff(args[2], "block");
         const ops::Target target = c.target();
-        protocol::SystemSwitches shown = ops::storedSwitches(target.db);
+        ops::GameModeSwitches shown = ops::storedSwitches(target.db);
         check(ops::setBlock(target, block, on, shown));
     } else if (verb == "reset-keys") {
         expectArgs(args, 1, "settings reset-keys");

@@ -7,7 +7,7 @@
 #include "i18n/language.h"
 #include "ops/lighting.h"
 #include "ops/settings.h"
-#include "ops/light_colours.h"
+#include "layout/light_colours.h"
 
 namespace qx9::ctl {
 

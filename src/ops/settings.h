@@ -10,6 +10,9 @@
 
 namespace qx9::ops {
 
+// The game-mode switches as the settings page shows them (and the system-function record sends).
+using GameModeSwitches = protocol::SystemSwitches;
+
 using ::qx9::kBlockAltF4;
 using ::qx9::kBlockAltTab;
 using ::qx9::kBlockWin;
@@ -44,16 +47,16 @@ Outcome setLanguage(const Target& target, int language);
 
 // Fn key as Fn (true) or as a default key; the system functions are sent with `shown`, the
 // switches as the settings page shows them.
-Outcome setFnMode(const Target& target, bool fnKey, const protocol::SystemSwitches& shown);
+Outcome setFnMode(const Target& target, bool fnKey, const GameModeSwitches& shown);
 // Game mode on or off; `shown` becomes the switches sent (on: with the stored blocks; off: all
 // off).
-Outcome setGameMode(const Target& target, bool on, protocol::SystemSwitches& shown);
+Outcome setGameMode(const Target& target, bool on, GameModeSwitches& shown);
 // One key block; `shown` holds the switches before the change and the ones sent after it.
-Outcome setBlock(const Target& target, Block block, bool on, protocol::SystemSwitches& shown);
+Outcome setBlock(const Target& target, Block block, bool on, GameModeSwitches& shown);
 // The stored backlight sleep time (0–3), −1 when none is stored or the value is damaged.
 int storedSleepTime(const DeviceSQLite& db);
 // Backlight sleep time 0–3, stored under profile 1 and sent with the system functions.
-Outcome setSleepTime(const Target& target, std::int64_t value, const protocol::SystemSwitches& shown);
+Outcome setSleepTime(const Target& target, std::int64_t value, const GameModeSwitches& shown);
 
 // The key assignments of `profile` back to their defaults, and the profile selected again in the
 // same transaction; then its key map is sent. Its selected effect is read into `lightMode`.
@@ -63,7 +66,7 @@ Outcome resetKeys(const Target& target, std::int64_t profile, std::int64_t& ligh
 Outcome resetAll(const Target& target);
 
 // Sends the switches as given, and the Fn mode and sleep time stored under profile 1.
-Outcome sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches);
+Outcome sendSystemFunctions(const Target& target, const GameModeSwitches& switches);
 // The switches as the settings page shows them after loading: all off unless game mode is on.
 using ::qx9::storedSwitches;
 using ::qx9::gameModeSwitches;  // game mode on with the three blocks as stored

@@ -8,7 +8,7 @@
 
 #include "i18n/language.h"
 #include "i18n/language_switch.h"
-#include "ops/light_colours.h"
+#include "layout/light_colours.h"
 #include "pages/message_box.h"
 #include "pages/page_controls.h"
 #include "session/keyboard_session.h"

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -32,6 +33,10 @@ public:
     virtual ~KeyboardSender() = default;
     // Asks for the blocks, in the order given.
     virtual SendResult send(const std::vector<BlockRequest>& blocks) = 0;
+    // The keyboard to send to from now on (another one was plugged in).
+    virtual void setDevice(HidDeviceRef device) = 0;
+    // Present or not: while absent every send fails at once without touching the device.
+    virtual void setPresent(bool present) = 0;
 };
 
 // How long a transaction waits for another program's transaction on the same keyboard.
@@ -56,9 +61,15 @@ SendResult sendBlocks(DeviceComm& comm, const DeviceSQLite& db, std::span<const 
 class DirectSender final : public KeyboardSender {
 public:
     DirectSender(DeviceComm& comm, const DeviceSQLite& db) : comm_(comm), db_(db) {}
+    // With a transport of its own to `device`.
+    DirectSender(HidDeviceRef device, const DeviceSQLite& db, Pacer* pacer, std::shared_ptr<WireSink> wire)
+        : owned_(std::make_unique<DeviceComm>(std::move(device), pacer, std::move(wire))), comm_(*owned_), db_(db) {}
     SendResult send(const std::vector<BlockRequest>& blocks) override { return sendBlocks(comm_, db_, blocks); }
+    void setDevice(HidDeviceRef device) override { comm_.setDevice(std::move(device)); }
+    void setPresent(bool present) override { comm_.setDeviceStatus(present ? 1 : 0); }
 
 private:
+    std::unique_ptr<DeviceComm> owned_;
     DeviceComm& comm_;
     const DeviceSQLite& db_;
 };

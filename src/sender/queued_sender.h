@@ -47,9 +47,9 @@ public:
     SendResult send(const std::vector<BlockRequest>& blocks) override;
 
     // The keyboard to send to, opened on the sender's thread; null: none (nothing is sent).
-    void setDevice(HidDeviceRef device);
+    void setDevice(HidDeviceRef device) override;
     // Present or not: while absent every send fails at once without touching the device.
-    void setPresent(bool present);
+    void setPresent(bool present) override;
 
     // Requests waiting to be sent (not counting one being sent).
     std::size_t waiting();

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "ops/lighting.h"
-#include "ops/light_colours.h"
+#include "layout/light_colours.h"
 #include "store/records.h"
 
 namespace qx9 {

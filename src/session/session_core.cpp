@@ -66,8 +66,7 @@ void SessionCore::warnNotStored() {
 
 void SessionCore::useKeyboard(const HidDeviceRef& device) {
     if (sender) {
-        if (queuedSender) queuedSender->setDevice(device);
-        else if (deviceComm) deviceComm->setDevice(device);
+        sender->setDevice(device);
         setKeyboardPresent(true);
         return;
     }
@@ -91,14 +90,12 @@ void SessionCore::useKeyboard(const HidDeviceRef& device) {
         queuedSender = queued.get();
         sender = std::move(queued);
     } else {
-        deviceComm = std::make_unique<DeviceComm>(device, config.pacer, config.wire);
-        sender = std::make_unique<DirectSender>(*deviceComm, *deviceDB);
+        sender = std::make_unique<DirectSender>(device, *deviceDB, config.pacer, config.wire);
     }
 }
 
 void SessionCore::setKeyboardPresent(bool present) {
-    if (queuedSender) queuedSender->setPresent(present);
-    if (deviceComm) deviceComm->setDeviceStatus(present ? 1 : 0);
+    if (sender) sender->setPresent(present);
 }
 
 bool SessionCore::finishSending(std::chrono::milliseconds timeout) {

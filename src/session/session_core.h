@@ -11,7 +11,6 @@
 #include <string>
 
 #include "hid/capture_state.h"
-#include "hid/device_comm.h"
 #include "hid/hid_backend.h"
 #include "ops/target.h"
 #include "sender/queued_sender.h"
@@ -99,8 +98,7 @@ struct SessionCore {
     std::atomic<bool> initFinish{false};
     std::unique_ptr<DeviceSQLite> deviceDB;  // opened at the first connection
     // The keyboard's sender, created at the first connection: a queued one of its own thread,
-    // or one that sends at once through `deviceComm`.
-    std::unique_ptr<DeviceComm> deviceComm;
+    // or one that sends at once.
     std::unique_ptr<KeyboardSender> sender;
     QueuedSender* queuedSender = nullptr;
 

@@ -22,7 +22,7 @@ ops::Block blockOf(int tag) {
 
 }  // namespace
 
-protocol::SystemSwitches SettingsPage::switches() const {
+ops::GameModeSwitches SettingsPage::switches() const {
     return {boxes_[kGameMode], boxes_[kAltTab], boxes_[kAltF4], boxes_[kLockWin]};
 }
 
@@ -66,7 +66,7 @@ void SettingsPage::reloadFromDatabase() {
     if (storedValues() != shownValues_) showSwitches(ops::storedSwitches(*db));
 }
 
-void SettingsPage::showSwitches(const protocol::SystemSwitches& shown) {
+void SettingsPage::showSwitches(const ops::GameModeSwitches& shown) {
     shownValues_ = storedValues();
     boxes_[kGameMode] = shown.gameMode;
     boxes_[kAltTab] = shown.blockAltTab;
@@ -90,7 +90,7 @@ void SettingsPage::configGameMode(int type) {
     if (!target) return;
     switch (type) {
         case kGameMode: {
-            protocol::SystemSwitches shown;
+            ops::GameModeSwitches shown;
             s_.core.report(ops::setGameMode(*target, boxes_[kGameMode], shown));
             showSwitches(shown);
             break;
@@ -98,7 +98,7 @@ void SettingsPage::configGameMode(int type) {
         case kAltTab:
         case kAltF4:
         case kLockWin: {
-            protocol::SystemSwitches shown = switches();
+            ops::GameModeSwitches shown = switches();
             s_.core.report(ops::setBlock(*target, blockOf(type), boxes_[type], shown));
             showSwitches(shown);
             break;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "protocol/system_function.h"
+#include "ops/settings.h"
 
 namespace qx9 {
 
@@ -35,7 +35,7 @@ public:
 
     // The check boxes as shown; the system-function record is built from them.
     bool box(int tag) const { return tag >= 0 && tag < 4 && boxes_[tag]; }
-    protocol::SystemSwitches switches() const;
+    ops::GameModeSwitches switches() const;
 
     const std::vector<LanguageRow>& LanguageListDatas() const { return languages_; }
     int languageRow() const { return languageRow_; }
@@ -62,7 +62,7 @@ public:
     void configResetAllDatas();
 
 private:
-    void showSwitches(const protocol::SystemSwitches& shown);
+    void showSwitches(const ops::GameModeSwitches& shown);
     // The four stored switch values, as the boxes last followed them.
     std::array<std::string, 4> storedValues() const;
 

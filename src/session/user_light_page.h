@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ops/light_colours.h"
+#include "layout/light_colours.h"
 
 namespace qx9 {
 

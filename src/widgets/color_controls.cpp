@@ -6,7 +6,7 @@
 #include <QLineEdit>
 
 #include "i18n/extra_texts.h"
-#include "ops/light_colours.h"
+#include "layout/light_colours.h"
 #include "widgets/color_button.h"
 
 namespace qx9 {

@@ -1,6 +1,6 @@
 // The colours both lighting pages and qx9ctl share: the colour-view representation, presets,
 // previews, fields.
-#include "ops/light_colours.h"
+#include "layout/light_colours.h"
 
 #include <cctype>
 #include <cmath>

@@ -1,0 +1,22 @@
+cmake_minimum_required(VERSION 3.20)
+# Run by the build before a layer's library compiles: every `#include "folder/..."` in FOLDER
+# (under ROOT) names FOLDER itself or a folder whose library FOLDER's library links directly
+# (ALLOWED, comma-separated). Anything else stops the build with the file and line.
+string(REPLACE "," ";" allowed "${ALLOWED}")
+list(APPEND allowed "${FOLDER}")
+file(GLOB_RECURSE files "${ROOT}/${FOLDER}/*.h" "${ROOT}/${FOLDER}/*.cpp")
+set(wrong "")
+foreach(file IN LISTS files)
+    file(STRINGS "${file}" lines REGEX "^[ \t]*#[ \t]*include[ \t]*\"[a-z0-9_]+/")
+    foreach(line IN LISTS lines)
+        string(REGEX MATCH "\"([a-z0-9_]+)/" found "${line}")
+        if(NOT CMAKE_MATCH_1 IN_LIST allowed)
+            file(RELATIVE_PATH name "${ROOT}" "${file}")
+            string(APPEND wrong "\n  ${name}: ${line}")
+        endif()
+    endforeach()
+endforeach()
+if(wrong)
+    message(FATAL_ERROR "${FOLDER}/ may use only ${allowed} (its library's target_link_libraries):${wrong}")
+endif()
+file(TOUCH "${STAMP}")
