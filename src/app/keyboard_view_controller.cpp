@@ -20,7 +20,6 @@
 #include "virtual/virtual_qx9.h"
 #include "i18n/extra_texts.h"
 #include "i18n/language.h"
-#include "i18n/language_switch.h"
 #include "layout/key_maps.h"
 #include "pages/color_panel.h"
 #include "pages/custom_key_dialog_view.h"
@@ -299,14 +298,9 @@ void KeyboardViewController::applyLanguage() {
     name(home_btn, ExtraText::kPageHome);
     for (const PageButton& p : kPageButtons) name(pageButtons_[p.code], p.label);
     customkey_view->profileTable()->setAccessibleName(QString::fromStdString(extraText(ExtraText::kProfiles)));
-    for (const SwitchedText& t : languageSwitchTexts()) {
-        if (t.item != kWholeControl) continue;  // list and pop-up rows follow their own data
-        QWidget* w = findChild<QWidget*>(QString::fromUtf8(t.control.data(), static_cast<int>(t.control.size())));
-        if (!w) continue;
-        const QString text = QString::fromStdString(localizedText(t.textId));
-        if (auto* b = qobject_cast<QAbstractButton*>(w)) b->setText(text);
-        else if (auto* l = qobject_cast<QLabel*>(w)) l->setText(text);
-    }
+    customkey_view->retranslate();
+    config_view->retranslate();
+    macro_view->retranslate();
     nodevice_view->retranslate();
     light_view->retranslate();
     userlight_view->retranslate();
@@ -328,7 +322,6 @@ void KeyboardViewController::changed(SessionAspect aspect) {
         case SessionAspect::Language:
             applyLanguage();
             config_view->sync();
-            macro_view->retranslate();
             break;
         case SessionAspect::Macros: macro_view->sync(); break;
         case SessionAspect::LightModes:

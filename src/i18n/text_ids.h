@@ -2,8 +2,8 @@
 
 namespace qx9 {
 
-// Ids of the string tables that the logic itself looks up (the language switch's list of
-// control texts is data of its own, in language_switch.cpp).
+// Ids of the string tables that the logic itself looks up (the pages give their buttons and
+// labels their ids where they create them).
 namespace textid {
 inline constexpr int kConfigurationFile1 = 67;  // 68, 69: the second and third default names
 inline constexpr int kConfigurationFile = 70;   // prefix of new profile names

@@ -47,10 +47,10 @@ KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(pa
     customkey_funcctrl->setObjectName("customkey_funcctrl");
     customkey_funcctrl->initKeyFuncs(session_.keys.palette());
 
-    customkey_btn_toplayer = toggleButton("customkey_btn_toplayer", "segment", this);
-    customkey_btn_fnlayer = toggleButton("customkey_btn_fnlayer", "segment", this);
-    customkey_btn_defaultkey = toggleButton("customkey_btn_defaultkey", "textswitch", this);
-    customkey_btn_fnkey = toggleButton("customkey_btn_fnkey", "textswitch", this);
+    customkey_btn_toplayer = texts_.add(toggleButton("customkey_btn_toplayer", "segment", this), 90);
+    customkey_btn_fnlayer = texts_.add(toggleButton("customkey_btn_fnlayer", "segment", this), 91);
+    customkey_btn_defaultkey = texts_.add(toggleButton("customkey_btn_defaultkey", "textswitch", this), 601);
+    customkey_btn_fnkey = texts_.add(toggleButton("customkey_btn_fnkey", "textswitch", this), 602);
     connect(customkey_keyboardctrl, &KeyboardView::keyboardKeyAction, this,
             [this](const std::string& name) { session_.keys.keyboardKeyAction(name); });
     connect(customkey_funcctrl, &CustomKeyFuncView::customKeyFuncAction, this,

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include "pages/page_controls.h"
+
 class QListWidget;
 class QListWidgetItem;
 class QPushButton;
@@ -32,6 +34,7 @@ public:
     void syncProfiles();
     // Starts editing the selected profile's name in place.
     void beginRename();
+    void retranslate() { texts_.apply(); }
 
 private:
     void profileEdited(QListWidgetItem* item);
@@ -48,6 +51,7 @@ private:
     QToolButton* deleteButton_;
     QToolButton* renameButton_;
     bool syncing_ = false;
+    FixedTexts texts_;
 };
 
 }  // namespace qx9

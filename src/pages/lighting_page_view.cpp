@@ -135,7 +135,7 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
         sleepRadios_[i] = new QRadioButton(this);
         sleepRadios_[i]->setObjectName(QString("light_radio_lightsleep%1").arg(i));
         sleepRadios_[i]->setAutoExclusive(false);  // the page model chooses one, or none
-        sleepLabels_[i] = label(qPrintable(QString("light_label_lightsleep%1").arg(i)), sleepRadios_[i]);
+        sleepLabels_[i] = texts_.add(label(qPrintable(QString("light_label_lightsleep%1").arg(i)), sleepRadios_[i]), 536 + i);
         connect(sleepRadios_[i], &QRadioButton::clicked, this, [this, i] { session_.lighting.light_button_lightsleeptime(i); });
         sleepRow->addWidget(sleepRadios_[i]);
         sleepRow->addWidget(sleepLabels_[i]);
@@ -148,11 +148,11 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
     auto* params = new QGridLayout;
     params->setHorizontalSpacing(12);
     params->setVerticalSpacing(10);
-    params->addWidget(label("light_label_randomcolor", light_btn_randomcolor), 0, 0);
+    params->addWidget(texts_.add(label("light_label_randomcolor", light_btn_randomcolor), 530), 0, 0);
     params->addWidget(light_btn_randomcolor, 0, 1, Qt::AlignLeft);
-    params->addWidget(label("light_label_brightness", light_slider_brightness), 1, 0);
+    params->addWidget(texts_.add(label("light_label_brightness", light_slider_brightness), 531), 1, 0);
     params->addWidget(light_slider_brightness, 1, 1);
-    params->addWidget(label("light_label_speed", light_slider_speed), 2, 0);
+    params->addWidget(texts_.add(label("light_label_speed", light_slider_speed), 532), 2, 0);
     params->addWidget(light_slider_speed, 2, 1);
     params->addLayout(cross, 0, 2, 3, 1, Qt::AlignCenter);
 
@@ -162,7 +162,7 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
     panel->addLayout(params, 1);
 
     auto* sleep = new QHBoxLayout;
-    sleep->addWidget(label("light_label_lightsleeptime", nullptr));
+    sleep->addWidget(texts_.add(label("light_label_lightsleeptime", nullptr), 535));
     sleep->addSpacing(12);
     sleep->addLayout(sleepRow, 1);
 
@@ -210,6 +210,7 @@ bool LightingPageView::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void LightingPageView::retranslate() {
+    texts_.apply();
     for (const DirectionButton& d : kDirectionButtons) {
         directions_[static_cast<std::size_t>(d.direction)]->setAccessibleName(QString::fromStdString(extraText(d.accessibleName)));
     }

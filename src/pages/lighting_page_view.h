@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include "pages/page_controls.h"
+
 #include <array>
 
 class QLabel;
@@ -52,6 +54,7 @@ private:
     std::array<QLabel*, 4> sleepLabels_{};
     bool syncing_ = false;
     bool chosenByPress_ = false;  // the current row changed since the last press
+    FixedTexts texts_;
 };
 
 }  // namespace qx9

@@ -91,11 +91,11 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
 
     // The macro list, its buttons and the memory the macros take.
     auto* listPanel = panel("macro_listpanel", this);
-    auto* listLabel = heading("macro_label_macrolist", listPanel);
+    auto* listLabel = texts_.add(heading("macro_label_macrolist", listPanel), 180);
     macro_tableview = named(new QListWidget(listPanel), "macro_tableview");
     macro_tableview->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
-    macro_btn_newmacro = named(new QPushButton(listPanel), "macro_btn_newmacro");
-    macro_btn_deletemacro = named(new QPushButton(listPanel), "macro_btn_deletemacro");
+    macro_btn_newmacro = texts_.add(named(new QPushButton(listPanel), "macro_btn_newmacro"), 182);
+    macro_btn_deletemacro = texts_.add(named(new QPushButton(listPanel), "macro_btn_deletemacro"), 183);
     renameButton_ = named(new QPushButton(listPanel), "macro_btn_renamemacro");
     memoryBar_ = named(new QProgressBar(listPanel), "macro_memory");
     memoryBar_->setTextVisible(false);
@@ -123,11 +123,11 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
 
     // The events of the selected macro and recording.
     auto* eventPanel = panel("macro_recordpanel", this);
-    auto* recordLabel = heading("macro_label_recordlist", eventPanel);
+    auto* recordLabel = texts_.add(heading("macro_label_recordlist", eventPanel), 181);
     record_tableview = named(new QListWidget(eventPanel), "record_tableview");
     record_tableview->setEditTriggers(QAbstractItemView::NoEditTriggers);
     record_tableview->setUniformItemSizes(true);
-    record_button = named(new QPushButton(eventPanel), "record_button");
+    record_button = texts_.add(named(new QPushButton(eventPanel), "record_button"), 201);
     record_button->setFocusPolicy(Qt::NoFocus);  // a recorded Space must not stop the recording
     deleteEventButton_ = named(new QPushButton(eventPanel), "macro_btn_deleteevent");
     recordState_ = named(new QLabel(eventPanel), "macro_label_recordstate");
@@ -147,20 +147,20 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
 
     // Inserting events, the delay mode and Save.
     auto* insertPanel = panel("macro_insertpanel", this);
-    auto* insertLabel = heading("macro_label_insertevent", insertPanel);
+    auto* insertLabel = texts_.add(heading("macro_label_insertevent", insertPanel), 188);
     insertevent_combox = named(new QComboBox(insertPanel), "insertevent_combox");
-    keyboardevent_radiobutton = modelRadio("keyboardevent_radiobutton", insertPanel);
-    mouseevent_radiobutton = modelRadio("mouseevent_radiobutton", insertPanel);
-    delayevent_radiobutton = modelRadio("delayevent_radiobutton", insertPanel);
+    keyboardevent_radiobutton = texts_.add(modelRadio("keyboardevent_radiobutton", insertPanel), 189);
+    mouseevent_radiobutton = texts_.add(modelRadio("mouseevent_radiobutton", insertPanel), 190);
+    delayevent_radiobutton = texts_.add(modelRadio("delayevent_radiobutton", insertPanel), 191);
     mousevent_combox = named(new QComboBox(insertPanel), "mousevent_combox");
     insertevent_edit = named(new QLineEdit(insertPanel), "insertevent_edit");
-    insertevent_button = named(new QPushButton(insertPanel), "insertevent_button");
-    recorddelay_radiobutton = modelRadio("recorddelay_radiobutton", insertPanel);
-    nodelay_radiobutton = modelRadio("nodelay_radiobutton", insertPanel);
-    defaultdelay_radiobutton = modelRadio("defaultdelay_radiobutton", insertPanel);
+    insertevent_button = texts_.add(named(new QPushButton(insertPanel), "insertevent_button"), 192);
+    recorddelay_radiobutton = texts_.add(modelRadio("recorddelay_radiobutton", insertPanel), 184);
+    nodelay_radiobutton = texts_.add(modelRadio("nodelay_radiobutton", insertPanel), 185);
+    defaultdelay_radiobutton = texts_.add(modelRadio("defaultdelay_radiobutton", insertPanel), 186);
     delaytime_edit = named(new QLineEdit(insertPanel), "delaytime_edit");
     delaytime_edit->setMaximumWidth(90);
-    macro_btn_save = named(new QPushButton(insertPanel), "macro_btn_save");
+    macro_btn_save = texts_.add(named(new QPushButton(insertPanel), "macro_btn_save"), 193);
     macro_btn_save->setProperty("role", "primary");
     auto* kinds = new QHBoxLayout;
     kinds->addWidget(keyboardevent_radiobutton);
@@ -269,6 +269,7 @@ void MacroPageView::macroRenamed(QListWidgetItem* item) {
 }
 
 void MacroPageView::retranslate() {
+    texts_.apply();
     syncing_ = true;
     const auto fillCombo = [](QComboBox* box, std::initializer_list<int> ids) {
         const int current = box->currentIndex();

@@ -3,6 +3,8 @@
 #include <QStringList>
 #include <QWidget>
 
+#include "pages/page_controls.h"
+
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -74,6 +76,7 @@ private:
     QStringList shownMacros_;
     QStringList shownRecords_;
     bool syncing_ = false;
+    FixedTexts texts_;
 };
 
 }  // namespace qx9

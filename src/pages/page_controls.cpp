@@ -1,12 +1,24 @@
 #include "pages/page_controls.h"
 
+#include <QAbstractButton>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QListWidget>
 #include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "i18n/language.h"
+
 namespace qx9 {
+
+void FixedTexts::apply() const {
+    for (const Entry& e : texts_) {
+        const QString text = QString::fromStdString(localizedText(e.textId));
+        if (auto* b = qobject_cast<QAbstractButton*>(e.control)) b->setText(text);
+        else if (auto* l = qobject_cast<QLabel*>(e.control)) l->setText(text);
+    }
+}
 
 QToolButton* smallButton(const char* name, const QString& text, QWidget* parent) {
     auto* b = new QToolButton(parent);

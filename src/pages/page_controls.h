@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <initializer_list>
+#include <vector>
 
 class QHBoxLayout;
 class QLayout;
@@ -28,5 +29,25 @@ void showActive(QWidget* control, bool active);
 QHBoxLayout* centredRow(QLayout* content);
 // Starts editing the list's current row in place.
 void editCurrentRow(QListWidget* list);
+
+// The fixed texts of a page's buttons and labels: each control shows its string-table text in
+// the interface language, set again by apply() when the language changes.
+class FixedTexts {
+public:
+    // `control` (a button or a label) shows text `textId` from now on; returns it.
+    template <typename Control>
+    Control* add(Control* control, int textId) {
+        texts_.push_back({control, textId});
+        return control;
+    }
+    void apply() const;
+
+private:
+    struct Entry {
+        QWidget* control;
+        int textId;
+    };
+    std::vector<Entry> texts_;
+};
 
 }  // namespace qx9

@@ -7,7 +7,6 @@
 #include <QPushButton>
 
 #include "i18n/language.h"
-#include "i18n/language_switch.h"
 #include "layout/light_colours.h"
 #include "pages/message_box.h"
 #include "pages/page_controls.h"
@@ -21,29 +20,23 @@ namespace {
 // Widest the language box grows.
 constexpr int kControlWidth = 260;
 
-// The text ids the language switch gives a control.
-std::vector<int> textIdsOf(const QString& control) {
-    std::vector<int> ids;
-    for (const SwitchedText& t : languageSwitchTexts()) {
-        if (t.item == kWholeControl && QString::fromUtf8(t.control.data(), static_cast<int>(t.control.size())) == control) {
-            ids.push_back(t.textId);
-        }
-    }
-    return ids;
-}
+// The captions of the form's rows.
+constexpr int kLanguageCaption = 603;
+constexpr int kGameModeCaption = 605;
+constexpr int kBlockedKeysCaption = 606;
 
 }  // namespace
 
 SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : QWidget(parent), session_(session) {
     setObjectName("config_view");
-    config_label_language = new QLabel(this);
+    config_label_language = texts_.add(new QLabel(this), kLanguageCaption);
     config_label_language->setObjectName("config_label_language");
     combo_language = new QComboBox(this);
     combo_language->setObjectName("combo_language");
     for (const LanguageRow& row : session_.settings.LanguageListDatas()) combo_language->addItem(QString::fromStdString(row.text));
-    config_label_gamemode = new QLabel(this);
+    config_label_gamemode = texts_.add(new QLabel(this), kGameModeCaption);
     config_label_gamemode->setObjectName("config_label_gamemode");
-    config_label_lockwin = new QLabel(this);
+    config_label_lockwin = texts_.add(new QLabel(this), kBlockedKeysCaption);
     config_label_lockwin->setObjectName("config_label_lockwin");
     const char* names[4] = {"config_btn_disable_gamemode", "config_btn_disable_alttab", "config_btn_disable_altf4",
                             "config_btn_disable_lockwin"};
@@ -52,13 +45,14 @@ SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : 
         boxes_[tag] = new QCheckBox(this);
         boxes_[tag]->setObjectName(names[tag]);
         if (fixed[tag]) boxes_[tag]->setText(fixed[tag]);
+        else texts_.add(boxes_[tag], 607);
         connect(boxes_[tag], &QCheckBox::toggled, this, [this, tag](bool on) {
             if (!syncing_) session_.settings.button_action_gamemode(tag, on);
         });
     }
-    btn_resetmousedata = new QPushButton(this);
+    btn_resetmousedata = texts_.add(new QPushButton(this), 610);
     btn_resetmousedata->setObjectName("btn_resetmousedata");
-    btn_resetalldata = new QPushButton(this);
+    btn_resetalldata = texts_.add(new QPushButton(this), 611);
     btn_resetalldata->setObjectName("btn_resetalldata");
     connect(btn_resetmousedata, &QPushButton::clicked, this, [this] { confirmThen(false); });
     connect(btn_resetalldata, &QPushButton::clicked, this, [this] { confirmThen(true); });
@@ -91,12 +85,10 @@ SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : 
     // The controls keep their place whatever the language: the caption column is as wide as
     // the widest caption in any of the three.
     int captionWidth = 0;
-    for (const QLabel* label : {config_label_language, config_label_gamemode, config_label_lockwin}) {
-        for (int id : textIdsOf(label->objectName())) {
-            for (int language : {kLanguageEnglish, kLanguageSimplifiedChinese, kLanguageTraditionalChinese}) {
-                const QString caption = QString::fromStdString(languageTable(language).getLan(id));
-                captionWidth = std::max(captionWidth, label->fontMetrics().horizontalAdvance(caption));
-            }
+    for (int id : {kLanguageCaption, kGameModeCaption, kBlockedKeysCaption}) {
+        for (int language : {kLanguageEnglish, kLanguageSimplifiedChinese, kLanguageTraditionalChinese}) {
+            const QString caption = QString::fromStdString(languageTable(language).getLan(id));
+            captionWidth = std::max(captionWidth, config_label_language->fontMetrics().horizontalAdvance(caption));
         }
     }
     grid->setColumnMinimumWidth(0, captionWidth + 8);

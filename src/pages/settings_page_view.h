@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include "pages/page_controls.h"
+
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -19,6 +21,7 @@ class SettingsPageView : public QWidget {
 public:
     SettingsPageView(KeyboardSession& session, QWidget* parent = nullptr);
     void sync();
+    void retranslate() { texts_.apply(); }
 
 private:
     void confirmThen(bool all);
@@ -33,6 +36,7 @@ private:
     QPushButton* btn_resetalldata;
     KeyboardLightView* config_keyboardctrl;
     bool syncing_ = false;
+    FixedTexts texts_;
 };
 
 }  // namespace qx9

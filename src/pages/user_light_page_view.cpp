@@ -58,9 +58,9 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
         page.controlTextDidChange(static_cast<ColorChannel>(channel), text.toStdString());
     });
 
-    userlight_btn_resetcolor = new QPushButton(this);
+    userlight_btn_resetcolor = texts_.add(new QPushButton(this), 560);
     userlight_btn_resetcolor->setObjectName("userlight_btn_resetcolor");
-    userlight_btn_apply = new QPushButton(this);
+    userlight_btn_apply = texts_.add(new QPushButton(this), 561);
     userlight_btn_apply->setObjectName("userlight_btn_apply");
     userlight_btn_apply->setDefault(true);
     connect(userlight_btn_resetcolor, &QPushButton::clicked, this, [&page] { page.resetUserLightKeyColor(); });
@@ -101,6 +101,7 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
 }
 
 void UserLightPageView::retranslate() {
+    texts_.apply();
     userlight_btn_add->setAccessibleName(QString::fromStdString(extraText(ExtraText::kAdd)));
     userlight_btn_del->setAccessibleName(QString::fromStdString(extraText(ExtraText::kDelete)));
     renameButton_->setAccessibleName(QString::fromStdString(extraText(ExtraText::kRename)));

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include "pages/page_controls.h"
+
 class QLabel;
 class QListWidget;
 class QListWidgetItem;
@@ -47,6 +49,7 @@ private:
     QPushButton* userlight_btn_apply;
     QLabel* note_;
     bool syncing_ = false;
+    FixedTexts texts_;
 };
 
 }  // namespace qx9

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "i18n/language.h"
-#include "i18n/language_switch.h"
 
 namespace qx9 {
 namespace {
@@ -58,38 +57,6 @@ TEST(LanguageTables, SameIdsInAllThreeTablesAndEveryChineseTextTranslated) {
     EXPECT_EQ(lan, 81);
     EXPECT_EQ(lan2, 43);
     EXPECT_EQ(cht2, 40);
-}
-
-// Every text the language switch sets exists, no control is set twice, and the twenty
-// lighting-mode rows show 500 + row.
-TEST(LanguageSwitch, EveryTextExistsOnceAndTheModeRowsFollowTheirIds) {
-    const auto texts = languageSwitchTexts();
-    ASSERT_FALSE(texts.empty());
-    EXPECT_EQ(texts.front().control, "window");
-    EXPECT_EQ(texts.front().textId, 30);
-    std::set<std::pair<std::string, int>> seen;
-    int modeRows = 0;
-    for (const SwitchedText& t : texts) {
-        SCOPED_TRACE(t.textId);
-        EXPECT_TRUE(seen.insert({std::string(t.control), t.item}).second) << t.control << " is set twice";
-        EXPECT_NE(ENGLanguage::getLan(t.textId), "ENG");  // so in all three tables, as above
-        if (t.control == "light_mode_datas") {
-            EXPECT_EQ(t.textId, 500 + t.item) << "row " << t.item;
-            ++modeRows;
-        }
-    }
-    EXPECT_EQ(modeRows, 20);
-    // The four sleep-time choices read differently in every language.
-    for (int language : {kLanguageEnglish, kLanguageSimplifiedChinese, kLanguageTraditionalChinese}) {
-        const LanguageTable& table = languageTable(language);
-        std::set<std::string> labels;
-        for (const SwitchedText& t : texts) {
-            if (std::string_view(t.control).starts_with("light_label_lightsleep") && t.control.size() == 23) {
-                labels.insert(table.getLan(t.textId));
-            }
-        }
-        EXPECT_EQ(labels.size(), 4u) << language;
-    }
 }
 
 }  // namespace
