@@ -250,7 +250,7 @@ void printRecord(Context& c, std::int64_t id, const std::string& name) {
 
 void check(const ops::Outcome& outcome) {
     if (outcome) return;
-    throw UsageError{outcome.title.empty() ? outcome.message : outcome.title + ": " + outcome.text};
+    throw UsageError{ops::describe(outcome)};
 }
 
 std::string Context::storeCause() const {

@@ -28,7 +28,7 @@ void cmdImport(Context& c, const std::vector<std::string>& args) {
     // first-start data of a new database file.
     if (!ops::parseConfigurationDocument(document, error)) throw UsageError{args[0] + " was not imported: " + error};
     const ops::Outcome imported = ops::importConfiguration(c.target(), document);
-    if (!imported) throw UsageError{args[0] + " was not imported: " + imported.message};
+    if (!imported) throw UsageError{args[0] + " was not imported: " + ops::describe(imported)};
 }
 
 }  // namespace qx9::ctl

@@ -22,8 +22,7 @@ std::int64_t parseMacro(Context& c, const std::string& text) {
 ops::Outcome eventIndex(const std::vector<ops::RecordRow>& events, std::int64_t n) {
     const auto count = static_cast<std::int64_t>(events.size());
     if (n >= 0 && n < count) return ops::Outcome::done();
-    return ops::Outcome::refused("no event " + std::to_string(n) + " in this macro (it has " + std::to_string(count) +
-                                 (count == 1 ? " event)" : " events)"));
+    return ops::Outcome::refused(ops::Reason::kNoEvent, {std::to_string(n), std::to_string(count)});
 }
 
 std::int64_t parseDelay(const std::string& text) {

@@ -20,6 +20,9 @@ Texts textsOf(ExtraText id) {
                     "键盘最多保存 100 个宏。请先删除一个宏再添加。",
                     "鍵盤最多儲存 100 個巨集。請先刪除一個巨集再新增。"};
         case ExtraText::kNotStoredTitle: return {"The change was not saved", "更改未保存", "變更未儲存"};
+        case ExtraText::kNotDoneMessage:
+            return {"A value of this change is not valid for the keyboard; nothing was changed.",
+                    "此更改中的某个值对键盘无效；未做任何更改。", "此變更中的某個值對鍵盤無效；未做任何變更。"};
         case ExtraText::kNotStoredMessage:
             return {"The settings file could not be written; nothing was sent to the keyboard.",
                     "无法写入设置文件；没有向键盘发送任何内容。", "無法寫入設定檔；沒有向鍵盤傳送任何內容。"};

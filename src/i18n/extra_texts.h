@@ -11,6 +11,7 @@ enum class ExtraText {
     kMacroLimitTitle,    // "Too many macros"
     kMacroLimitMessage,  // "The keyboard holds at most 100 macros. Delete one to add another."
     kNotStoredTitle,     // "The change was not saved"
+    kNotDoneMessage,     // a value the change was refused for
     kNotStoredMessage,   // "The settings file could not be written; nothing was sent to the keyboard."
     kNotSent,            // "The keyboard did not take the change. It is saved on this computer; …"
     kChangedElsewhere,   // "Another program changed this meanwhile …": the change was not stored

@@ -381,7 +381,7 @@ std::optional<std::string> exportConfiguration(const DeviceSQLite& db, std::stri
 Outcome importConfiguration(const Target& target, std::string_view document) {
     std::string error;
     const std::optional<Configuration> c = parseConfigurationDocument(document, error);
-    if (!c) return Outcome::refused(error);
+    if (!c) return Outcome::refused(Reason::kNotAConfiguration, {error});
     std::vector<BlockRequest> blocks;
     {
         DeviceSQLite::Transaction transaction = target.db.beginTransaction();

@@ -96,9 +96,9 @@ std::optional<ProfileKey> listFunction(std::int64_t macroType, std::size_t index
 
 Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer, std::int64_t key,
                   ProfileKey function) {
-    if (!validLayer(layer)) return Outcome::refused("the layer is 0 (base) or 1 (Fn)");
+    if (!validLayer(layer)) return Outcome::refused(Reason::kNoLayer);
     if (key != static_cast<int>(key) || !G_KB_SuperKeyCodeMap.contains(static_cast<int>(key))) {
-        return Outcome::refused("no key " + std::to_string(key) + " on the QX9");
+        return Outcome::refused(Reason::kNoKey, {std::to_string(key)});
     }
     function.keyId = 0;
     function.profId = profile;
@@ -107,11 +107,11 @@ Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer
     {
         DeviceSQLite::Transaction transaction = target.db.beginTransaction();
         // What the assignment names must still be there when it is stored.
-        if (!profileExists(target.db, profile)) return Outcome::refused("no profile " + std::to_string(profile));
+        if (!profileExists(target.db, profile)) return Outcome::refused(Reason::kNoProfile, {std::to_string(profile)});
         if (function.macroType == kMacroTypeMacro) {
             MacroInfo macro;
             if (!target.db.queryMacroInfo(function.macroValue, macro)) {
-                return Outcome::refused("no macro " + std::to_string(function.macroValue));
+                return Outcome::refused(Reason::kNoMacro, {std::to_string(function.macroValue)});
             }
         }
         // A value of 0 is the key's default function, stored as the absence of a row.

@@ -8,7 +8,7 @@ namespace qx9::ops {
 namespace {
 
 Outcome byteValue(std::int64_t value, const char* what) {
-    if (value < 0 || value > 255) return Outcome::refused(std::string(what) + " is 0-255, not " + std::to_string(value));
+    if (value < 0 || value > 255) return Outcome::refused(Reason::kByteRange, {what, std::to_string(value)});
     return Outcome::done();
 }
 
@@ -59,7 +59,7 @@ Outcome selectEffect(const Target& target, std::int64_t profile, std::int64_t ef
             return Outcome::notStored("the database did not take the effect");
         }
         if (!readLightRecord(target.db, profile, effect, record)) {
-            return Outcome::refused("cannot read the backlight record of effect " + std::to_string(effect));
+            return Outcome::refused(Reason::kUnreadableEffect, {std::to_string(effect)});
         }
     }
     return send(target, {SendLightModeData(profile, kSettingsProfile)});
@@ -74,7 +74,7 @@ Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64
         const std::int64_t effect = target.db.getLightModeSelectIndex(selection);
         LightRecord record{};
         if (!readLightRecord(target.db, profile, effect, record)) {
-            return Outcome::refused("cannot read the backlight record of effect " + std::to_string(effect));
+            return Outcome::refused(Reason::kUnreadableEffect, {std::to_string(effect)});
         }
         change(record);
         if (!target.db.modifyLightData(profile, effect, record) || !transaction.commit()) {

@@ -102,8 +102,7 @@ Outcome addMacro(const Target& target, std::string& name, std::int64_t& id) {
     DeviceSQLite::Transaction transaction = target.db.beginTransaction();
     const std::int64_t macros = target.db.countMacros();
     if (macros >= kMaxMacros) {
-        return Outcome::refused("the keyboard holds at most " + std::to_string(kMaxMacros) + " macros",
-                                extraText(ExtraText::kMacroLimitTitle), extraText(ExtraText::kMacroLimitMessage));
+        return Outcome::refused(Reason::kTooManyMacros, {std::to_string(kMaxMacros)});
     }
     name = newMacroName(static_cast<std::size_t>(macros));
     id = target.db.addMacroProfile(name);
@@ -115,9 +114,9 @@ Outcome addMacro(const Target& target, std::string& name, std::int64_t& id) {
 }
 
 Outcome renameMacro(const Target& target, std::int64_t macro, const std::string& name) {
-    if (name.empty()) return Outcome::refused("a macro name cannot be empty");
+    if (name.empty()) return Outcome::refused(Reason::kEmptyName, {"macro"});
     DeviceSQLite::Transaction transaction = target.db.beginTransaction();
-    if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
+    if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
     if (!target.db.updateMacroProfileName(macro, name) || !transaction.commit()) {
         return Outcome::notStored("the database refused the new name");
     }
@@ -126,7 +125,7 @@ Outcome renameMacro(const Target& target, std::int64_t macro, const std::string&
 
 Outcome deleteMacro(const Target& target, std::int64_t macro) {
     DeviceSQLite::Transaction transaction = target.db.beginTransaction();
-    if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
+    if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
     // The macros after it move up a position, and keys name macros by position: the next macro
     // download takes the key map along.
     const std::int64_t deletions = parseConfigInteger(target.db.getConfigData(kSettingsProfile, kMacroDeletions),
@@ -144,7 +143,7 @@ namespace {
 // stored events are still those (another program may have changed them since they were read).
 Outcome replaceEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
                       const std::vector<RecordRow>* loaded) {
-    if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
+    if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
     if (loaded && storedEvents(target.db, macro) != *loaded) return Outcome::changedMeanwhile("the macro");
     if (!target.db.replaceMacroRecords(macro, records(macro, events))) {
         return Outcome::notStored("the database did not take the macro's events");
@@ -167,7 +166,7 @@ Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<Re
     std::vector<BlockRequest> blocks;
     {
         DeviceSQLite::Transaction transaction = target.db.beginTransaction();
-        if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
+        if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
         if (loaded && storedEvents(target.db, macro) != *loaded) return Outcome::changedMeanwhile("the macro");
         if (delayMode == kKeepDelayMode) {
             MacroInfo stored;
@@ -202,7 +201,7 @@ Outcome changeEvents(const Target& target, std::int64_t macro,
     std::vector<BlockRequest> blocks;
     {
         DeviceSQLite::Transaction transaction = target.db.beginTransaction();
-        if (!macroExists(target.db, macro)) return Outcome::refused("no macro " + std::to_string(macro));
+        if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
         std::vector<RecordRow> events = storedEvents(target.db, macro);
         if (Outcome o = change(events); !o) return o;
         if (Outcome o = replaceEvents(target, macro, events, nullptr); !o) return o;

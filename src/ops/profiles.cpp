@@ -41,9 +41,9 @@ Outcome addProfile(const Target& target, std::string& name, std::int64_t& id) {
 }
 
 Outcome renameProfile(const Target& target, std::int64_t profile, const std::string& name) {
-    if (name.empty()) return Outcome::refused("a profile name cannot be empty");
+    if (name.empty()) return Outcome::refused(Reason::kEmptyName, {"profile"});
     DeviceSQLite::Transaction transaction = target.db.beginTransaction();
-    if (!profileExists(target.db, profile)) return Outcome::refused("no profile " + std::to_string(profile));
+    if (!profileExists(target.db, profile)) return Outcome::refused(Reason::kNoProfile, {std::to_string(profile)});
     if (!target.db.updateProfileName(profile, name) || !transaction.commit()) {
         return Outcome::notStored("the database refused the new name");
     }
@@ -55,10 +55,9 @@ Outcome deleteProfile(const Target& target, std::int64_t profile) {
     std::vector<ProfileData> profiles;
     target.db.queryProfileList(profiles);
     if (profiles.size() <= 1) {
-        return Outcome::refused("the last profile cannot be deleted", localizedText(textid::kDeleteProfile),
-                                localizedText(textid::kLastProfile));
+        return Outcome::refused(Reason::kLastProfile);
     }
-    if (!profileExists(target.db, profile)) return Outcome::refused("no profile " + std::to_string(profile));
+    if (!profileExists(target.db, profile)) return Outcome::refused(Reason::kNoProfile, {std::to_string(profile)});
     if (!target.db.deleteProfile(profile) || !transaction.commit()) {
         return Outcome::notStored("the database refused to delete the profile");
     }

@@ -56,7 +56,7 @@ int languageInUse(const DeviceSQLite& db) {
 Outcome setLanguage(const Target& target, int language) {
     if (language != kLanguageEnglish && language != kLanguageSimplifiedChinese &&
         language != kLanguageTraditionalChinese) {
-        return Outcome::refused("no language " + std::to_string(language));
+        return Outcome::refused(Reason::kNoLanguage, {std::to_string(language)});
     }
     if (!storeSetting(target.db, kLanguage, std::to_string(language))) return Outcome::notStored("the database did not take the language");
     return Outcome::done();
@@ -101,7 +101,7 @@ Outcome setBlock(const Target& target, Block block, bool on, protocol::SystemSwi
 
 Outcome setSleepTime(const Target& target, std::int64_t value, const protocol::SystemSwitches& shown) {
     if (value < 0 || value >= kSleepTimeCount) {
-        return Outcome::refused("the sleep time is 0-" + std::to_string(kSleepTimeCount - 1));
+        return Outcome::refused(Reason::kSleepTimeRange, {std::to_string(kSleepTimeCount - 1)});
     }
     return storeAndSend(target, kSleepLight, std::to_string(value), shown);
 }

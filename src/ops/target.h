@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "ops/outcome.h"
 #include "sender/keyboard_sender.h"
 #include "store/device_sqlite.h"
 
@@ -19,38 +20,6 @@ namespace qx9::ops {
 struct Target {
     DeviceSQLite& db;
     KeyboardSender* keyboard = nullptr;
-};
-
-// How an operation ended. `message` says why it did not (English, for qx9ctl); `title` and
-// `text` say the same in the interface language for the window, when the window shows it.
-struct Outcome {
-    enum Status {
-        kDone,
-        kRefused,    // the input was not valid: nothing changed
-        kNotStored,  // the database did not take the change: nothing was sent
-        kNotSent,    // stored, but the keyboard did not take the whole transaction
-        kTooLarge,   // stored, but too large for the keyboard's memory: nothing was sent
-        kChanged,    // another program changed what the change was based on: nothing changed
-    };
-    Status status = kDone;
-    std::string message;
-    std::string title;
-    std::string text;
-
-    explicit operator bool() const { return status == kDone; }
-    static Outcome done() { return {}; }
-    static Outcome refused(std::string why, std::string title = {}, std::string text = {}) {
-        return {kRefused, std::move(why), std::move(title), std::move(text)};
-    }
-    static Outcome notStored(std::string why) { return {kNotStored, std::move(why), {}, {}}; }
-    static Outcome notSent(std::string what) {
-        return {kNotSent, "stored, but the keyboard did not take " + std::move(what), {}, {}};
-    }
-    // The change was not stored because another program changed what it was based on.
-    static Outcome changedMeanwhile(std::string what) {
-        return {kChanged, std::move(what) + " was changed by another program meanwhile; nothing was stored", {}, {}};
-    }
-    static Outcome tooLarge(std::string why) { return {kTooLarge, "stored, but nothing was sent: " + std::move(why), {}, {}}; }
 };
 
 // Asks for the blocks after a stored change: done when they were sent or queued (or there is

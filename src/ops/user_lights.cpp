@@ -13,8 +13,7 @@ constexpr std::uint32_t kMaxColour = 0xFFFFFF;
 
 Outcome requireSet(const DeviceSQLite& db, std::int64_t set) {
     if (set >= 1 && userLightExists(db, set)) return Outcome::done();
-    return Outcome::refused(set < 1 ? "no per-key set is chosen" : "no user light " + std::to_string(set),
-                            localizedText(textid::kPleaseAddUserLights), localizedText(textid::kUserLight));
+    return Outcome::refused(Reason::kNoUserLight, {std::to_string(std::max<std::int64_t>(set, 0))});
 }
 
 }  // namespace
@@ -71,7 +70,7 @@ Outcome addUserLight(const Target& target, std::string& name, std::int64_t& id) 
 }
 
 Outcome renameUserLight(const Target& target, std::int64_t set, const std::string& name) {
-    if (name.empty()) return Outcome::refused("a user light's name cannot be empty");
+    if (name.empty()) return Outcome::refused(Reason::kEmptyName, {"user light's"});
     DeviceSQLite::Transaction transaction = target.db.beginTransaction();
     if (Outcome o = requireSet(target.db, set); !o) return o;
     if (!target.db.updateUserLightName(set, name) || !transaction.commit()) {
@@ -107,11 +106,11 @@ Outcome resetUserLight(const Target& target, std::int64_t set) {
 }
 
 Outcome paintKeys(const Target& target, std::int64_t set, const std::vector<std::int64_t>& keys, std::uint32_t rgb) {
-    if (rgb > kMaxColour) return Outcome::refused("a colour is RRGGBB");
+    if (rgb > kMaxColour) return Outcome::refused(Reason::kNotAColour);
     return changeUserLight(target, set, [&](std::vector<std::uint32_t>& colours) {
         for (std::int64_t code : keys) {
             const std::optional<std::size_t> position = paintablePosition(code);
-            if (!position) return Outcome::refused("the key " + std::to_string(code) + " is not on the on-screen keyboard");
+            if (!position) return Outcome::refused(Reason::kKeyNotShown, {std::to_string(code)});
             colours[*position] = rgb;
         }
         return Outcome::done();

@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "i18n/extra_texts.h"
+#include "i18n/language.h"
+#include "i18n/text_ids.h"
 
 namespace qx9 {
 
@@ -48,15 +50,32 @@ bool SessionCore::report(const ops::Outcome& outcome) {
             if (reload) reload();
             if (events) events->notice(extraText(ExtraText::kChangedElsewhere));
             return false;
-        case ops::Outcome::kRefused:
-            if (!outcome.title.empty()) {
-                warn(outcome.title, outcome.text);
-            } else if (deviceDB && namesACause(deviceDB->problem())) {
-                warnNotStored();  // what the change depends on could not be read: the file is in trouble
-            }
-            return false;
+        case ops::Outcome::kRefused: refused(outcome); return false;
     }
     return false;
+}
+
+void SessionCore::refused(const ops::Outcome& outcome) {
+    using ops::Reason;
+    switch (outcome.reason) {
+        case Reason::kLastProfile: return warn(localizedText(textid::kDeleteProfile), localizedText(textid::kLastProfile));
+        case Reason::kTooManyMacros: return warn(extraText(ExtraText::kMacroLimitTitle), extraText(ExtraText::kMacroLimitMessage));
+        case Reason::kNoUserLight:
+            if (outcome.args == std::vector<std::string>{"0"}) {
+                return warn(localizedText(textid::kPleaseAddUserLights), localizedText(textid::kUserLight));
+            }
+            [[fallthrough]];
+        case Reason::kNoProfile:
+        case Reason::kNoMacro:
+        case Reason::kNoEvent:
+            // What the page showed is gone: another program removed it.
+            report(ops::Outcome::changedMeanwhile({}));
+            return;
+        default: break;
+    }
+    // What the change depends on could not be read: the file is in trouble.
+    if (deviceDB && namesACause(deviceDB->problem())) return warnNotStored();
+    warn(extraText(ExtraText::kNotStoredTitle), extraText(ExtraText::kNotDoneMessage));
 }
 
 void SessionCore::warnNotStored() {

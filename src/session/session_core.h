@@ -128,6 +128,8 @@ struct SessionCore {
     bool unreadable = false;
     // The warning for a change the database did not take, naming the cause.
     void warnNotStored();
+    // Tells the user why a change was refused.
+    void refused(const ops::Outcome& outcome);
     // Creates the sender for `device` once the database is open; points it at a new device later.
     void useKeyboard(const HidDeviceRef& device);
     // The keyboard came or went: writes are refused at once while it is away.

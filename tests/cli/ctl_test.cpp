@@ -120,7 +120,7 @@ TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
          "unknown function \"teleport\"; FUNCTION is default | disable | key:CODE | combo:CODE[+CODE…] | "
          "macro:ID[:once|:repeat:N|:toggle] | mouse:1-8 | media:1-7 | mac:1-6"},
         {{}, {"profile", "delete", "1"},
-         "Delete configuration scheme: The last configuration scheme cannot be deleted"},
+         "the last profile cannot be deleted"},
         {{}, {"profile", "rename", "1", ""}, "a profile name cannot be empty"},
         {{}, {"settings", "gamemode", "maybe"}, "gamemode takes on or off, not \"maybe\""},
         {{}, {"light", "select", "20"}, "the row is 0-19, not 20"},

@@ -67,7 +67,7 @@ TEST_F(OpsTest, RefusedChangesStoreAndSendNothing) {
     for (const auto& [change, message] : cases) {
         const ops::Outcome o = change();
         EXPECT_EQ(o.status, ops::Outcome::kRefused) << message;
-        EXPECT_EQ(o.message, message);
+        EXPECT_EQ(ops::describe(o), message);
     }
     EXPECT_EQ(sql("SELECT (SELECT COUNT(*) FROM t_keyprofile) + (SELECT COUNT(*) FROM t_userlight_leddata)"), "0");
     EXPECT_TRUE(sets().empty());
@@ -91,16 +91,11 @@ TEST_F(OpsTest, AKeyMadeFnIsFnOnBothLayersAndOneKeyMapGoesOut) {
 
 TEST_F(OpsTest, NoMoreMacrosThanTheKeyboardAddresses) {
     for (int i = 0; i < ops::kMaxMacros; ++i) ASSERT_NE(addMacro(target()), 0);
-    for (int language : {kLanguageEnglish, kLanguageSimplifiedChinese, kLanguageTraditionalChinese}) {
-        curLanguage = language;
-        std::int64_t id = 0;
-        std::string name;
-        const ops::Outcome o = ops::addMacro(target(), name, id);
-        EXPECT_EQ(o.status, ops::Outcome::kRefused);
-        EXPECT_EQ(id, 0);
-        EXPECT_NE(o.text.find("100"), std::string::npos);  // said in every language
-        EXPECT_FALSE(o.title.empty());
-    }
+    std::int64_t id = 0;
+    std::string name;
+    const ops::Outcome o = ops::addMacro(target(), name, id);
+    EXPECT_EQ(id, 0);
+    EXPECT_EQ(ops::describe(o), "the keyboard holds at most 100 macros");
     EXPECT_EQ(sql("SELECT COUNT(*) FROM t_macro_data"), "100");
     // A key bound to the last one still reaches the keyboard, at directory slot 99.
     ASSERT_TRUE(ops::assignKey(target(), 1, 0, 4, ops::macroFunction({100, 0, 0, 0, "Macro100"}, ops::kPlayOnce, 1)));
@@ -147,7 +142,7 @@ TEST_F(OpsTest, EveryFaultAtEveryReportIsReported) {
         };
         // The clean run: how many reports, and the store after it.
         const auto [cleanOutcome, counter] = runOn(std::nullopt, 0);
-        ASSERT_EQ(cleanOutcome.message, "") << name;
+        ASSERT_TRUE(cleanOutcome) << ops::describe(cleanOutcome) << name;
         const auto expected = dumpDatabase(clean);
         using F = VirtualQX9::SetFault;
         for (int k = 1; k <= static_cast<int>(counter->setCount()); ++k) {

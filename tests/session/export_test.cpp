@@ -162,8 +162,8 @@ TEST_F(ExportTest, DamagedOrForeignDocumentsAreRefusedAndChangeNothing) {
         const std::string text = c.damage(doc);
         const ops::Outcome refused = ops::importConfiguration(*session_->core.target(), text);
         EXPECT_EQ(refused.status, ops::Outcome::kRefused);
-        EXPECT_NE(refused.message.find(c.message), std::string::npos) << refused.message;
-        EXPECT_EQ(refused.message.find('\n'), std::string::npos);
+        EXPECT_NE(ops::describe(refused).find(c.message), std::string::npos) << ops::describe(refused);
+        EXPECT_EQ(ops::describe(refused).find('\n'), std::string::npos);
     }
     EXPECT_EQ(dumpDatabase(dbPath_), before);
     EXPECT_TRUE(sets().empty());
