@@ -18,7 +18,7 @@ QString text(int id) { return QString::fromStdString(localizedText(id)); }
 }  // namespace
 
 CustomKeyViewController::CustomKeyViewController(KeyboardSession& session, QWidget* parent)
-    : QDialog(parent), session_(session), model_(std::make_unique<CustomKeyDialog>(session)) {
+    : QDialog(parent), session_(session), model_(std::make_unique<CustomKeyDialog>(session.core, session.keys)) {
     setObjectName("customKeyDialog");
     setWindowTitle(text(103));
     setModal(true);

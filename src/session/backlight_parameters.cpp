@@ -21,7 +21,7 @@ void LightingPage::colorButtonAction(ColorButtonPress press) {
             const LightColor c = getColorValue(press.preset);
             swatch_ = rgbValue(c);
             // The preset goes into the per-key page's number fields, not into this page's own.
-            s_.userLights.setUserLightColorFields(colorComponentByte(c.red), colorComponentByte(c.green), colorComponentByte(c.blue));
+            userLights_.setUserLightColorFields(colorComponentByte(c.red), colorComponentByte(c.green), colorComponentByte(c.blue));
             setLightKeyboardCheckColor(c);
             break;
         }
@@ -30,7 +30,7 @@ void LightingPage::colorButtonAction(ColorButtonPress press) {
             changed();
             break;
         case ColorButtonPress::kUserLightPreset:
-            if (preset) s_.userLights.userLightPresetColor(press.preset);
+            if (preset) userLights_.userLightPresetColor(press.preset);
             break;
     }
 }
@@ -69,7 +69,7 @@ void LightingPage::setLightKeyboardCheckColor(const LightColor& color) {
     paintAllKeys(rgbValue(color));
     changed();
     changeRecord([&](const ops::Target& t) {
-        return ops::setLightColour(t, s_.core.currentProfile, s_.core.currentLightSelection,
+        return ops::setLightColour(t, core_.currentProfile, core_.currentLightSelection,
                                    static_cast<std::uint8_t>(colorComponentByte(color.red)),
                                    static_cast<std::uint8_t>(colorComponentByte(color.green)),
                                    static_cast<std::uint8_t>(colorComponentByte(color.blue)));
@@ -84,7 +84,7 @@ void LightingPage::lightRondomColorSwitch() {
 
 void LightingPage::backlightColorModeStatus(bool status) {
     LightRecord record{};
-    readRecord(s_.core.currentLightMode, record);  // none yet: zeros; the change below writes the profile's rows
+    readRecord(core_.currentLightMode, record);  // none yet: zeros; the change below writes the profile's rows
     enableColorButton(!status);
     if (status) {
         loadColorfulLight();
@@ -97,7 +97,7 @@ void LightingPage::backlightColorModeStatus(bool status) {
     }
     changed();
     changeRecord([&](const ops::Target& t) {
-        return ops::setRandomColour(t, s_.core.currentProfile, s_.core.currentLightSelection, status);
+        return ops::setRandomColour(t, core_.currentProfile, core_.currentLightSelection, status);
     });
 }
 
@@ -107,7 +107,7 @@ void LightingPage::enableColorButton(bool enable) {
 }
 
 void LightingPage::loadColorfulLight() {
-    keyColours_ = colorfulLightColours(s_.keys.keys());
+    keyColours_ = colorfulLightColours(keys_.keys());
     changed();
 }
 
@@ -116,7 +116,7 @@ void LightingPage::backlightBrightnessChange(std::int64_t value) {
     brightness_.value = static_cast<int>(value & kSliderMaximum);
     changed();
     changeRecord([&](const ops::Target& t) {
-        return ops::setBrightness(t, s_.core.currentProfile, s_.core.currentLightSelection, value);
+        return ops::setBrightness(t, core_.currentProfile, core_.currentLightSelection, value);
     });
 }
 
@@ -125,7 +125,7 @@ void LightingPage::backlightSpeedChange(std::int64_t value) {
     speed_.value = static_cast<int>(value & kSliderMaximum);
     changed();
     changeRecord([&](const ops::Target& t) {
-        return ops::setSpeed(t, s_.core.currentProfile, s_.core.currentLightSelection, value);
+        return ops::setSpeed(t, core_.currentProfile, core_.currentLightSelection, value);
     });
 }
 
@@ -146,15 +146,15 @@ void LightingPage::backlightDirection(std::int64_t type) {
     showDirection(type);
     changed();
     changeRecord([&](const ops::Target& t) {
-        return ops::setDirection(t, s_.core.currentProfile, s_.core.currentLightSelection, type);
+        return ops::setDirection(t, core_.currentProfile, core_.currentLightSelection, type);
     });
 }
 
 void LightingPage::light_button_lightsleeptime(int value) {
     if (value >= 0 && value < ops::kSleepTimeCount) return backlightSleepTime(value);
     // Not a choice: nothing changes, and the stored value is sent all the same.
-    if (const std::optional<ops::Target> target = s_.core.target()) {
-        s_.core.report(ops::sendSystemFunctions(*target, s_.settings.switches()));
+    if (const std::optional<ops::Target> target = core_.target()) {
+        core_.report(ops::sendSystemFunctions(*target, settings_.switches()));
     }
 }
 
@@ -162,8 +162,8 @@ void LightingPage::backlightSleepTime(std::int64_t type) {
     sleepChoice_ = type >= 0 && type < ops::kSleepTimeCount ? static_cast<int>(type) : -1;
     changed();
     // One sleep time for the keyboard: kept under profile 1 whatever profile is current.
-    const std::optional<ops::Target> target = s_.core.target();
-    if (sleepChoice_ >= 0 && target) s_.core.report(ops::setSleepTime(*target, type, s_.settings.switches()));
+    const std::optional<ops::Target> target = core_.target();
+    if (sleepChoice_ >= 0 && target) core_.report(ops::setSleepTime(*target, type, settings_.switches()));
 }
 
 }  // namespace qx9

@@ -21,12 +21,11 @@ std::vector<Choice> choices(const std::vector<ops::FunctionChoice>& list) {
 
 }  // namespace
 
-CustomKeyDialog::CustomKeyDialog(KeyboardSession& session)
-    : s_(session),
-      customKeyValue_(session.keys.customKeyValue),
-      customKeyDesc_(session.keys.customKeyDesc),
-      currentProfile_(session.keys.customKeyProfile) {
-    SessionCore& core = s_.core;
+CustomKeyDialog::CustomKeyDialog(SessionCore& core, const KeyPage& keys)
+    : core_(core),
+      customKeyValue_(keys.customKeyValue),
+      customKeyDesc_(keys.customKeyDesc),
+      currentProfile_(keys.customKeyProfile) {
     if (!core.db()) fatalError("the custom key dialog needs the database");
     types_ = choices(ops::functionTypeChoices());
     mouse_ = choices(ops::functionChoices(kMacroTypeMouse));
@@ -49,7 +48,7 @@ void CustomKeyDialog::viewDidAppear() {
     typeIndex_ = 0;
     key_functiontypevalue_ = kMacroTypeDefault;
     std::vector<MacroInfo> stored;
-    s_.core.db()->queryAllMacroData(stored);
+    core_.db()->queryAllMacroData(stored);
     for (const MacroInfo& m : stored) macros_.push_back({m.macroName, m.macroId});
     macroPlayTypeIndex_ = 0;
     showMacroPlayType_ = false;
@@ -110,11 +109,11 @@ void CustomKeyDialog::selectMacroPlayType(int index) {
 }
 
 void CustomKeyDialog::keyEvent() {
-    if (s_.core.capture.lastKeyOperate == "down") fillBindInput();
+    if (core_.capture.lastKeyOperate == "down") fillBindInput();
 }
 
 void CustomKeyDialog::fillBindInput() {
-    const CaptureState& capture = s_.core.capture;
+    const CaptureState& capture = core_.capture;
     std::vector<std::int64_t> keys = capture.pressedFlags;
     if (!capture.pressedNormalKey.empty()) keys.push_back(capture.pressedNormalKey.front());
     fillBindInput(keys);
@@ -155,8 +154,8 @@ void CustomKeyDialog::keyAssignment() {
     }
     if (!record) return;
     // Always the base layer, whatever layer the page shows.
-    if (const std::optional<ops::Target> target = s_.core.target()) {
-        s_.core.report(ops::assignKey(*target, currentProfile_, 0, customKeyValue_, *record));
+    if (const std::optional<ops::Target> target = core_.target()) {
+        core_.report(ops::assignKey(*target, currentProfile_, 0, customKeyValue_, *record));
     }
 }
 

@@ -8,7 +8,8 @@
 
 namespace qx9 {
 
-class KeyboardSession;
+class KeyPage;
+struct SessionCore;
 
 // The custom key dialog without its window: the five choice lists, the key-combination capture,
 // the macro play mode and count, and Save. Opened for the key the key page chose
@@ -23,7 +24,7 @@ public:
 
     // Needs the session's store and transport (a keyboard connected), unless the session
     // works without a keyboard.
-    explicit CustomKeyDialog(KeyboardSession& session);
+    CustomKeyDialog(SessionCore& core, const KeyPage& keys);
 
     const std::string& keyText() const { return customKeyDesc_; }
     const std::vector<Choice>& keyFunctionTypeDatas() const { return types_; }
@@ -64,7 +65,7 @@ public:
     void keyAssignment();
 
 private:
-    KeyboardSession& s_;
+    SessionCore& core_;
     std::int64_t customKeyValue_;
     std::string customKeyDesc_;
     std::int64_t currentProfile_;

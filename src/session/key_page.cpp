@@ -10,8 +10,8 @@
 
 namespace qx9 {
 
-KeyPage::KeyPage(KeyboardSession& session)
-    : s_(session),
+KeyPage::KeyPage(SessionCore& core, const SettingsPage& settings)
+    : core_(core), settings_(settings),
       keys_(buildKeyboardLayout()),
       marks_(keys_.size(), false),
       palette_(buildCustomKeyFuncLayout()),
@@ -25,13 +25,13 @@ void KeyPage::setKeyMacro(std::int64_t layoutIndex, const std::string& text, boo
     }
     keys_[static_cast<std::size_t>(layoutIndex)].keyMacro = text;
     marks_[static_cast<std::size_t>(layoutIndex)] = macroState;
-    s_.core.notify(SessionAspect::KeyView);
+    core_.notify(SessionAspect::KeyView);
 }
 
 void KeyPage::resetKeyMacro() {
     for (KeyData& k : keys_) k.keyMacro = G_KB_SuperKeyNameMap.at(k.keyname).full_name;
     marks_.assign(keys_.size(), false);
-    s_.core.notify(SessionAspect::KeyView);
+    core_.notify(SessionAspect::KeyView);
 }
 
 std::optional<std::size_t> KeyPage::selectedPaletteKey() const {
@@ -43,7 +43,7 @@ std::optional<std::size_t> KeyPage::selectedPaletteKey() const {
 
 void KeyPage::clearPaletteSelection() {
     paletteSelect_.assign(palette_.size(), false);
-    s_.core.notify(SessionAspect::Palette);
+    core_.notify(SessionAspect::Palette);
 }
 
 void KeyPage::selectFirstPaletteKey(std::int64_t keyCode) {
@@ -53,12 +53,12 @@ void KeyPage::selectFirstPaletteKey(std::int64_t keyCode) {
             break;
         }
     }
-    s_.core.notify(SessionAspect::Palette);
+    core_.notify(SessionAspect::Palette);
 }
 
 void KeyPage::keyboardKeyAction(const std::string& keyName) {
     if (keyName.empty()) return;
-    SessionCore& core = s_.core;
+    SessionCore& core = core_;
     core.currentKeyValue = 0;
     core.currentKeyValue = G_KB_SuperKeyNameMap.at(keyName).key_code;
     clearPaletteSelection();
@@ -74,7 +74,7 @@ void KeyPage::keyboardKeyAction(const std::string& keyName) {
 }
 
 void KeyPage::MenuItemMouseUpAction(int menuid) {
-    SessionCore& core = s_.core;
+    SessionCore& core = core_;
     switch (menuid) {
         case kMenuDefault: {
             ProfileKey k = ops::defaultFunction();
@@ -101,15 +101,15 @@ void KeyPage::MenuItemMouseUpAction(int menuid) {
 }
 
 void KeyPage::customKeyFuncAction(std::int64_t keyCode) {
-    if (s_.core.currentKeyValue < 1) {
-        s_.core.warn(localizedText(textid::kCustomKey), localizedText(textid::kSelectKeyFirst));
+    if (core_.currentKeyValue < 1) {
+        core_.warn(localizedText(textid::kCustomKey), localizedText(textid::kSelectKeyFirst));
         return;
     }
     if (std::optional<ProfileKey> k = ops::paletteFunction(keyCode)) addCustomKey(*k);
 }
 
 void KeyPage::addCustomKey(ProfileKey& keydata) {
-    SessionCore& core = s_.core;
+    SessionCore& core = core_;
     const std::optional<ops::Target> target = core.target();
     if (!target) return;
     const ops::Outcome outcome =
@@ -127,7 +127,7 @@ void KeyPage::addCustomKey(ProfileKey& keydata) {
 }
 
 void KeyPage::showKeyMarks() {
-    SessionCore& core = s_.core;
+    SessionCore& core = core_;
     clearPaletteSelection();
     resetKeyMacro();
     DeviceSQLite* db = core.db();
@@ -141,32 +141,32 @@ void KeyPage::showKeyMarks() {
 
 void KeyPage::loadKeyMacroData() {
     showKeyMarks();
-    if (const std::optional<ops::Target> target = s_.core.target()) {
-        s_.core.report(ops::sendKeyMap(*target, s_.core.currentProfile, 0));
+    if (const std::optional<ops::Target> target = core_.target()) {
+        core_.report(ops::sendKeyMap(*target, core_.currentProfile, 0));
     }
 }
 
 void KeyPage::selectButtonAction(std::int64_t value) {
     // Nothing is reloaded: the marks keep showing the previous layer until the profile's keys
     // are loaded again, while new assignments already go to the chosen layer.
-    s_.core.currentFnLayer = value != 0 ? 1 : 0;
-    s_.core.notify(SessionAspect::FnLayer);
+    core_.currentFnLayer = value != 0 ? 1 : 0;
+    core_.notify(SessionAspect::FnLayer);
 }
 
 void KeyPage::textButtonAction(std::int64_t value) {
     fnKeyActive_ = value != 0;
-    s_.core.notify(SessionAspect::FnMode);
-    if (const std::optional<ops::Target> target = s_.core.target()) {
-        s_.core.report(ops::setFnMode(*target, fnKeyActive_, s_.settings.switches()));
+    core_.notify(SessionAspect::FnMode);
+    if (const std::optional<ops::Target> target = core_.target()) {
+        core_.report(ops::setFnMode(*target, fnKeyActive_, settings_.switches()));
     }
 }
 
 void KeyPage::customKeywindowCloseDid() { loadKeyMacroData(); }
 
 void KeyPage::loadFnKeyMode() {
-    DeviceSQLite* db = s_.core.db();
+    DeviceSQLite* db = core_.db();
     fnKeyActive_ = db && db->getConfigData(ops::kSettingsProfile, ops::kFnFunction) == "1";
-    s_.core.notify(SessionAspect::FnMode);
+    core_.notify(SessionAspect::FnMode);
 }
 
 }  // namespace qx9

@@ -11,7 +11,8 @@
 
 namespace qx9 {
 
-class KeyboardSession;
+class SettingsPage;
+struct SessionCore;
 
 // The key-assignment page: the keyboard's assignment texts and marks, the palette's selection,
 // the key menu's choices, the layer and Fn-mode buttons, and the inputs of the custom key
@@ -23,7 +24,7 @@ public:
     static constexpr int kMenuDisable = 102;
     static constexpr int kMenuCustom = 103;
 
-    explicit KeyPage(KeyboardSession& session);
+    KeyPage(SessionCore& core, const SettingsPage& settings);
 
     // The keyboard view: one KeyData per key of the layout (its `keyMacro` is the text shown)
     // and whether the key carries an assignment mark.
@@ -61,7 +62,8 @@ private:
     void clearPaletteSelection();
     void selectFirstPaletteKey(std::int64_t keyCode);
 
-    KeyboardSession& s_;
+    SessionCore& core_;
+    const SettingsPage& settings_;
     std::vector<KeyData> keys_;
     std::vector<bool> marks_;
     std::vector<keyFunc> palette_;

@@ -28,12 +28,12 @@ public:
     SessionCore core;
     InputCapture input{core};
     DeviceSession device{*this};
-    ProfileList profiles{*this};
-    KeyPage keys{*this};
-    SettingsPage settings{*this};
-    LightingPage lighting{*this};
-    UserLightPage userLights{*this};
-    MacroPage macros{*this};
+    ProfileList profiles{core, keys};
+    KeyPage keys{core, settings};
+    SettingsPage settings{core, keys, profiles, lighting};
+    LightingPage lighting{core, keys, settings, userLights};
+    UserLightPage userLights{core, keys};
+    MacroPage macros{core};
 };
 
 }  // namespace qx9

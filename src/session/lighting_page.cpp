@@ -14,8 +14,8 @@ constexpr int kPlaceholderTextFirst = 300;
 constexpr int kPlaceholderTextLast = 318;
 }  // namespace
 
-LightingPage::LightingPage(KeyboardSession& session)
-    : s_(session), keyColours_(s_.keys.keys().size(), 0) {
+LightingPage::LightingPage(SessionCore& core, const KeyPage& keys, const SettingsPage& settings, UserLightPage& userLights)
+    : core_(core), keys_(keys), settings_(settings), userLights_(userLights), keyColours_(keys_.keys().size(), 0) {
     initLightTableData();
 }
 
@@ -29,7 +29,7 @@ void LightingPage::initLightTableData() {
         row.mode = i + 1;
         rows_.push_back(std::move(row));
     }
-    s_.core.notify(SessionAspect::LightModes);
+    core_.notify(SessionAspect::LightModes);
 }
 
 void LightingPage::rebuildModeList() {
@@ -41,12 +41,12 @@ void LightingPage::rebuildModeList() {
         row.mode = ops::effectOfRow(r);  // "Close Backlight" (effect 0) is the last row
         rows_.push_back(std::move(row));
     }
-    s_.core.notify(SessionAspect::LightModes);
+    core_.notify(SessionAspect::LightModes);
     loadLightModeData();
 }
 
 void LightingPage::loadLightModeData() {
-    SessionCore& core = s_.core;
+    SessionCore& core = core_;
     // The selection is kept under profile 1 whatever profile is current.
     if (DeviceSQLite* db = core.db()) {
         core.currentLightMode = ops::selectedEffect(*db);
@@ -61,7 +61,7 @@ void LightingPage::loadLightModeData() {
 }
 
 void LightingPage::reloadFromDatabase() {
-    SessionCore& core = s_.core;
+    SessionCore& core = core_;
     DeviceSQLite* db = core.db();
     if (!db) return;
     core.currentLightMode = db->getLightModeSelectIndex(core.currentLightSelection);
@@ -76,7 +76,7 @@ void LightingPage::reloadFromDatabase() {
 
 void LightingPage::setLightModeTableSelect(int selectIndex) {
     selectedRow_ = selectIndex;
-    s_.core.notify(SessionAspect::LightModes);
+    core_.notify(SessionAspect::LightModes);
 }
 
 void LightingPage::lightModeSelectionChanged(int row) {
@@ -85,7 +85,7 @@ void LightingPage::lightModeSelectionChanged(int row) {
 }
 
 void LightingPage::setBacklightMode(std::int64_t index) {
-    SessionCore& core = s_.core;
+    SessionCore& core = core_;
     colorPanel_ = ColorPanelAction::Closed;
     if (index < 0 || index >= static_cast<std::int64_t>(rows_.size())) return;  // not in the list (any more)
     const std::int64_t mode = rows_[static_cast<std::size_t>(index)].mode;
@@ -142,18 +142,18 @@ void LightingPage::paintAllKeys(std::uint32_t colour) {
 }
 
 void LightingPage::changed() {
-    s_.core.notify(SessionAspect::LightModes);
+    core_.notify(SessionAspect::LightModes);
 }
 
 bool LightingPage::readRecord(std::int64_t mode, LightRecord& record) const {
     record.fill(0);
-    DeviceSQLite* db = s_.core.db();
-    return !db || ops::readLightRecord(*db, s_.core.currentProfile, mode, record);
+    DeviceSQLite* db = core_.db();
+    return !db || ops::readLightRecord(*db, core_.currentProfile, mode, record);
 }
 
 void LightingPage::changeRecord(const std::function<ops::Outcome(const ops::Target&)>& change) {
-    const std::optional<ops::Target> target = s_.core.target();
-    if (target) s_.core.report(change(*target));
+    const std::optional<ops::Target> target = core_.target();
+    if (target) core_.report(change(*target));
 }
 
 }  // namespace qx9

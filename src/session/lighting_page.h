@@ -12,7 +12,10 @@
 
 namespace qx9 {
 
-class KeyboardSession;
+class KeyPage;
+struct SessionCore;
+class SettingsPage;
+class UserLightPage;
 
 // A row of the backlight mode list.
 struct LightModeRow {
@@ -54,7 +57,7 @@ public:
     static constexpr int kSliderMinimum = 0;
     static constexpr int kSliderMaximum = 15;
 
-    explicit LightingPage(KeyboardSession& session);
+    LightingPage(SessionCore& core, const KeyPage& keys, const SettingsPage& settings, UserLightPage& userLights);
 
     // Mode list.
     const std::vector<LightModeRow>& light_mode_datas() const { return rows_; }
@@ -131,7 +134,10 @@ private:
     void showDirection(std::int64_t direction);
     void changed();
 
-    KeyboardSession& s_;
+    SessionCore& core_;
+    const KeyPage& keys_;
+    const SettingsPage& settings_;
+    UserLightPage& userLights_;
     std::vector<LightModeRow> rows_;
     int selectedRow_ = -1;
 

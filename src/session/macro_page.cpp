@@ -62,7 +62,7 @@ std::string limitFieldText(MacroField field, const std::string& text) {
     return text;
 }
 
-MacroPage::MacroPage(KeyboardSession& session) : s_(session), clock_(systemMacroClock()) {}
+MacroPage::MacroPage(SessionCore& core) : core_(core), clock_(systemMacroClock()) {}
 
 int MacroPage::delayMode() const {
     if (controls_.recorddelay_radiobutton) return kRecordingDelay;
@@ -71,11 +71,11 @@ int MacroPage::delayMode() const {
     return -1;
 }
 
-void MacroPage::changed() { s_.core.notify(SessionAspect::Macros); }
+void MacroPage::changed() { core_.notify(SessionAspect::Macros); }
 
 void MacroPage::eventsChanged() {
     memory_ = {};
-    if (DeviceSQLite* db = s_.core.db()) {
+    if (DeviceSQLite* db = core_.db()) {
         const auto listed = static_cast<std::int64_t>(macros_.size());
         const std::int64_t id = selectedMacroId();
         memory_ = ops::macroMemory(*db, listed, id, id != 0 ? &records_ : nullptr);
@@ -88,11 +88,11 @@ std::int64_t MacroPage::selectedMacroId() const {
     return macros_[static_cast<std::size_t>(macroSelectIndex_)].macroid;
 }
 
-std::optional<ops::Target> MacroPage::target() const { return s_.core.target(); }
+std::optional<ops::Target> MacroPage::target() const { return core_.target(); }
 
 void MacroPage::sendMacros() {
     if (const std::optional<ops::Target> t = target()) {
-        s_.core.report(ops::sendMacros(*t));
+        core_.report(ops::sendMacros(*t));
     }
 }
 
@@ -115,7 +115,7 @@ void MacroPage::initMacroList() {
     macros_.clear();
     records_.clear();
     std::vector<MacroInfo> stored;
-    if (DeviceSQLite* db = s_.core.db()) db->queryAllMacroData(stored);
+    if (DeviceSQLite* db = core_.db()) db->queryAllMacroData(stored);
     for (const MacroInfo& m : stored) macros_.push_back({m.macroName, m.macroId});
     macroSelectIndex_ = -1;
     recordSelectIndex_ = -1;
@@ -151,7 +151,7 @@ void MacroPage::loadMacroRecordData(int selectIndex) {
     if (selectIndex < 0 || selectIndex >= static_cast<int>(macros_.size())) return;
     const std::int64_t id = macros_[static_cast<std::size_t>(selectIndex)].macroid;
     records_.clear();
-    DeviceSQLite* db = s_.core.db();
+    DeviceSQLite* db = core_.db();
     std::vector<RecordInfo> events;
     if (db) db->queryMacroRecord(id, events);
     for (const RecordInfo& e : events) records_.push_back({e.recordType, e.recordDesc, e.recordValue});
@@ -179,7 +179,7 @@ void MacroPage::macroTableSetObjectValue(int row, const std::string& text) {
     if (row < 0 || row >= static_cast<int>(macros_.size()) || text.empty()) return;
     const std::optional<ops::Target> t = target();
     MacroRow& macro = macros_[static_cast<std::size_t>(row)];
-    if (t && s_.core.report(ops::renameMacro(*t, macro.macroid, text))) {
+    if (t && core_.report(ops::renameMacro(*t, macro.macroid, text))) {
         macro.text = text;
         changed();
     }
@@ -191,19 +191,19 @@ void MacroPage::addMacroData() {
     // Named after the number of macros, whatever the other names are.
     std::string name;
     std::int64_t id = 0;
-    if (!s_.core.report(ops::addMacro(*t, name, id))) return;
+    if (!core_.report(ops::addMacro(*t, name, id))) return;
     macros_.push_back({name, id});
     macroTableSelectionChanged(static_cast<int>(macros_.size()) - 1);
 }
 
 void MacroPage::deleteMacroData() {
     if (macroSelectIndex_ < 0 || macroSelectIndex_ >= static_cast<int>(macros_.size())) {
-        s_.core.warn(localizedText(textid::kDeleteMacro), localizedText(textid::kSelectMacro));
+        core_.warn(localizedText(textid::kDeleteMacro), localizedText(textid::kSelectMacro));
         return;
     }
     const std::optional<ops::Target> t = target();
     // No question asked, and nothing sent: key bindings keep their macro positions.
-    if (!t || !s_.core.report(ops::deleteMacro(*t, selectedMacroId()))) return;
+    if (!t || !core_.report(ops::deleteMacro(*t, selectedMacroId()))) return;
     macros_.erase(macros_.begin() + macroSelectIndex_);
     records_.clear();
     EnabledControl(false);
@@ -243,7 +243,7 @@ void MacroPage::radio_action_keyboardevent() {
     controls_.insertevent_edit_hidden = false;
     controls_.insertevent_edit = false;  // shows the next key pressed
     controls_.insertevent_edit_text.clear();
-    s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    core_.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     skippedKeys_ = 0;
     installMonitor();
     changed();
@@ -255,7 +255,7 @@ void MacroPage::radio_action_mouseevent() {
     controls_.mousevent_combox_hidden = false;
     controls_.insertevent_edit_hidden = true;
     removeMonitor();  // also ends the capture of a recording, which stays on
-    s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    core_.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     changed();
 }
 
@@ -267,7 +267,7 @@ void MacroPage::radio_action_delaytime() {
     controls_.insertevent_edit = true;
     controls_.insertevent_edit_text.clear();
     removeMonitor();
-    s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    core_.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     changed();
 }
 
@@ -293,7 +293,7 @@ void MacroPage::insertNewEvent() {
     std::vector<RecordRow> added;
     switch (insertEventType_) {
         case kInsertKeyboard: {
-            const std::int64_t code = s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE;
+            const std::int64_t code = core_.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE;
             if (code == 0) return;
             const auto events = ops::keyPressEvents(code);
             if (!events) return;
@@ -376,11 +376,11 @@ void MacroPage::button_action_saverecord() {
 void MacroPage::storedCopy(const ops::Outcome& outcome) {
     // Refused because the macro changed meanwhile: the copy goes, and the page shows the store.
     if (outcome.status == ops::Outcome::kChanged) records_ = loaded_;
-    if (s_.core.report(outcome)) loaded_ = records_;
+    if (core_.report(outcome)) loaded_ = records_;
 }
 
 void MacroPage::reloadFromDatabase() {
-    DeviceSQLite* db = s_.core.db();
+    DeviceSQLite* db = core_.db();
     if (!db) return;
     const std::int64_t selected = selectedMacroId();
     std::vector<MacroInfo> stored;
@@ -410,7 +410,7 @@ void MacroPage::reloadFromDatabase() {
             const int keep = recordSelectIndex_;
             loadMacroRecordData(row);
             recordSelectIndex_ = keep < static_cast<int>(records_.size()) ? keep : -1;
-            if (edited && s_.core.events) s_.core.events->notice(extraText(ExtraText::kEditsReplaced));
+            if (edited && core_.events) core_.events->notice(extraText(ExtraText::kEditsReplaced));
         }
     }
     eventsChanged();

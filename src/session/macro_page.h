@@ -10,7 +10,7 @@
 
 namespace qx9 {
 
-class KeyboardSession;
+struct SessionCore;
 
 struct MacroRow {
     std::string text;
@@ -81,7 +81,7 @@ public:
     // Recorded delays are capped at this many milliseconds.
     static constexpr std::int64_t kMaxRecordedDelay = ops::kMaxRecordedDelay;
 
-    explicit MacroPage(KeyboardSession& session);
+    explicit MacroPage(SessionCore& core);
 
     const std::vector<MacroRow>& MacroListDatas() const { return macros_; }
     const std::vector<RecordRow>& RecordListDatas() const { return records_; }
@@ -172,7 +172,7 @@ private:
     // The event list or the macro list changed: the memory in use is counted again.
     void eventsChanged();
 
-    KeyboardSession& s_;
+    SessionCore& core_;
     std::vector<MacroRow> macros_;
     std::vector<RecordRow> records_;
     // The selected macro's events as last read from or written to the store: what the edited

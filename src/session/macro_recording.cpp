@@ -49,7 +49,7 @@ void MacroPage::resetAfterRecording() {
 
 void MacroPage::startMacroRecord() {
     resetAfterRecording();
-    s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    core_.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     skippedKeys_ = 0;
     installMonitor();
     // lastRecordTime stays: the first key has no delay anyway, since the list is empty.
@@ -61,7 +61,7 @@ void MacroPage::localKeyEvent() {
 }
 
 void MacroPage::fillMacroRecord() {
-    const CaptureState& capture = s_.core.capture;
+    const CaptureState& capture = core_.capture;
     const std::int64_t code = capture.GLOBAL_LAST_PRESS_KEY_SCANCODE;
     if (code == 0 || macroSelectIndex_ < 0) return;
     console() << "fillMacroRecord \n";
@@ -102,11 +102,11 @@ void MacroPage::fillMacroRecord() {
 
 void MacroPage::stopMacroRecord() {
     removeMonitor();
-    s_.core.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
+    core_.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE = 0;
     // The recorded list replaces the stored events; then every macro is sent.
     if (const std::optional<ops::Target> t = target(); t && selectedMacroId() != 0) {
         // A recording replaces the events, whatever they were.
-        if (s_.core.report(ops::storeAndSendEvents(*t, selectedMacroId(), records_))) loaded_ = records_;
+        if (core_.report(ops::storeAndSendEvents(*t, selectedMacroId(), records_))) loaded_ = records_;
     } else {
         sendMacros();
     }

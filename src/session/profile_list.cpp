@@ -13,10 +13,10 @@ std::string ProfileList::displayedName(const std::string& stored) { return ops::
 void ProfileList::loadKeyProfile() {
     customkey_profilelist_datas_.clear();
     std::vector<ProfileData> profiles;
-    if (DeviceSQLite* db = s_.core.db()) db->queryProfileList(profiles);
+    if (DeviceSQLite* db = core_.db()) db->queryProfileList(profiles);
     if (profiles.empty()) {
         selectedRow_ = -1;
-        s_.core.notify(SessionAspect::ProfileList);
+        core_.notify(SessionAspect::ProfileList);
         return;
     }
     for (const ProfileData& p : profiles) customkey_profilelist_datas_.push_back({p.profId, displayedName(p.name)});
@@ -28,7 +28,7 @@ void ProfileList::reloadFromDatabase() {
                                          ? customkey_profilelist_datas_[static_cast<std::size_t>(selectedRow_)].profileId
                                          : 0;
     std::vector<ProfileData> profiles;
-    if (DeviceSQLite* db = s_.core.db()) db->queryProfileList(profiles);
+    if (DeviceSQLite* db = core_.db()) db->queryProfileList(profiles);
     customkey_profilelist_datas_.clear();
     int row = -1;
     for (const ProfileData& p : profiles) {
@@ -40,7 +40,7 @@ void ProfileList::reloadFromDatabase() {
 
 void ProfileList::setKeyProfileTableSelect(int selectIndex) {
     selectedRow_ = selectIndex;
-    s_.core.notify(SessionAspect::ProfileList);
+    core_.notify(SessionAspect::ProfileList);
 }
 
 void ProfileList::tableSelectionChanged(int row) {
@@ -56,12 +56,12 @@ void ProfileList::selectProfileIndex(int index) {
 }
 
 void ProfileList::showProfile(std::int64_t profile) {
-    s_.core.currentProfile = profile;
-    s_.keys.showKeyMarks();
+    core_.currentProfile = profile;
+    keys_.showKeyMarks();
 }
 
 void ProfileList::selectProfile(std::int64_t profile) {
-    SessionCore& core = s_.core;
+    SessionCore& core = core_;
     showProfile(profile);
     if (const std::optional<ops::Target> target = core.target()) {
         // Stored, then the key map is sent; the effect shown is now the profile's own selection.
@@ -80,20 +80,20 @@ void ProfileList::customkey_button_profile(Button button) {
 void ProfileList::addProfile() {
     // Named after the number of profiles before adding; duplicate names are accepted.
     std::string name;
-    const std::optional<ops::Target> target = s_.core.target();
+    const std::optional<ops::Target> target = core_.target();
     std::int64_t id = 0;
-    if (!target || !s_.core.report(ops::addProfile(*target, name, id))) return;
+    if (!target || !core_.report(ops::addProfile(*target, name, id))) return;
     customkey_profilelist_datas_.push_back({id, name});
     setKeyProfileTableSelect(static_cast<int>(customkey_profilelist_datas_.size()) - 1);
 }
 
 void ProfileList::deleteProfile() {
-    const std::optional<ops::Target> target = s_.core.target();
+    const std::optional<ops::Target> target = core_.target();
     if (!target) return;
     // The last profile is refused by the operation, selected or not.
     const int row = customkey_profilelist_datas_.size() == 1 ? 0 : selectedRow_;
     if (row < 0 || row >= static_cast<int>(customkey_profilelist_datas_.size())) return;
-    if (!s_.core.report(ops::deleteProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId))) {
+    if (!core_.report(ops::deleteProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId))) {
         return;
     }
     // The current profile stays as it was, even when it was this one.
@@ -105,9 +105,9 @@ void ProfileList::keyTableItemViewEdit(int /*index*/, const std::string& text) {
     // The table's selected row counts, not the row that reported the edit.
     const int row = selectedRow_;
     if (row < 0 || row >= static_cast<int>(customkey_profilelist_datas_.size())) return;
-    const std::optional<ops::Target> target = s_.core.target();
+    const std::optional<ops::Target> target = core_.target();
     if (!target ||
-        !s_.core.report(ops::renameProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId, text))) {
+        !core_.report(ops::renameProfile(*target, customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId, text))) {
         return;
     }
     std::vector<ProfileData> profiles;

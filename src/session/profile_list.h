@@ -6,7 +6,8 @@
 
 namespace qx9 {
 
-class KeyboardSession;
+class KeyPage;
+struct SessionCore;
 
 // One row of the profile table: the profile id and the name as displayed.
 struct ProfileRow {
@@ -20,7 +21,7 @@ public:
     // The three buttons under the table.
     enum Button { kAdd, kDelete, kRename };
 
-    explicit ProfileList(KeyboardSession& session) : s_(session) {}
+    ProfileList(SessionCore& core, KeyPage& keys) : core_(core), keys_(keys) {}
 
     const std::vector<ProfileRow>& rows() const { return customkey_profilelist_datas_; }
     int selectedRow() const { return selectedRow_; }
@@ -50,7 +51,8 @@ private:
     void addProfile();
     void deleteProfile();
 
-    KeyboardSession& s_;
+    SessionCore& core_;
+    KeyPage& keys_;
     std::vector<ProfileRow> customkey_profilelist_datas_;
     int selectedRow_ = -1;
 };

@@ -27,7 +27,7 @@ ops::GameModeSwitches SettingsPage::switches() const {
 }
 
 void SettingsPage::applyStoredLanguage() {
-    if (DeviceSQLite* db = s_.core.db()) {
+    if (DeviceSQLite* db = core_.db()) {
         ops::LanguageChoice choice;
         if (ops::applyStoredLanguage(*db, choice)) {
             languageRow_ = choice.row;
@@ -38,29 +38,29 @@ void SettingsPage::applyStoredLanguage() {
 }
 
 void SettingsPage::comboBoxSelectionDidChange(int row) {
-    if (!s_.core.initFinish) return;
+    if (!core_.initFinish) return;
     if (row < 0 || row >= static_cast<int>(languages_.size())) return;
     languageRow_ = row;
     curLanguage = languages_[static_cast<std::size_t>(row)].mode;
-    if (const std::optional<ops::Target> target = s_.core.target()) s_.core.report(ops::setLanguage(*target, curLanguage));
+    if (const std::optional<ops::Target> target = core_.target()) core_.report(ops::setLanguage(*target, curLanguage));
     LanguageSwicth();
 }
 
 void SettingsPage::LanguageSwicth() {
-    s_.core.notify(SessionAspect::Language);
-    s_.profiles.loadKeyProfile();
-    s_.lighting.rebuildModeList();
+    core_.notify(SessionAspect::Language);
+    profiles_.loadKeyProfile();
+    lighting_.rebuildModeList();
 }
 
 std::array<std::string, 4> SettingsPage::storedValues() const {
-    const DeviceSQLite* db = s_.core.db();
+    const DeviceSQLite* db = core_.db();
     if (!db) return {};
     return {db->getConfigData(ops::kSettingsProfile, ops::kGameMode), db->getConfigData(ops::kSettingsProfile, ops::kBlockAltTab),
             db->getConfigData(ops::kSettingsProfile, ops::kBlockAltF4), db->getConfigData(ops::kSettingsProfile, ops::kBlockWin)};
 }
 
 void SettingsPage::reloadFromDatabase() {
-    DeviceSQLite* db = s_.core.db();
+    DeviceSQLite* db = core_.db();
     if (!db) return;
     if (ops::languageInUse(*db) != curLanguage) applyStoredLanguage();
     if (storedValues() != shownValues_) showSwitches(ops::storedSwitches(*db));
@@ -72,12 +72,12 @@ void SettingsPage::showSwitches(const ops::GameModeSwitches& shown) {
     boxes_[kAltTab] = shown.blockAltTab;
     boxes_[kAltF4] = shown.blockAltF4;
     boxes_[kLockWin] = shown.lockWin;
-    s_.core.notify(SessionAspect::Settings);
+    core_.notify(SessionAspect::Settings);
 }
 
 void SettingsPage::loadGameModeData() {
     // Game mode off: every box shows off; the stored block values stay as they are.
-    if (const DeviceSQLite* db = s_.core.db()) showSwitches(ops::storedSwitches(*db));
+    if (const DeviceSQLite* db = core_.db()) showSwitches(ops::storedSwitches(*db));
 }
 
 void SettingsPage::button_action_gamemode(int tag, bool on) {
@@ -86,12 +86,12 @@ void SettingsPage::button_action_gamemode(int tag, bool on) {
 }
 
 void SettingsPage::configGameMode(int type) {
-    const std::optional<ops::Target> target = s_.core.target();
+    const std::optional<ops::Target> target = core_.target();
     if (!target) return;
     switch (type) {
         case kGameMode: {
             ops::GameModeSwitches shown;
-            s_.core.report(ops::setGameMode(*target, boxes_[kGameMode], shown));
+            core_.report(ops::setGameMode(*target, boxes_[kGameMode], shown));
             showSwitches(shown);
             break;
         }
@@ -99,11 +99,11 @@ void SettingsPage::configGameMode(int type) {
         case kAltF4:
         case kLockWin: {
             ops::GameModeSwitches shown = switches();
-            s_.core.report(ops::setBlock(*target, blockOf(type), boxes_[type], shown));
+            core_.report(ops::setBlock(*target, blockOf(type), boxes_[type], shown));
             showSwitches(shown);
             break;
         }
-        default: s_.core.report(ops::sendSystemFunctions(*target, switches())); break;
+        default: core_.report(ops::sendSystemFunctions(*target, switches())); break;
     }
 }
 
@@ -111,17 +111,17 @@ ConfirmationTexts SettingsPage::resetKeysTexts() { return confirmation(textid::k
 ConfirmationTexts SettingsPage::resetAllTexts() { return confirmation(textid::kResetAll, textid::kResetAllQuestion); }
 
 void SettingsPage::configResetKeys() {
-    SessionCore& core = s_.core;
+    SessionCore& core = core_;
     const std::optional<ops::Target> target = core.target();
     if (!target) return;
     if (core.report(ops::resetKeys(*target, core.currentProfile, core.currentLightMode))) {
         core.currentLightSelection = core.currentProfile;
     }
-    s_.keys.showKeyMarks();
+    keys_.showKeyMarks();
 }
 
 void SettingsPage::configResetAllDatas() {
-    SessionCore& core = s_.core;
+    SessionCore& core = core_;
     const std::optional<ops::Target> target = core.target();
     // Stored in one transaction, then the whole configuration is sent (stored only without a
     // keyboard: it goes with the next connection).

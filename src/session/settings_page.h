@@ -9,7 +9,10 @@
 
 namespace qx9 {
 
-class KeyboardSession;
+class KeyPage;
+class LightingPage;
+class ProfileList;
+struct SessionCore;
 
 // A row of the language box.
 struct LanguageRow {
@@ -31,7 +34,7 @@ public:
     // Tags of the four check boxes.
     enum Box : int { kGameMode = 0, kAltTab = 1, kAltF4 = 2, kLockWin = 3 };
 
-    explicit SettingsPage(KeyboardSession& session) : s_(session) {}
+    SettingsPage(SessionCore& core, KeyPage& keys, ProfileList& profiles, LightingPage& lighting) : core_(core), keys_(keys), profiles_(profiles), lighting_(lighting) {}
 
     // The check boxes as shown; the system-function record is built from them.
     bool box(int tag) const { return tag >= 0 && tag < 4 && boxes_[tag]; }
@@ -66,7 +69,10 @@ private:
     // The four stored switch values, as the boxes last followed them.
     std::array<std::string, 4> storedValues() const;
 
-    KeyboardSession& s_;
+    SessionCore& core_;
+    KeyPage& keys_;
+    ProfileList& profiles_;
+    LightingPage& lighting_;
     bool boxes_[4] = {false, false, false, false};
     std::vector<LanguageRow> languages_{{"English", 1033}, {"简体中文", 2052}, {"繁体中文", 1028}};
     int languageRow_ = -1;

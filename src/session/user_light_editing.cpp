@@ -17,7 +17,7 @@ void UserLightPage::setKeyColor(std::size_t layoutIndex, const LightColor& color
 void UserLightPage::resetKeyColor() {
     for (std::size_t i = 0; i < keyColors_.size(); ++i) setKeyColor(i, LightColor{});
     keyCheck_.assign(keyCheck_.size(), 0);
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
 }
 
 bool UserLightPage::keyHighlighted(std::size_t layoutIndex) const {
@@ -29,7 +29,7 @@ void UserLightPage::keyClicked(int layoutIndex, bool extend) {
     if (selectKeyItem_ < 0) return;  // between keys: the selection stays
     if (!extend) keyCheck_.assign(keyCheck_.size(), 0);
     keyCheck_.at(static_cast<std::size_t>(selectKeyItem_)) = 1;
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
 }
 
 void UserLightPage::keysInBand(const std::vector<int>& layoutIndexes) {
@@ -37,12 +37,12 @@ void UserLightPage::keysInBand(const std::vector<int>& layoutIndexes) {
     for (int i : layoutIndexes) {
         if (i >= 0 && static_cast<std::size_t>(i) < keyCheck_.size()) keyCheck_[static_cast<std::size_t>(i)] = 1;
     }
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
 }
 
 void UserLightPage::keyHovered(int layoutIndex) {
     hoverKeyItem_ = layoutIndex;
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
 }
 
 void UserLightPage::setCheckItemColor(const LightColor& color) {
@@ -53,21 +53,21 @@ void UserLightPage::setCheckItemColor(const LightColor& color) {
     if (selectKeyItem_ >= 0 && static_cast<std::size_t>(selectKeyItem_) < keyColors_.size()) {
         setKeyColor(static_cast<std::size_t>(selectKeyItem_), color);
     }
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
 }
 
 // The colour controls.
 
 void UserLightPage::setUserLightColorFields(int r, int g, int b) {
     fields_ = {std::to_string(r), std::to_string(g), std::to_string(b)};
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
 }
 
 void UserLightPage::controlTextDidChange(ColorChannel channel, const std::string& text) {
     std::string& field = fields_[static_cast<std::size_t>(channel)];
     field = validatedColorField(text);
     const int value = static_cast<int>(*colorFieldInteger(field));
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
     setUserLightRGBValue(channel == ColorChannel::kRed ? value : 0, channel == ColorChannel::kGreen ? value : 0,
                          channel == ColorChannel::kBlue ? value : 0);
 }

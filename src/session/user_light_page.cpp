@@ -10,30 +10,30 @@
 
 namespace qx9 {
 
-UserLightPage::UserLightPage(KeyboardSession& session)
-    : s_(session),
-      keyColours_(s_.keys.keys().size(), 0),
-      keyColors_(s_.keys.keys().size()),
-      keyCheck_(s_.keys.keys().size(), 0) {}
+UserLightPage::UserLightPage(SessionCore& core, const KeyPage& keys)
+    : core_(core), keys_(keys),
+      keyColours_(keys_.keys().size(), 0),
+      keyColors_(keys_.keys().size()),
+      keyCheck_(keys_.keys().size(), 0) {}
 
 void UserLightPage::loadUserLightData() {
     rows_.clear();
     std::vector<UserLightData> sets;
     // The sets belong to profile 1, whatever profile is current.
-    if (DeviceSQLite* db = s_.core.db()) db->getUserLightData(1, sets);
+    if (DeviceSQLite* db = core_.db()) db->getUserLightData(1, sets);
     for (const UserLightData& set : sets) rows_.push_back({set.userlight_id, set.userlight_name});
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
     setUserLightTableSelect(0);
     showUserLightInfo(0);  // shown only: the first connection sent it
 }
 
 void UserLightPage::addUserLight() {
-    const std::optional<ops::Target> target = s_.core.target();
+    const std::optional<ops::Target> target = core_.target();
     std::int64_t id = 0;
     std::string name;
-    if (!target || !s_.core.report(ops::addUserLight(*target, name, id))) return;
+    if (!target || !core_.report(ops::addUserLight(*target, name, id))) return;
     rows_.push_back({id, name});
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
     const int last = static_cast<int>(rows_.size()) - 1;
     setUserLightTableSelect(last);
     loadUserLightInfo(last);
@@ -42,10 +42,10 @@ void UserLightPage::addUserLight() {
 void UserLightPage::delUserLight() {
     const int row = selectedRow_;
     if (row < 0 || row >= static_cast<int>(rows_.size())) return;
-    const std::optional<ops::Target> target = s_.core.target();
-    if (!target || !s_.core.report(ops::deleteUserLight(*target, rows_[static_cast<std::size_t>(row)].light))) return;
+    const std::optional<ops::Target> target = core_.target();
+    if (!target || !core_.report(ops::deleteUserLight(*target, rows_[static_cast<std::size_t>(row)].light))) return;
     rows_.erase(rows_.begin() + row);
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
     // The same index again; past the end nothing is selected or loaded, and the screen keeps
     // the deleted set's colours (and `userlight_id` its id).
     setUserLightTableSelect(row);
@@ -53,17 +53,17 @@ void UserLightPage::delUserLight() {
 }
 
 void UserLightPage::renameUserLight(int row, const std::string& name) {
-    const std::optional<ops::Target> target = s_.core.target();
+    const std::optional<ops::Target> target = core_.target();
     if (target && row >= 0 && row < static_cast<int>(rows_.size())) {
         UserLightRow& r = rows_[static_cast<std::size_t>(row)];
-        if (s_.core.report(ops::renameUserLight(*target, r.light, name))) r.name = name;
+        if (core_.report(ops::renameUserLight(*target, r.light, name))) r.name = name;
     }
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
 }
 
 void UserLightPage::setUserLightTableSelect(int selectIndex) {
     selectedRow_ = selectIndex >= 0 && selectIndex < static_cast<int>(rows_.size()) ? selectIndex : -1;
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
 }
 
 void UserLightPage::userLightTableSelectionChanged(int row) {
@@ -80,44 +80,44 @@ bool UserLightPage::showUserLightInfo(int index) {
 
 void UserLightPage::loadUserLightInfo(int index) {
     if (!showUserLightInfo(index)) return;
-    if (const std::optional<ops::Target> target = s_.core.target()) s_.core.report(ops::showUserLight(*target, userlight_id_));
+    if (const std::optional<ops::Target> target = core_.target()) core_.report(ops::showUserLight(*target, userlight_id_));
 }
 
 void UserLightPage::showSetColours() {
     resetKeyColor();
-    if (DeviceSQLite* db = s_.core.db()) {
+    if (DeviceSQLite* db = core_.db()) {
         const std::vector<std::uint32_t> colours = ops::setColours(*db, userlight_id_);
         for (std::size_t p = 0; p < colours.size() && p < keyColors_.size(); ++p) {
             if (colours[p] != 0) setKeyColor(p, lightColorOf(colours[p]));
         }
     }
     loaded_ = keyColours_;
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
 }
 
 void UserLightPage::rebase() {
-    DeviceSQLite* db = s_.core.db();
+    DeviceSQLite* db = core_.db();
     if (!db || userlight_id_ < 1) return;
     const std::vector<std::uint32_t> stored = ops::setColours(*db, userlight_id_);
     for (std::size_t p = 0; p < stored.size() && p < keyColours_.size() && p < loaded_.size(); ++p) {
         if (keyColours_[p] == loaded_[p] && stored[p] != keyColours_[p]) setKeyColor(p, lightColorOf(stored[p]));
     }
     loaded_ = stored;
-    s_.core.notify(SessionAspect::UserLights);
+    core_.notify(SessionAspect::UserLights);
 }
 
 void UserLightPage::applyUserLightKeyColor() {
-    const std::optional<ops::Target> target = s_.core.target();
+    const std::optional<ops::Target> target = core_.target();
     if (!target) return;
     // The keys the user painted since the set was loaded; the others keep what is stored now.
-    if (s_.core.report(ops::applyUserLight(*target, userlight_id_, keyColours_, &loaded_))) rebase();
+    if (core_.report(ops::applyUserLight(*target, userlight_id_, keyColours_, &loaded_))) rebase();
 }
 
 void UserLightPage::resetUserLightKeyColor() {
     if (userlight_id_ < 1) return;
     resetKeyColor();
-    const std::optional<ops::Target> target = s_.core.target();
-    if (target && s_.core.report(ops::applyUserLight(*target, userlight_id_, keyColours_))) rebase();
+    const std::optional<ops::Target> target = core_.target();
+    if (target && core_.report(ops::applyUserLight(*target, userlight_id_, keyColours_))) rebase();
 }
 
 void UserLightPage::reloadFromDatabase() {
@@ -127,7 +127,7 @@ void UserLightPage::reloadFromDatabase() {
                                       : 0;
     rows_.clear();
     std::vector<UserLightData> sets;
-    if (DeviceSQLite* db = s_.core.db()) db->getUserLightData(ops::kSettingsProfile, sets);
+    if (DeviceSQLite* db = core_.db()) db->getUserLightData(ops::kSettingsProfile, sets);
     int row = -1;
     for (const UserLightData& set : sets) {
         if (set.userlight_id == selected) row = static_cast<int>(rows_.size());
@@ -135,8 +135,8 @@ void UserLightPage::reloadFromDatabase() {
     }
     setUserLightTableSelect(row);
     // The colours follow the set shown; one that is gone keeps showing, as after a deletion.
-    if (const DeviceSQLite* db = s_.core.db(); db && shown >= 1 && ops::userLightExists(*db, shown)) rebase();
-    s_.core.notify(SessionAspect::UserLights);
+    if (const DeviceSQLite* db = core_.db(); db && shown >= 1 && ops::userLightExists(*db, shown)) rebase();
+    core_.notify(SessionAspect::UserLights);
 }
 
 }  // namespace qx9

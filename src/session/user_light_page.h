@@ -10,7 +10,8 @@
 
 namespace qx9 {
 
-class KeyboardSession;
+class KeyPage;
+struct SessionCore;
 
 // A row of the per-key lighting sets.
 struct UserLightRow {
@@ -23,7 +24,7 @@ struct UserLightRow {
 class UserLightPage {
 public:
 
-    explicit UserLightPage(KeyboardSession& session);
+    UserLightPage(SessionCore& core, const KeyPage& keys);
 
     // The list of sets and the loaded one.
     const std::vector<UserLightRow>& userlight_datas() const { return rows_; }
@@ -86,7 +87,8 @@ private:
     // The set's stored colours replace the shown ones that still are as loaded.
     void rebase();
 
-    KeyboardSession& s_;
+    SessionCore& core_;
+    const KeyPage& keys_;
     std::vector<UserLightRow> rows_;
     int selectedRow_ = -1;
     std::int64_t userlight_id_ = 0;

@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "common/fatal.h"
 
 namespace qx9 {
 
@@ -17,7 +16,7 @@ bool isAbsolute(const char* value) {
     return value && value[0] == '/';
 }
 
-std::filesystem::path homeDirectory() {
+std::optional<std::filesystem::path> homeDirectory() {
     const char* home = std::getenv("HOME");
     if (isAbsolute(home)) return home;
 
@@ -28,21 +27,23 @@ std::filesystem::path homeDirectory() {
     passwd* found = nullptr;
     getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found);
     if (found && isAbsolute(found->pw_dir)) return found->pw_dir;
-    fatalError("no home directory for the user: cannot place the data directory");
+    return std::nullopt;
 }
 
 }  // namespace
 
-std::filesystem::path userDataDirectory() {
+std::optional<std::filesystem::path> userDataDirectory() {
     const char* xdg = std::getenv("XDG_DATA_HOME");
     if (isAbsolute(xdg)) return xdg;
-    return homeDirectory() / ".local" / "share";
+    const std::optional<std::filesystem::path> home = homeDirectory();
+    if (!home) return std::nullopt;
+    return *home / ".local" / "share";
 }
 
 std::optional<std::filesystem::path> databaseDirectory(std::string_view applicationId) {
-    std::filesystem::path base = userDataDirectory();
-    if (applicationId.empty()) return std::nullopt;
-    return base / std::string(applicationId) / "db";
+    const std::optional<std::filesystem::path> base = userDataDirectory();
+    if (!base || applicationId.empty()) return std::nullopt;
+    return *base / std::string(applicationId) / "db";
 }
 
 }  // namespace qx9

@@ -7,11 +7,11 @@
 namespace qx9 {
 
 // The user's data directory: $XDG_DATA_HOME when it holds an absolute path, otherwise
-// ~/.local/share. A user without a home directory is a broken invariant and stops the program.
-std::filesystem::path userDataDirectory();
+// ~/.local/share; none for a user without a home directory.
+std::optional<std::filesystem::path> userDataDirectory();
 
 // Where the application keeps its database files: <data directory>/<application id>/db/.
-// No directory when the application id is empty.
+// No directory when the application id is empty or the user has no data directory.
 std::optional<std::filesystem::path> databaseDirectory(std::string_view applicationId);
 
 }  // namespace qx9

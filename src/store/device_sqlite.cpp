@@ -15,7 +15,7 @@ namespace qx9 {
 
 DeviceSQLite::DeviceSQLite(const std::string& fileName, std::string_view applicationId) {
     const std::optional<std::filesystem::path> directory = databaseDirectory(applicationId);
-    if (!directory) return;  // no application id: nothing to open, nothing to say
+    if (!directory) return;  // no place for it: the file cannot be opened, which the front ends say
     open(*directory, *directory / fileName);
 }
 

@@ -46,7 +46,7 @@ const PageAction kPageActions[] = {
     {"custom key dialog", [](KeyboardSession& s) {
          s.keys.MenuItemMouseUpAction(KeyPage::kMenuCustom);  // without a database: said, nothing opens
          if (!s.core.db()) return;
-         CustomKeyDialog dialog(s);
+         CustomKeyDialog dialog(s.core, s.keys);
          dialog.selectFunctionType(4);  // multimedia
          dialog.selectFunction(0);
          dialog.keyAssignment();
@@ -91,7 +91,7 @@ const PageAction kPageActions[] = {
 
 std::string fileState(const std::filesystem::path& db) {
     std::string state;
-    for (const std::string file : {db.string(), db.string() + "-wal"}) {
+    for (const std::string& file : {db.string(), db.string() + "-wal"}) {
         std::ifstream in(file, std::ios::binary);
         state += std::string(std::istreambuf_iterator<char>(in), {}) + '|';
     }

@@ -24,7 +24,7 @@ protected:
     // The custom key dialog: a type and a function, Save, then the window closes.
     void dialog(int typeIndex, int functionIndex, int playType = -1, const std::string& count = "1") {
         session_->keys.MenuItemMouseUpAction(KeyPage::kMenuCustom);
-        CustomKeyDialog d(*session_);
+        CustomKeyDialog d(session_->core, session_->keys);
         d.viewDidAppear();
         d.selectFunctionType(typeIndex);
         if (functionIndex >= 0) d.selectFunction(functionIndex);
@@ -92,7 +92,7 @@ TEST_F(KeyAssignmentTest, CapturedCombinationKeepsTheFirstTwoKeys) {
     session_->keys.keyboardKeyAction("escape");
     session_->keys.MenuItemMouseUpAction(KeyPage::kMenuCustom);
     EXPECT_EQ(events_.dialogs, 1);
-    CustomKeyDialog d(*session_);
+    CustomKeyDialog d(session_->core, session_->keys);
     EXPECT_EQ(d.keyText(), "Escape");
     d.viewDidAppear();
     d.selectFunctionType(1);  // "Keyboard Function"
