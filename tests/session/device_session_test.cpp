@@ -1,5 +1,8 @@
 #include "session/session_fixture.h"
 
+#include <set>
+#include <utility>
+
 #include "hid/capture_state.h"
 #include "i18n/language.h"
 
@@ -78,6 +81,52 @@ TEST_F(DeviceSessionTest, PagesAndTheirSends) {
     EXPECT_EQ(decodeLightMode(keyboard_->memory())->mode, 11);
     session_->device.button_action_home();
     EXPECT_TRUE(session_->device.showingHomePage());
+}
+
+// With an event loop, the front end hears what changed once the action has returned, each aspect once.
+TEST(SessionEvents, ChangesAreToldAfterTheActionEachAspectOnce) {
+    struct Loop final : SessionEvents {
+        void changed(SessionAspect a) override { told.push_back(a); }
+        void run() {
+            while (!queue.empty()) std::exchange(queue, {}).front()();
+        }
+        std::vector<std::function<void()>> queue;
+        std::vector<SessionAspect> told;
+    } loop;
+    TempDir dir;
+    SessionConfig config{.databaseFile = dir / "db.sqlite3", .postToMain = [&](std::function<void()> w) { loop.queue.push_back(std::move(w)); }};
+    KeyboardSession session(config, &loop);
+    session.device.deviceConnected(virtualQX9Record(std::make_shared<VirtualQX9>()));
+    EXPECT_TRUE(loop.told.empty());
+    loop.run();
+    EXPECT_EQ(std::set<SessionAspect>(loop.told.begin(), loop.told.end()).size(), loop.told.size());
+    loop.told.clear();
+    session.lighting.lightModeSelectionChanged(3);
+    EXPECT_TRUE(loop.told.empty());
+    loop.run();
+    EXPECT_EQ(loop.told, std::vector<SessionAspect>{SessionAspect::LightModes});
+}
+
+// Every refusal reaches the user: a warning, or for something another program removed a notice
+// and the pages reloaded.
+TEST_F(DeviceSessionTest, EveryRefusalIsTold) {
+    connect();
+    using ops::Reason;
+    const std::pair<ops::Outcome, bool> cases[] = {  // the outcome, told as a warning
+        {ops::Outcome::refused(Reason::kLastProfile), true},
+        {ops::Outcome::refused(Reason::kTooManyMacros, {"100"}), true},
+        {ops::Outcome::refused(Reason::kNoUserLight, {"0"}), true},
+        {ops::Outcome::refused(Reason::kByteRange, {"red", "256"}), true},
+        {ops::Outcome::refused(Reason::kNoProfile, {"5"}), false},
+        {ops::Outcome::refused(Reason::kNoMacro, {"7"}), false},
+        {ops::Outcome::refused(Reason::kNoUserLight, {"3"}), false},
+    };
+    for (const auto& [outcome, warning] : cases) {
+        events_ = {};
+        EXPECT_FALSE(session_->core.report(outcome));
+        EXPECT_EQ(events_.warnings.size(), warning ? 1u : 0u) << ops::describe(outcome);
+        EXPECT_EQ(events_.notices.size(), warning ? 0u : 1u) << ops::describe(outcome);
+    }
 }
 
 }  // namespace
