@@ -140,7 +140,7 @@ void DeviceSession::loadSession() {
     SessionCore& core = s_.core;
     // The key classes of keystroke capture, from the name map in force.
     core.capture.setKeyClasses(G_KB_SuperKeyNameMap);
-    s_.settings.applyStoredLanguage();
+    s_.settings.readStoredLanguage();
     // The first connection stores and sends once, as qx9ctl connect does; the pages only load.
     if (const std::optional<ops::Target> target = core.target()) core.report(ops::connectKeyboard(*target));
     getAllProfile();
@@ -153,7 +153,7 @@ void DeviceSession::loadSession() {
 void DeviceSession::getAllProfile() {
     s_.keys.loadFnKeyMode();
     s_.profiles.loadKeyProfile();
-    s_.lighting.loadLightModeData();
+    s_.lighting.rebuildModeList();  // in the stored language, with the stored selection
     s_.userLights.loadUserLightData();
     s_.settings.loadGameModeData();
 }

@@ -26,7 +26,7 @@ ops::GameModeSwitches SettingsPage::switches() const {
     return {boxes_[kGameMode], boxes_[kAltTab], boxes_[kAltF4], boxes_[kLockWin]};
 }
 
-void SettingsPage::applyStoredLanguage() {
+void SettingsPage::readStoredLanguage() {
     if (DeviceSQLite* db = core_.db()) {
         ops::LanguageChoice choice;
         if (ops::applyStoredLanguage(*db, choice)) {
@@ -34,6 +34,11 @@ void SettingsPage::applyStoredLanguage() {
             curLanguage = choice.language;
         }
     }
+    core_.notify(SessionAspect::Language);
+}
+
+void SettingsPage::applyStoredLanguage() {
+    readStoredLanguage();
     LanguageSwicth();
 }
 

@@ -43,7 +43,10 @@ public:
     const std::vector<LanguageRow>& LanguageListDatas() const { return languages_; }
     int languageRow() const { return languageRow_; }
 
-    // The stored language at connection (with its deliberate pairing for an empty value).
+    // The stored language (with its deliberate pairing for an empty value), taken at the first
+    // connection, which loads every list next.
+    void readStoredLanguage();
+    // The same when another program changed it: the lists that show texts are rebuilt.
     void applyStoredLanguage();
     // The user picked a row of the language box.
     void comboBoxSelectionDidChange(int row);
