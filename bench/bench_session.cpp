@@ -157,12 +157,11 @@ BENCHMARK(BM_AssignKey)->Unit(benchmark::kMillisecond);
 
 // Export: every row read in one snapshot and written as the document.
 void BM_Export(benchmark::State& state) {
-    std::string error;
     std::size_t size = 0;
     for (auto _ : state) {
-        const auto doc = qx9::ops::exportConfiguration(*g_session->core.db(), error);
-        if (!doc) state.SkipWithError(error.c_str());
-        size = doc ? doc->size() : 0;
+        std::string doc;
+        if (!qx9::ops::exportConfiguration(*g_session->core.db(), doc)) state.SkipWithError("not exported");
+        size = doc.size();
     }
     state.counters["bytes"] = static_cast<double>(size);
 }
@@ -171,24 +170,24 @@ BENCHMARK(BM_Export)->Unit(benchmark::kMillisecond);
 // Import of that document: the whole check, the replacement in one transaction and what a
 // first connection sends (per-key colours, system functions, key map).
 void BM_Import(benchmark::State& state) {
-    std::string error;
-    const auto doc = qx9::ops::exportConfiguration(*g_session->core.db(), error);
-    if (!doc) {
-        state.SkipWithError(error.c_str());
+    std::string doc;
+    if (!qx9::ops::exportConfiguration(*g_session->core.db(), doc)) {
+        state.SkipWithError("not exported");
         return;
     }
     for (auto _ : state) {
-        if (!qx9::ops::importConfiguration(*g_session->core.target(), *doc)) state.SkipWithError("not imported");
+        if (!qx9::ops::importConfiguration(*g_session->core.target(), doc)) state.SkipWithError("not imported");
     }
-    state.counters["bytes"] = static_cast<double>(doc->size());
+    state.counters["bytes"] = static_cast<double>(doc.size());
 }
 BENCHMARK(BM_Import)->Unit(benchmark::kMillisecond);
 
 // The check of the document alone.
 void BM_ImportCheckOnly(benchmark::State& state) {
+    std::string doc;
     std::string error;
-    const auto doc = qx9::ops::exportConfiguration(*g_session->core.db(), error);
-    for (auto _ : state) benchmark::DoNotOptimize(qx9::ops::parseConfigurationDocument(doc.value_or(""), error));
+    qx9::ops::exportConfiguration(*g_session->core.db(), doc);
+    for (auto _ : state) benchmark::DoNotOptimize(qx9::ops::parseConfigurationDocument(doc, error));
 }
 BENCHMARK(BM_ImportCheckOnly)->Unit(benchmark::kMillisecond);
 

@@ -231,8 +231,8 @@ int main(int argc, char** argv) {
             r.transactions = static_cast<int>(w.keyboard().transactions - before);
         });
     both("import by another program", nothing, [](Window& w, Result&) {
-        std::string error;
-        std::string document = *ops::exportConfiguration(*w.session().core.db(), error);
+        std::string document;
+        ops::exportConfiguration(*w.session().core.db(), document);
         const std::string name = "Configuration File 1";
         document.replace(document.find(name), name.size(), "Imported");
         const std::filesystem::path file = w.session().core.db()->filePath();

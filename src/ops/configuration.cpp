@@ -347,35 +347,36 @@ std::optional<Configuration> parseConfigurationDocument(std::string_view text, s
 
 // ---- Export and import ----------------------------------------------------------------------
 
-std::optional<std::string> readDocumentFile(const std::filesystem::path& file, std::string& error) {
+Outcome readDocumentFile(const std::filesystem::path& file, std::string& text) {
     std::error_code ec;
     const auto status = std::filesystem::status(file, ec);
-    if (ec || !std::filesystem::exists(status)) {
-        error = "cannot read " + file.string();
-        return std::nullopt;
-    }
-    if (!std::filesystem::is_regular_file(status)) {
-        error = file.string() + " is not a file";
-        return std::nullopt;
-    }
+    if (ec || !std::filesystem::exists(status)) return Outcome::notRead("cannot read " + file.string());
+    if (!std::filesystem::is_regular_file(status)) return Outcome::notRead(file.string() + " is not a file");
     const std::uintmax_t size = std::filesystem::file_size(file, ec);
     if (ec || size > kMaxDocumentBytes) {
-        error = file.string() + " is larger than a configuration can be (" + std::to_string(kMaxDocumentBytes >> 20) + " MiB)";
-        return std::nullopt;
+        return Outcome::notRead(file.string() + " is larger than a configuration can be (" +
+                                std::to_string(kMaxDocumentBytes >> 20) + " MiB)");
     }
     std::ifstream in(file, std::ios::binary);
-    std::string text(static_cast<std::size_t>(size), '\0');
+    text.assign(static_cast<std::size_t>(size), '\0');
     if (!in || !in.read(text.data(), static_cast<std::streamsize>(size)) || in.peek() != std::ifstream::traits_type::eof()) {
-        error = "cannot read " + file.string();
-        return std::nullopt;
+        return Outcome::notRead("cannot read " + file.string());
     }
-    return text;
+    return Outcome::done();
 }
 
-std::optional<std::string> exportConfiguration(const DeviceSQLite& db, std::string& error) {
+Outcome checkConfigurationDocument(std::string_view text) {
+    std::string error;
+    if (!parseConfigurationDocument(text, error)) return Outcome::refused(Reason::kNotAConfiguration, {error});
+    return Outcome::done();
+}
+
+Outcome exportConfiguration(const DeviceSQLite& db, std::string& document) {
+    std::string error;
     const std::optional<Configuration> c = db.readConfiguration(error);
-    if (!c) return std::nullopt;
-    return configurationDocument(*c);
+    if (!c) return Outcome::notRead("cannot export: " + error);
+    document = configurationDocument(*c);
+    return Outcome::done();
 }
 
 Outcome importConfiguration(const Target& target, std::string_view document) {

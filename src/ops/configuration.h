@@ -35,10 +35,12 @@ std::optional<Configuration> parseConfigurationDocument(std::string_view text, s
 inline constexpr std::uintmax_t kMaxDocumentBytes = 16u << 20;
 // Reads a document file: a regular file of at most kMaxDocumentBytes; none and the reason when
 // it is not one or cannot be read.
-std::optional<std::string> readDocumentFile(const std::filesystem::path& file, std::string& error);
+Outcome readDocumentFile(const std::filesystem::path& file, std::string& text);
+// Whether a document is a configuration import would take.
+Outcome checkConfigurationDocument(std::string_view text);
 
 // The database as a document.
-std::optional<std::string> exportConfiguration(const DeviceSQLite& db, std::string& error);
+Outcome exportConfiguration(const DeviceSQLite& db, std::string& document);
 // Checks the document completely, then replaces the database contents with it in one
 // transaction and sends everything it replaced: the backlight effect, what a first connection
 // sends, and the macros. On any error nothing changes.

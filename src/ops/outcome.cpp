@@ -22,7 +22,8 @@ std::string describe(const Outcome& outcome) {
         case Reason::kLastProfile: return "the last profile cannot be deleted";
         case Reason::kTooManyMacros: return "the keyboard holds at most " + arg(0) + " macros";
         case Reason::kUnreadableEffect: return "cannot read the backlight record of effect " + arg(0);
-        case Reason::kNotAConfiguration: return arg(0);
+        case Reason::kNotAConfiguration:
+        case Reason::kNotRead: return arg(0);
         case Reason::kNotStored: return arg(0);
         case Reason::kNotSent: return "stored, but the keyboard did not take " + arg(0);
         case Reason::kTooLarge: return "stored, but nothing was sent: " + arg(0);

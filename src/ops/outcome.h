@@ -27,6 +27,7 @@ enum class Reason {
     kTooManyMacros,     // {most}
     kUnreadableEffect,  // {effect}
     kNotAConfiguration, // {why}
+    kNotRead,           // {why}: a file or the database could not be read
     // The other endings.
     kNotStored,         // {what the database did not take, or why}
     kNotSent,           // {the block, and why when known}
@@ -43,6 +44,7 @@ struct Outcome {
         kNotSent,    // stored, but the keyboard did not take the whole transaction
         kTooLarge,   // stored, but too large for the keyboard's memory: nothing was sent
         kChanged,    // another program changed what the change was based on: nothing changed
+        kNotRead,    // what an operation reads could not be read: nothing changed
     };
     Status status = kDone;
     Reason reason = Reason::kNone;
@@ -58,6 +60,7 @@ struct Outcome {
     static Outcome tooLarge(std::string why) { return {kTooLarge, Reason::kTooLarge, {std::move(why)}}; }
     // The change was not stored because another program changed what it was based on.
     static Outcome changedMeanwhile(std::string what) { return {kChanged, Reason::kChanged, {std::move(what)}}; }
+    static Outcome notRead(std::string why) { return {kNotRead, Reason::kNotRead, {std::move(why)}}; }
 };
 
 // The outcome in one English line (empty when done).

@@ -45,7 +45,8 @@ bool SessionCore::report(const ops::Outcome& outcome) {
             if (events) events->notice(extraText(ExtraText::kNotSent));
             return true;
         case ops::Outcome::kTooLarge: return true;  // the page shows the memory the change needs
-        case ops::Outcome::kNotStored: warnNotStored(); return false;
+        case ops::Outcome::kNotStored:
+        case ops::Outcome::kNotRead: warnNotStored(); return false;
         case ops::Outcome::kChanged:
             if (reload) reload();
             if (events) events->notice(extraText(ExtraText::kChangedElsewhere));

@@ -46,8 +46,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             qx9::ops::sendMacros(target);
             qx9::ops::selectedEffect(db);
             qx9::ops::sendLightMode(target, 1, 1);
-            std::string error;
-            (void)qx9::ops::exportConfiguration(db, error);
+            std::string document;
+            (void)qx9::ops::exportConfiguration(db, document);
         }
     }
     return 0;

@@ -56,10 +56,10 @@ protected:
         s.profiles.customkey_button_profile(ProfileList::kDelete);  // profile 3: its key stays
     }
     std::string exported() {
-        std::string error;
-        const auto doc = ops::exportConfiguration(*session_->core.db(), error);
-        EXPECT_TRUE(doc) << error;
-        return doc.value_or("");
+        std::string doc;
+        const ops::Outcome exported = ops::exportConfiguration(*session_->core.db(), doc);
+        EXPECT_TRUE(exported) << ops::describe(exported);
+        return doc;
     }
 };
 
