@@ -57,8 +57,7 @@ private:
 
 int main(int argc, char** argv) {
     qx9::AppOptions options;
-    std::string error;
-    qx9::parseAppOptions(argc, argv, options, error);
+    qx9::parseAppOptions(argc, argv, options);
     QApplication app(argc, argv);
     qx9::initAppResources();
     qx9::applyAppStyle(app);

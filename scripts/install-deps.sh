@@ -9,7 +9,7 @@ packages=(
     build-essential cmake ninja-build pkg-config
     libsqlite3-dev nlohmann-json3-dev libudev-dev libevdev-dev libcli11-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6
+    qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6 qt6-translations-l10n
     fonts-noto-cjk xvfb xauth
     qemu-system-x86 linux-image-amd64 busybox-static cpio udev
     dpkg-dev file librsvg2-bin desktop-file-utils appstream

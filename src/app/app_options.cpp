@@ -1,25 +1,51 @@
 #include "app/app_options.h"
 
+#include <QCommandLineParser>
+#include <QStringList>
+#include <cstdlib>
+
 namespace qx9 {
 
-bool parseAppOptions(int argc, char** argv, AppOptions& options, std::string& error) {
+OptionsResult parseAppOptions(int argc, char** argv, AppOptions& options) {
+    QStringList arguments{"halvorn-qx9"};
     for (int i = 1; i < argc; ++i) {
-        const std::string a = argv[i];
-        if (a == "--virtual") {
-            options.virtualKeyboard = true;
-        } else if (a.rfind("--virtual=", 0) == 0) {
-            options.virtualKeyboard = true;
-            options.virtualState = a.substr(10);
-        } else if (a == "--db" && i + 1 < argc) {
-            options.database = argv[++i];
-        } else if (a == "--no-monitor") {
-            options.noMonitor = true;
-        } else if (a.rfind("-", 0) == 0 && a.rfind("-platform", 0) != 0 && a.rfind("-style", 0) != 0) {
-            error = "unknown option " + a;
-            return false;
-        }
+        const QString a = QString::fromLocal8Bit(argv[i]);
+        // --virtual takes its state file only after "=": alone it is a switch.
+        if (a.startsWith("--virtual=")) arguments << "--virtual" << "--virtual-state" << a.mid(10);
+        else arguments << a;
     }
-    return true;
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Configures the HALVORN QX9 keyboard: keys, macros, lighting.");
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);  // -platform, as Qt takes it
+    const QCommandLineOption help({"h", "help"}, "Show this help and exit.");
+    const QCommandLineOption version("version", "Show the version and exit.");
+    const QCommandLineOption virtualKeyboard("virtual", "Attach a virtual QX9 (--virtual=STATE.json: its memory lives in that file).");
+    QCommandLineOption virtualState("virtual-state", "", "STATE.json");
+    virtualState.setFlags(QCommandLineOption::HiddenFromHelp);
+    const QCommandLineOption database("db", "Use another database file.", "FILE");
+    const QCommandLineOption verbose("verbose", "Print the diagnostic lines on standard output (also QX9_VERBOSE=1).");
+    QCommandLineOption noMonitor("no-monitor", "Do not watch for keyboards (tests).");
+    noMonitor.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOptions({help, version, virtualKeyboard, virtualState, database, verbose, noMonitor});
+    for (const char* qtOption : {"platform", "style", "display"}) {  // Qt reads them itself
+        QCommandLineOption o(qtOption, "", "VALUE");
+        o.setFlags(QCommandLineOption::HiddenFromHelp);
+        parser.addOption(o);
+    }
+    if (!parser.parse(arguments)) return {OptionsResult::kRefuse, parser.errorText().toStdString() + "\n" + parser.helpText().toStdString()};
+    if (parser.isSet(help)) return {OptionsResult::kPrint, parser.helpText().toStdString()};
+    if (parser.isSet(version)) return {OptionsResult::kPrint, std::string("halvorn-qx9 ") + QX9_VERSION + "\n"};
+    if (!parser.positionalArguments().isEmpty()) {
+        return {OptionsResult::kRefuse, "unexpected argument " + parser.positionalArguments().front().toStdString() + "\n" +
+                                            parser.helpText().toStdString()};
+    }
+    options.virtualKeyboard = parser.isSet(virtualKeyboard);
+    options.virtualState = parser.value(virtualState).toStdString();
+    options.database = parser.value(database).toStdString();
+    options.noMonitor = parser.isSet(noMonitor);
+    const char* env = std::getenv("QX9_VERBOSE");
+    options.verbose = parser.isSet(verbose) || (env && std::string(env) == "1");
+    return {};
 }
 
 }  // namespace qx9

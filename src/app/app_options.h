@@ -10,11 +10,19 @@ struct AppOptions {
     std::string virtualState;      // --virtual=STATE.json: its memory lives in that file
     std::string database;          // --db FILE: another database file
     bool noMonitor = false;        // --no-monitor: do not watch udev (tests)
+    bool verbose = false;          // --verbose (or QX9_VERBOSE=1): the diagnostic lines on standard output
     // The keyboard is written from a thread of its own; off only to measure the difference.
     bool sendOnWorker = true;
 };
 
-// Parses the arguments after the program name; false with `error` set on a bad argument.
-bool parseAppOptions(int argc, char** argv, AppOptions& options, std::string& error);
+// How reading the command line ended: run with the options, or stop at once with `text` on
+// standard output (--help, --version, status 0) or standard error (a bad argument, status 2).
+struct OptionsResult {
+    enum Action { kRun, kPrint, kRefuse } action = kRun;
+    std::string text;
+};
+
+// Reads the arguments after the program name (Qt's own -platform, -style and -display included).
+OptionsResult parseAppOptions(int argc, char** argv, AppOptions& options);
 
 }  // namespace qx9

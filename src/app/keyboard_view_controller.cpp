@@ -5,12 +5,15 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QProgressBar>
 #include <QShowEvent>
 #include <QSocketNotifier>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QToolButton>
+#include <QTranslator>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cstdio>
@@ -61,6 +64,17 @@ constexpr PageButton kPageButtons[] = {
     {kPageSettings, "config_btn", "icon_menu_config", ExtraText::kPageSettings},
 };
 
+
+// The one of the three interface languages that the system's locale asks for (English for any
+// other language).
+int systemLanguage() {
+    const QLocale locale = QLocale::system();
+    if (locale.language() != QLocale::Chinese) return kLanguageEnglish;
+    const bool traditional = locale.script() == QLocale::TraditionalChineseScript ||
+                             locale.territory() == QLocale::Taiwan || locale.territory() == QLocale::HongKong ||
+                             locale.territory() == QLocale::Macau;
+    return traditional ? kLanguageTraditionalChinese : kLanguageSimplifiedChinese;
+}
 
 }  // namespace
 
@@ -181,8 +195,11 @@ void KeyboardViewController::initViewUI() {
     notice_ = new QLabel(this);
     notice_->setObjectName("notice_label");
     notice_->setWordWrap(true);
-    notice_->setAccessibleName("Notice");
     notice_->setContentsMargins(16, 8, 16, 8);
+    // The pages keep their place when it hides.
+    QSizePolicy keepRoom = notice_->sizePolicy();
+    keepRoom.setRetainSizeWhenHidden(true);
+    notice_->setSizePolicy(keepRoom);
     notice_->hide();
     layout->addWidget(notice_);
     noticeTimer_ = new QTimer(this);
@@ -198,6 +215,7 @@ void KeyboardViewController::initViewUI() {
     databaseSettle_->setInterval(kDatabaseSettleMilliseconds);
     connect(databaseSettle_, &QTimer::timeout, this, [this] { session_->device.databaseWritten(); });
 
+    qtTexts_ = new QTranslator(this);
     keyboardKeyMenu = new KeyMenuViewController(this);
     connect(keyboardKeyMenu, &KeyMenuViewController::MenuItemMouseUpAction, this, [this](int menuid) {
         keyboardKeyMenu->hide();
@@ -289,6 +307,14 @@ void KeyboardViewController::syncPages() {
 }
 
 void KeyboardViewController::applyLanguage() {
+    // Qt's own texts (the colour dialog) from the Qt translations the system has, when it has them.
+    QCoreApplication::removeTranslator(qtTexts_);
+    const char* qtLocale = curLanguage == kLanguageSimplifiedChinese    ? "zh_CN"
+                           : curLanguage == kLanguageTraditionalChinese ? "zh_TW"
+                                                                        : nullptr;
+    if (qtLocale && qtTexts_->load(QString("qtbase_") + qtLocale, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        QCoreApplication::installTranslator(qtTexts_);
+    }
     if (QWidget* w = window()) w->setWindowTitle(QString::fromStdString(session_->device.windowTitle()));
     const auto name = [](QWidget* w, ExtraText id) {
         const QString t = QString::fromStdString(extraText(id));
@@ -298,9 +324,11 @@ void KeyboardViewController::applyLanguage() {
     name(home_btn, ExtraText::kPageHome);
     for (const PageButton& p : kPageButtons) name(pageButtons_[p.code], p.label);
     customkey_view->profileTable()->setAccessibleName(QString::fromStdString(extraText(ExtraText::kProfiles)));
+    notice_->setAccessibleName(QString::fromStdString(extraText(ExtraText::kNotice)));
     customkey_view->retranslate();
     config_view->retranslate();
     macro_view->retranslate();
+    if (accessHintShowing_ && notice_->isVisible()) notice_->setText(QString::fromStdString(extraText(ExtraText::kInputAccessHint)));
     nodevice_view->retranslate();
     light_view->retranslate();
     userlight_view->retranslate();
@@ -339,6 +367,7 @@ void KeyboardViewController::warning(const std::string& message, const std::stri
 }
 
 void KeyboardViewController::notice(const std::string& text) {
+    accessHintShowing_ = false;
     const QString t = QString::fromStdString(text);
     notice_->setText(t);
     notice_->show();
@@ -364,7 +393,9 @@ void KeyboardViewController::sending(std::size_t done, std::size_t total, std::s
 void KeyboardViewController::keystrokeCaptureStarted(bool readsEventDevices) {
     if (readsEventDevices || accessHintShown_) return;
     accessHintShown_ = true;
-    notice(extraText(ExtraText::kInputAccessHint));
+    // The application's own words: in the user's language until the stored one applies.
+    notice(extraText(ExtraText::kInputAccessHint, session_->device.loaded() ? curLanguage : systemLanguage()));
+    accessHintShowing_ = true;
 }
 
 // At the pointer; under the key when it was pressed elsewhere (through the accessibility tree).

@@ -14,6 +14,7 @@ class QSocketNotifier;
 class QTimer;
 class QStackedWidget;
 class QToolButton;
+class QTranslator;
 
 namespace qx9 {
 
@@ -86,10 +87,12 @@ private:
     std::unique_ptr<KeyboardSession> session_;
     std::map<int, QSocketNotifier*> notifiers_;  // the session's descriptors
     QTimer* databaseSettle_ = nullptr;  // a burst of writes is looked at once
+    QTranslator* qtTexts_ = nullptr;    // Qt's own dialogs in the interface language
     std::shared_ptr<VirtualQX9> virtual_;
     bool unsharedState_ = false;  // the virtual keyboard's file could not be read: saved on exit
     bool appeared_ = false;
     bool accessHintShown_ = false;
+    bool accessHintShowing_ = false;  // the notice bar shows it (and follows the language)
 
     StartView* nodevice_view = nullptr;
     QLabel* notice_ = nullptr;  // the notice bar under the pages

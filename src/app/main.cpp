@@ -5,6 +5,7 @@
 #include <QSocketNotifier>
 #include <cstdio>
 #include <csignal>
+#include <ostream>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -14,6 +15,7 @@
 #include "app/app_style.h"
 #include "app/keyboard_view_controller.h"
 #include "common/app_id.h"
+#include "common/console.h"
 
 namespace {
 
@@ -43,11 +45,18 @@ int main(int argc, char** argv) {
     // Diagnostic lines go out whole, line by line, also when the output is a pipe or a file.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     qx9::AppOptions options;
-    std::string error;
-    if (!qx9::parseAppOptions(argc, argv, options, error)) {
-        std::fprintf(stderr, "halvorn-qx9: %s\nusage: halvorn-qx9 [--virtual[=STATE.json]] [--db FILE]\n", error.c_str());
+    const qx9::OptionsResult read = qx9::parseAppOptions(argc, argv, options);
+    if (read.action == qx9::OptionsResult::kPrint) {
+        std::fputs(read.text.c_str(), stdout);
+        return 0;
+    }
+    if (read.action == qx9::OptionsResult::kRefuse) {
+        std::fprintf(stderr, "halvorn-qx9: %s", read.text.c_str());
         return 2;
     }
+    // The diagnostic lines are for whoever asks for them; otherwise they go nowhere.
+    static std::ostream discarded(nullptr);
+    if (!options.verbose) qx9::setConsoleStream(&discarded);
     QApplication app(argc, argv);
     QApplication::setApplicationName("HALVORN QX9");
     QApplication::setDesktopFileName(qx9::kApplicationId);

@@ -108,6 +108,11 @@ Texts textsOf(ExtraText id) {
         case ExtraText::kDelete: return {"Delete", "删除", "刪除"};
         case ExtraText::kLightKeyboard: return {"Keyboard", "键盘", "鍵盤"};
         case ExtraText::kEffects: return {"Lighting effects", "灯光效果", "燈光效果"};
+        case ExtraText::kKeyFunctions: return {"Key functions", "按键功能", "按鍵功能"};
+        case ExtraText::kNotice: return {"Notice", "提示", "提示"};
+        case ExtraText::kKey: return {"Key", "按键", "按鍵"};
+        case ExtraText::kCaptureKeys: return {"Set keys", "设置按键", "設定按鍵"};
+        case ExtraText::kPressTheKeys: return {"Press the keys", "请按下按键", "請按下按鍵"};
         case ExtraText::kKeysNotPainted:
             return {"F1–F12, ` and Right Ctrl share a key cap here and cannot be painted on this page.",
                     "F1–F12、` 和右 Ctrl 在此处与其他按键共用键位，无法在本页设置颜色。",
@@ -118,9 +123,11 @@ Texts textsOf(ExtraText id) {
 
 }  // namespace
 
-std::string extraText(ExtraText id) {
+std::string extraText(ExtraText id) { return extraText(id, curLanguage); }
+
+std::string extraText(ExtraText id, int language) {
     const Texts t = textsOf(id);
-    switch (curLanguage) {
+    switch (language) {
         case kLanguageSimplifiedChinese: return t.simplified;
         case kLanguageTraditionalChinese: return t.traditional;
         default: return t.english;

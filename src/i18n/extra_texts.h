@@ -55,9 +55,16 @@ enum class ExtraText {
     kLightKeyboard,   // the lighting keyboard's name
     kEffects,         // the backlight effect list's name
     kKeysNotPainted,  // the keys that share a key cap on the on-screen keyboard
+    kKeyFunctions,    // the key page's palette of functions
+    kNotice,          // the notice bar under the pages
+    kKey,             // the custom key dialog's field that shows the key
+    kCaptureKeys,     // the custom key dialog's button that takes the next combination
+    kPressTheKeys,    // its field while it takes them
 };
 
 std::string extraText(ExtraText id);
+// The same in one of the three languages (kLanguageEnglish, …).
+std::string extraText(ExtraText id, int language);
 // English, Simplified and Traditional Chinese, whatever the current language (for room that
 // must fit any of them).
 std::array<std::string, 3> extraTextInEveryLanguage(ExtraText id);

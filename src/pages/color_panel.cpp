@@ -31,6 +31,13 @@ void ColorPanel::sync() {
     if (session_.lighting.colorPanel() == ColorPanelAction::Closed) {
         dialog_->hide();
     } else if (!dialog_->isVisible()) {
+        // At the colour it edits: the swatch of the page that opened it.
+        if (session_.lighting.colorPanel() == ColorPanelAction::LightColor) {
+            dialog_->setCurrentColor(QColor::fromRgb(session_.lighting.light_btn_color()));
+        } else {
+            const LightColor& c = session_.userLights.userlight_btn_color();
+            dialog_->setCurrentColor(QColor::fromRgbF(float(c.red), float(c.green), float(c.blue)));
+        }
         dialog_->show();
         dialog_->raise();
     }

@@ -3,10 +3,12 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "session/custom_key_dialog.h"
 #include "session/keyboard_session.h"
@@ -35,6 +37,8 @@ CustomKeyViewController::CustomKeyViewController(KeyboardSession& session, QWidg
     keyfunc_edit = new QLineEdit(this);
     keyfunc_edit->setObjectName("keyfunc_edit");
     keyfunc_edit->setReadOnly(true);
+    captureButton_ = new QPushButton(QString::fromStdString(extraText(ExtraText::kCaptureKeys)), this);
+    captureButton_->setObjectName("keyfunc_capture");
     label_macrotype = new QLabel(this);
     label_macrotype->setObjectName("label_macrotype");
     combox_macrotype = new QComboBox(this);
@@ -53,7 +57,11 @@ CustomKeyViewController::CustomKeyViewController(KeyboardSession& session, QWidg
     label_macrotype->setText(text(167));
     label_macroplaytime->setText(text(171));
     key_textfield->setText(QString::fromStdString(model_->keyText()));
-    keyfunc_edit->setPlaceholderText(text(121));
+    key_textfield->setAccessibleName(QString::fromStdString(extraText(ExtraText::kKey)));
+    keyfunc_edit->setAccessibleName(text(121));  // the keys of a keyboard function
+    keyfunc_label->setBuddy(keyfunctype_combox);
+    label_macrotype->setBuddy(combox_macrotype);
+    label_macroplaytime->setBuddy(edit_macroplaytime);
 
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(20, 18, 20, 18);
@@ -63,7 +71,10 @@ CustomKeyViewController::CustomKeyViewController(KeyboardSession& session, QWidg
     grid->addWidget(keyfunc_label, 1, 0);
     grid->addWidget(keyfunctype_combox, 1, 1);
     grid->addWidget(keyfunc_combox, 2, 1);
-    grid->addWidget(keyfunc_edit, 3, 1);
+    auto* captureRow = new QHBoxLayout;
+    captureRow->addWidget(keyfunc_edit, 1);
+    captureRow->addWidget(captureButton_);
+    grid->addLayout(captureRow, 3, 1);
     grid->addWidget(label_macrotype, 4, 0);
     grid->addWidget(combox_macrotype, 4, 1);
     grid->addWidget(label_macroplaytime, 5, 0);
@@ -94,6 +105,13 @@ CustomKeyViewController::CustomKeyViewController(KeyboardSession& session, QWidg
     });
     connect(edit_macroplaytime, &QLineEdit::textEdited, this,
             [this](const QString& t) { model_->setPlayCountText(t.toStdString()); });
+    // The next combination pressed is the function; Tab and Escape leave the dialog's fields
+    // otherwise.
+    connect(captureButton_, &QPushButton::clicked, this, [this] {
+        model_->beginCapture();
+        keyfunc_edit->setFocus();
+        sync();
+    });
     connect(key_savedatabtn, &QPushButton::clicked, this, [this] {
         model_->savekeyfunc_action();
         accept();
@@ -120,6 +138,9 @@ void CustomKeyViewController::sync() {
     keyfunc_combox->setVisible(model_->showsFunctionList());
     keyfunc_edit->setVisible(model_->showsCombinationField());
     keyfunc_edit->setText(QString::fromStdString(model_->keyfuncEditText()));
+    keyfunc_edit->setPlaceholderText(model_->capturingKeys() ? QString::fromStdString(extraText(ExtraText::kPressTheKeys)) : text(121));
+    captureButton_->setVisible(model_->showsCombinationField());
+    captureButton_->setEnabled(!model_->capturingKeys());
     label_macrotype->setVisible(model_->showsMacroPlayType());
     combox_macrotype->setVisible(model_->showsMacroPlayType());
     combox_macrotype->setCurrentIndex(model_->macroPlayTypeIndex());
@@ -132,11 +153,19 @@ void CustomKeyViewController::sync() {
 
 bool CustomKeyViewController::eventFilter(QObject* watched, QEvent* event) {
     if (model_->capturingKeys() && (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)) {
-        model_->keyEvent();
-        keyfunc_edit->setText(QString::fromStdString(model_->keyfuncEditText()));
-        return event->type() == QEvent::KeyPress;  // the keys typed are the combination, not input
+        captureKey();
+        return true;  // the keys typed are the combination, not input
     }
     return QDialog::eventFilter(watched, event);
+}
+
+void CustomKeyViewController::captureKey() {
+    model_->keyEvent();
+    keyfunc_edit->setText(QString::fromStdString(model_->keyfuncEditText()));
+    if (model_->capturingKeys()) return;
+    // Every key is up again: the combination is taken, and Save is next.
+    sync();
+    key_savedatabtn->setFocus();
 }
 
 void CustomKeyViewController::done(int result) {

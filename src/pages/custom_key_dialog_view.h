@@ -30,6 +30,7 @@ protected:
 private:
     void sync();
     void fillFunctionList();
+    void captureKey();
 
     KeyboardSession& session_;
     std::unique_ptr<CustomKeyDialog> model_;
@@ -37,6 +38,7 @@ private:
     QComboBox* keyfunctype_combox;
     QComboBox* keyfunc_combox;
     QLineEdit* keyfunc_edit;
+    QPushButton* captureButton_;
     QLabel* keyfunc_label;
     QPushButton* key_savedatabtn;
     QLabel* label_macrotype;

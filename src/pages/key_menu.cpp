@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -64,6 +65,15 @@ void KeyMenuViewController::showAt(const QPoint& globalPos) {
     move(globalPos);
     show();
     raise();
+    menuitem_defaultkey->setFocus(Qt::PopupFocusReason);  // the arrows move on, Space chooses, Escape closes
+}
+
+void KeyMenuViewController::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up) {
+        focusNextPrevChild(event->key() == Qt::Key_Down);
+        return;
+    }
+    QFrame::keyPressEvent(event);
 }
 
 KBToolTipsViewController::KBToolTipsViewController(QWidget* parent)

@@ -23,6 +23,7 @@ protected:
     // A press outside closes the menu and still reaches what it was aimed at (the palette, another
     // key), so that no click is spent on closing the menu.
     void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QPushButton* menuitem_defaultkey;

@@ -8,8 +8,9 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include "pages/page_controls.h"
+#include "i18n/extra_texts.h"
 #include "i18n/language.h"
+#include "pages/page_controls.h"
 #include "session/keyboard_session.h"
 #include "widgets/custom_key_func_view.h"
 #include "widgets/keyboard_view.h"
@@ -144,6 +145,15 @@ void KeyPageView::syncProfiles() {
     const int row = session_.profiles.selectedRow();
     customkey_keyprofile->setCurrentRow(row >= 0 && row < static_cast<int>(rows.size()) ? row : -1);
     syncing_ = false;
+}
+
+void KeyPageView::retranslate() {
+    texts_.apply();
+    nameButton(addButton_, extraText(ExtraText::kAdd));
+    nameButton(deleteButton_, extraText(ExtraText::kDelete));
+    nameButton(renameButton_, extraText(ExtraText::kRename));
+    customkey_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
+    customkey_funcctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kKeyFunctions)));
 }
 
 void KeyPageView::beginRename() {

@@ -34,7 +34,7 @@ public:
     void syncProfiles();
     // Starts editing the selected profile's name in place.
     void beginRename();
-    void retranslate() { texts_.apply(); }
+    void retranslate();
 
 private:
     void profileEdited(QListWidgetItem* item);

@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "i18n/extra_texts.h"
+#include "i18n/language.h"
 #include "pages/page_controls.h"
 #include "session/keyboard_session.h"
 #include "widgets/color_controls.h"
@@ -120,6 +121,7 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
         b->setIconSize(QSize(22, 22));
         b->setProperty("role", "imagebutton");
         b->setCursor(Qt::PointingHandCursor);
+        b->setCheckable(true);  // the chosen direction reads as checked
         QSizePolicy keep = b->sizePolicy();
         keep.setRetainSizeWhenHidden(true);
         b->setSizePolicy(keep);
@@ -134,7 +136,6 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
     for (int i = 0; i < 4; ++i) {
         sleepRadios_[i] = new QRadioButton(this);
         sleepRadios_[i]->setObjectName(QString("light_radio_lightsleep%1").arg(i));
-        sleepRadios_[i]->setAutoExclusive(false);  // the page model chooses one, or none
         sleepLabels_[i] = texts_.add(label(qPrintable(QString("light_label_lightsleep%1").arg(i)), sleepRadios_[i]), 536 + i);
         connect(sleepRadios_[i], &QRadioButton::clicked, this, [this, i] { session_.lighting.light_button_lightsleeptime(i); });
         sleepRow->addWidget(sleepRadios_[i]);
@@ -142,6 +143,7 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
         sleepRow->addSpacing(14);
     }
     sleepRow->addStretch();
+    sleepTimes_ = radioGroup({sleepRadios_[0], sleepRadios_[1], sleepRadios_[2], sleepRadios_[3]}, this);
 
     // Parameters: the colour on the left; switch, sliders and directions on the right; the
     // sleep time underneath.
@@ -212,8 +214,9 @@ bool LightingPageView::eventFilter(QObject* watched, QEvent* event) {
 void LightingPageView::retranslate() {
     texts_.apply();
     for (const DirectionButton& d : kDirectionButtons) {
-        directions_[static_cast<std::size_t>(d.direction)]->setAccessibleName(QString::fromStdString(extraText(d.accessibleName)));
+        nameButton(directions_[static_cast<std::size_t>(d.direction)], extraText(d.accessibleName));
     }
+    nameButton(light_btn_randomcolor, localizedText(530));
     colors_->retranslate();
     light_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
     light_mode_table->setAccessibleName(QString::fromStdString(extraText(ExtraText::kEffects)));
@@ -257,14 +260,14 @@ void LightingPageView::sync() {
         QToolButton* b = directions_[static_cast<std::size_t>(d.direction)];
         const LightToggle& t = page.directionButton(d.direction);
         showToggle(b, t);
+        b->setChecked(t.on);
         showImage(b, QString(d.image) + (t.on ? "_check" : ""));
     }
 
-    for (int i = 0; i < 4; ++i) {
-        const bool chosen = page.sleepTimeChoice() == i;
-        sleepRadios_[i]->setChecked(chosen);
-        showActive(sleepLabels_[i], chosen);
-    }
+    const int sleep = page.sleepTimeChoice();  // none chosen: -1
+    showRadios(sleepTimes_, {{sleepRadios_[0], sleep == 0}, {sleepRadios_[1], sleep == 1},
+                             {sleepRadios_[2], sleep == 2}, {sleepRadios_[3], sleep == 3}});
+    for (int i = 0; i < 4; ++i) showActive(sleepLabels_[i], sleep == i);
     light_keyboardctrl->setKeyColours(page.keyColours());
     syncing_ = false;
 }

@@ -8,6 +8,7 @@
 
 class QLabel;
 class QListWidget;
+class QButtonGroup;
 class QRadioButton;
 class QSlider;
 class QToolButton;
@@ -51,6 +52,7 @@ private:
     QSlider* light_slider_speed;
     std::array<QToolButton*, 4> directions_{};  // by direction: left, right, up, down
     std::array<QRadioButton*, 4> sleepRadios_{};
+    QButtonGroup* sleepTimes_ = nullptr;
     std::array<QLabel*, 4> sleepLabels_{};
     bool syncing_ = false;
     bool chosenByPress_ = false;  // the current row changed since the last press

@@ -42,11 +42,7 @@ QLabel* heading(const char* name, QWidget* parent) {
 }
 
 // Radios whose state the page model decides: a click asks the model, which turns the others off.
-QRadioButton* modelRadio(const char* name, QWidget* parent) {
-    auto* r = named(new QRadioButton(parent), name);
-    r->setAutoExclusive(false);
-    return r;
-}
+QRadioButton* modelRadio(const char* name, QWidget* parent) { return named(new QRadioButton(parent), name); }
 
 QFrame* panel(const char* name, QWidget* parent) {
     auto* f = named(new QFrame(parent), name);
@@ -90,7 +86,7 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
     MacroPage& model = session_.macros;
 
     // The macro list, its buttons and the memory the macros take.
-    auto* listPanel = panel("macro_listpanel", this);
+    auto* listPanel = texts_.add(panel("macro_listpanel", this), 180);
     auto* listLabel = texts_.add(heading("macro_label_macrolist", listPanel), 180);
     macro_tableview = named(new QListWidget(listPanel), "macro_tableview");
     macro_tableview->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
@@ -122,13 +118,12 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
     listPanel->setFixedWidth(kMacroColumnWidth);
 
     // The events of the selected macro and recording.
-    auto* eventPanel = panel("macro_recordpanel", this);
+    auto* eventPanel = texts_.add(panel("macro_recordpanel", this), 181);
     auto* recordLabel = texts_.add(heading("macro_label_recordlist", eventPanel), 181);
     record_tableview = named(new QListWidget(eventPanel), "record_tableview");
     record_tableview->setEditTriggers(QAbstractItemView::NoEditTriggers);
     record_tableview->setUniformItemSizes(true);
     record_button = texts_.add(named(new QPushButton(eventPanel), "record_button"), 201);
-    record_button->setFocusPolicy(Qt::NoFocus);  // a recorded Space must not stop the recording
     deleteEventButton_ = named(new QPushButton(eventPanel), "macro_btn_deleteevent");
     recordState_ = named(new QLabel(eventPanel), "macro_label_recordstate");
     recordState_->setWordWrap(true);
@@ -146,7 +141,7 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
     eventLayout->addLayout(eventButtons);
 
     // Inserting events, the delay mode and Save.
-    auto* insertPanel = panel("macro_insertpanel", this);
+    auto* insertPanel = texts_.add(panel("macro_insertpanel", this), 188);
     auto* insertLabel = texts_.add(heading("macro_label_insertevent", insertPanel), 188);
     insertevent_combox = named(new QComboBox(insertPanel), "insertevent_combox");
     keyboardevent_radiobutton = texts_.add(modelRadio("keyboardevent_radiobutton", insertPanel), 189);
@@ -158,6 +153,8 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
     recorddelay_radiobutton = texts_.add(modelRadio("recorddelay_radiobutton", insertPanel), 184);
     nodelay_radiobutton = texts_.add(modelRadio("nodelay_radiobutton", insertPanel), 185);
     defaultdelay_radiobutton = texts_.add(modelRadio("defaultdelay_radiobutton", insertPanel), 186);
+    eventKinds_ = radioGroup({keyboardevent_radiobutton, mouseevent_radiobutton, delayevent_radiobutton}, this);
+    delayModes_ = radioGroup({recorddelay_radiobutton, nodelay_radiobutton, defaultdelay_radiobutton}, this);
     delaytime_edit = named(new QLineEdit(insertPanel), "delaytime_edit");
     delaytime_edit->setMaximumWidth(90);
     macro_btn_save = texts_.add(named(new QPushButton(insertPanel), "macro_btn_save"), 193);
@@ -316,16 +313,20 @@ void MacroPageView::sync() {
     insertevent_button->setEnabled(c.insertevent_button);
     delaytime_edit->setEnabled(c.delaytime_edit);
     setTextKeepingCursor(delaytime_edit, QString::fromStdString(c.delaytime_edit_text));
-    const std::pair<QRadioButton*, bool> radios[] = {
-        {keyboardevent_radiobutton, c.keyboardevent_radiobutton}, {mouseevent_radiobutton, c.mouseevent_radiobutton},
-        {delayevent_radiobutton, c.delayevent_radiobutton},       {recorddelay_radiobutton, c.recorddelay_radiobutton},
-        {nodelay_radiobutton, c.nodelay_radiobutton},             {defaultdelay_radiobutton, c.defaultdelay_radiobutton}};
-    for (const auto& [radio, on] : radios) radio->setChecked(on);
+    showRadios(eventKinds_, {{keyboardevent_radiobutton, c.keyboardevent_radiobutton},
+                             {mouseevent_radiobutton, c.mouseevent_radiobutton},
+                             {delayevent_radiobutton, c.delayevent_radiobutton}});
+    showRadios(delayModes_, {{recorddelay_radiobutton, c.recorddelay_radiobutton},
+                             {nodelay_radiobutton, c.nodelay_radiobutton},
+                             {defaultdelay_radiobutton, c.defaultdelay_radiobutton}});
     for (QRadioButton* r : {keyboardevent_radiobutton, mouseevent_radiobutton, delayevent_radiobutton}) {
         r->setEnabled(c.eventRadiosEnabled);
     }
     const bool recording = model.macroRecordType() == MacroPage::kRecording;
     record_button->setEnabled(c.record_button);
+    // Reached by Tab to start; while it records, focus stays off it, so a recorded Space or
+    // Return does not stop the recording.
+    record_button->setFocusPolicy(recording ? Qt::NoFocus : Qt::StrongFocus);
     record_button->setText(text(c.record_button_title));
     if (restyle(record_button, "recording", recording) && recording) record_tableview->setFocus();
     QStringList state;

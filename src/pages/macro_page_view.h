@@ -5,6 +5,7 @@
 
 #include "pages/page_controls.h"
 
+class QButtonGroup;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -77,6 +78,8 @@ private:
     QStringList shownRecords_;
     bool syncing_ = false;
     FixedTexts texts_;
+    QButtonGroup* eventKinds_ = nullptr;
+    QButtonGroup* delayModes_ = nullptr;
 };
 
 }  // namespace qx9

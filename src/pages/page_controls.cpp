@@ -1,6 +1,7 @@
 #include "pages/page_controls.h"
 
 #include <QAbstractButton>
+#include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
@@ -12,11 +13,30 @@
 
 namespace qx9 {
 
+void nameButton(QWidget* button, const std::string& name) {
+    const QString text = QString::fromStdString(name);
+    button->setAccessibleName(text);
+    button->setToolTip(text);
+}
+
+QButtonGroup* radioGroup(std::initializer_list<QAbstractButton*> radios, QObject* parent) {
+    auto* group = new QButtonGroup(parent);
+    for (QAbstractButton* r : radios) group->addButton(r);
+    return group;
+}
+
+void showRadios(QButtonGroup* group, std::initializer_list<std::pair<QAbstractButton*, bool>> states) {
+    group->setExclusive(false);  // so that none can be on
+    for (const auto& [radio, on] : states) radio->setChecked(on);
+    group->setExclusive(true);
+}
+
 void FixedTexts::apply() const {
     for (const Entry& e : texts_) {
         const QString text = QString::fromStdString(localizedText(e.textId));
         if (auto* b = qobject_cast<QAbstractButton*>(e.control)) b->setText(text);
         else if (auto* l = qobject_cast<QLabel*>(e.control)) l->setText(text);
+        else e.control->setAccessibleName(text);  // a panel: named after its heading
     }
 }
 

@@ -3,7 +3,13 @@
 #include <QString>
 
 #include <initializer_list>
+#include <string>
+#include <utility>
 #include <vector>
+
+class QAbstractButton;
+class QButtonGroup;
+class QObject;
 
 class QHBoxLayout;
 class QLayout;
@@ -30,11 +36,21 @@ QHBoxLayout* centredRow(QLayout* content);
 // Starts editing the list's current row in place.
 void editCurrentRow(QListWidget* list);
 
+// An icon or symbol button's name, read by screen readers and shown as its tooltip.
+void nameButton(QWidget* button, const std::string& name);
+
+// Radios that form one group, whose state the page model decides: arrow keys move among them and
+// screen readers hear radio buttons of one group.
+QButtonGroup* radioGroup(std::initializer_list<QAbstractButton*> radios, QObject* parent);
+// Shows the page model's choice: each radio on or off, none on included.
+void showRadios(QButtonGroup* group, std::initializer_list<std::pair<QAbstractButton*, bool>> states);
+
 // The fixed texts of a page's buttons and labels: each control shows its string-table text in
 // the interface language, set again by apply() when the language changes.
 class FixedTexts {
 public:
-    // `control` (a button or a label) shows text `textId` from now on; returns it.
+    // `control` (a button or a label; any other widget is named) shows text `textId` from now on;
+    // returns it.
     template <typename Control>
     Control* add(Control* control, int textId) {
         texts_.push_back({control, textId});

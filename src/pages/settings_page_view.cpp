@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "layout/light_colours.h"
 #include "pages/message_box.h"
@@ -33,6 +34,7 @@ SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : 
     config_label_language->setObjectName("config_label_language");
     combo_language = new QComboBox(this);
     combo_language->setObjectName("combo_language");
+    config_label_language->setBuddy(combo_language);  // screen readers name the box after it
     for (const LanguageRow& row : session_.settings.LanguageListDatas()) combo_language->addItem(QString::fromStdString(row.text));
     config_label_gamemode = texts_.add(new QLabel(this), kGameModeCaption);
     config_label_gamemode->setObjectName("config_label_gamemode");
@@ -104,6 +106,13 @@ SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : 
     page->addLayout(centredRow(column));
     page->addStretch();
     sync();
+}
+
+void SettingsPageView::retranslate() {
+    texts_.apply();
+    // The game-mode box reads "Disabled"; it is named after its caption.
+    boxes_[0]->setAccessibleName(config_label_gamemode->text());
+    config_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
 }
 
 void SettingsPageView::sync() {

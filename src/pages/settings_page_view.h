@@ -21,7 +21,7 @@ class SettingsPageView : public QWidget {
 public:
     SettingsPageView(KeyboardSession& session, QWidget* parent = nullptr);
     void sync();
-    void retranslate() { texts_.apply(); }
+    void retranslate();
 
 private:
     void confirmThen(bool all);

@@ -102,9 +102,9 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
 
 void UserLightPageView::retranslate() {
     texts_.apply();
-    userlight_btn_add->setAccessibleName(QString::fromStdString(extraText(ExtraText::kAdd)));
-    userlight_btn_del->setAccessibleName(QString::fromStdString(extraText(ExtraText::kDelete)));
-    renameButton_->setAccessibleName(QString::fromStdString(extraText(ExtraText::kRename)));
+    nameButton(userlight_btn_add, extraText(ExtraText::kAdd));
+    nameButton(userlight_btn_del, extraText(ExtraText::kDelete));
+    nameButton(renameButton_, extraText(ExtraText::kRename));
     userlight_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
     userlight_table->setAccessibleName(QString::fromStdString(localizedText(textid::kUserLight)));
     note_->setText(QString::fromStdString(extraText(ExtraText::kKeysNotPainted)));

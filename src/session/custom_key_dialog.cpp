@@ -109,7 +109,9 @@ void CustomKeyDialog::selectMacroPlayType(int index) {
 }
 
 void CustomKeyDialog::keyEvent() {
-    if (core_.capture.lastKeyOperate == "down") fillBindInput();
+    const CaptureState& capture = core_.capture;
+    if (capture.lastKeyOperate == "down") return fillBindInput();
+    if (capture.pressedFlags.empty() && capture.pressedNormalKey.empty() && !currentModifyKeys_.empty()) capturing_ = false;
 }
 
 void CustomKeyDialog::fillBindInput() {

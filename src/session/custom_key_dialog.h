@@ -51,9 +51,12 @@ public:
     const std::string& playCountText() const { return playCountText_; }
     const std::string& keyfuncEditText() const { return keyfuncEdit_; }
 
-    // While "Keyboard Function" is chosen the front end passes its key events here, after the
-    // keystroke capture has seen them.
-    bool capturingKeys() const { return key_functiontypevalue_ == kMacroTypeKey; }
+    // "Keyboard Function" takes its combination from the keyboard once the user begins a capture;
+    // while it captures the front end passes its key events here (after the keystroke capture has
+    // seen them), Tab and Escape included. It ends when every key of the combination is released.
+    bool capturesKeys() const { return key_functiontypevalue_ == kMacroTypeKey; }
+    void beginCapture() { capturing_ = capturesKeys(); }
+    bool capturingKeys() const { return capturesKeys() && capturing_; }
     void keyEvent();
     // Takes the held modifiers and the first held key from the keystroke capture.
     void fillBindInput();
@@ -72,6 +75,7 @@ private:
 
     std::vector<Choice> types_, mouse_, macros_, macroTypes_, multimedia_, macShortcuts_;
     std::int64_t key_functiontypevalue_ = 0;
+    bool capturing_ = false;
     std::int64_t key_functionvalue_ = 0;
     int typeIndex_ = -1;
     int functionIndex_ = -1;

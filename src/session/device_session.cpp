@@ -165,12 +165,15 @@ void DeviceSession::button_keyboard_connect() {
 }
 
 void DeviceSession::button_action_home() {
+    if (s_.lighting.colorPanel() != ColorPanelAction::Closed) s_.lighting.colorPanelClosed();
     g_show_homepage_ = true;
     s_.core.notify(SessionAspect::Page);
 }
 
 void DeviceSession::removePreView() {
     if (viewType_ == kPageMacros) s_.macros.leavePage();
+    // The colour dialog belongs to the lighting page that opened it.
+    if (s_.lighting.colorPanel() != ColorPanelAction::Closed) s_.lighting.colorPanelClosed();
 }
 
 void DeviceSession::showPage(int pageCode) {

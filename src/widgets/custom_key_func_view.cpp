@@ -95,7 +95,7 @@ KeyLabel CustomKeyFuncView::fittedLabel(int index) const {
 QString CustomKeyFuncView::accessibleKeyName(int key) const {
     const keyFunc& k = customkey_array_[checkedIndex(key)];
     const CustomKeyFuncCodeEntry* e = CustomKeyFuncCodeMap().find(static_cast<int>(k.key_code));
-    return QString::fromStdString(e ? e->full_name : k.keyname);
+    return e ? spokenKeyName(e->full_name, e->code) : QString::fromStdString(k.keyname);
 }
 
 QSize CustomKeyFuncView::sizeHint() const {
@@ -188,6 +188,7 @@ void CustomKeyFuncView::paintEvent(QPaintEvent*) {
         painter.setPen(QColor(255, 255, 255));
         drawKeyLabel(painter, fittedLabel(static_cast<int>(i)));
     }
+    focus_.paint(painter);
 }
 
 }  // namespace qx9

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "layout/custom_key_func.h"
+#include "widgets/key_focus.h"
 #include "widgets/key_label.h"
 #include "widgets/keyboard_accessible.h"
 
@@ -64,6 +65,7 @@ public:
     bool accessibleKeysCheckable() const override { return true; }
     bool accessibleKeySelected(int key) const override { return isSelected(key); }
     void accessibleKeyPress(int key) override { activate(checkedIndex(key)); }
+    int accessibleFocusKey() const override { return focus_.key(); }
 
 signals:
     void customKeyFuncAction(std::int64_t key_code);
@@ -88,6 +90,7 @@ private:
     QSizeF layoutSize_;
     int hoverKey_ = -1;
     int pressedKey_ = -1;
+    KeyFocus focus_{this, *this, [this](int key, bool) { accessibleKeyPress(key); }};  // Space: a click
 };
 
 }  // namespace qx9

@@ -25,7 +25,9 @@ public:
     int childCount() const override { return 0; }
     int indexOfChild(const QAccessibleInterface*) const override { return -1; }
     QAccessibleInterface* childAt(int, int) const override { return nullptr; }
-    QAccessible::Role role() const override { return QAccessible::Button; }
+    QAccessible::Role role() const override {
+        return keyboard_->keys()->accessibleKeysPressable() ? QAccessible::Button : QAccessible::StaticText;
+    }
 
     QString text(QAccessible::Text t) const override {
         switch (t) {
@@ -49,13 +51,17 @@ public:
         s.invisible = !w->isVisible();
         s.checkable = keyboard_->keys()->accessibleKeysCheckable();
         s.checked = s.checkable && keyboard_->keys()->accessibleKeySelected(key_);
+        s.focusable = w->focusPolicy() != Qt::NoFocus;
+        s.focused = w->hasFocus() && keyboard_->keys()->accessibleFocusKey() == key_;
         return s;
     }
 
     void* interface_cast(QAccessible::InterfaceType type) override {
         return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this) : nullptr;
     }
-    QStringList actionNames() const override { return {pressAction()}; }
+    QStringList actionNames() const override {
+        return keyboard_->keys()->accessibleKeysPressable() ? QStringList{pressAction()} : QStringList{};
+    }
     QStringList keyBindingsForAction(const QString&) const override { return {}; }
     void doAction(const QString& name) override {
         if (name == pressAction()) keyboard_->keys()->accessibleKeyPress(key_);
@@ -76,7 +82,18 @@ QAccessibleInterface* keyboardFactory(const QString&, QObject* object) {
 
 QString keyFullName(const std::string& keyName) {
     const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(keyName);
-    return QString::fromStdString(e ? e->full_name : keyName);
+    return e ? spokenKeyName(e->full_name, e->key_code) : QString::fromStdString(keyName);
+}
+
+QString spokenKeyName(const std::string& fullName, int code) {
+    constexpr int kLeftControl = 224, kRightControl = 228, kRightCommand = 231;  // HID modifier usages
+    constexpr int kNumLock = 83, kKeypadDot = 99;                                // HID keypad usages
+    const QString name = QString::fromStdString(fullName);
+    const auto with = [&](const char* word) { return name.startsWith(word) ? name : QString("%1 %2").arg(word, name); };
+    if (code >= kLeftControl && code < kRightControl) return with("Left");
+    if (code >= kRightControl && code <= kRightCommand) return with("Right");
+    if (code > kNumLock && code <= kKeypadDot) return with("Keypad");
+    return name;
 }
 
 void installKeyboardAccessibility() {
@@ -126,6 +143,11 @@ int KeyboardAccessible::indexOfChild(const QAccessibleInterface* child) const {
         if (children_[i] && QAccessible::accessibleInterface(children_[i]) == child) return static_cast<int>(i);
     }
     return -1;
+}
+
+QAccessibleInterface* KeyboardAccessible::focusChild() const {
+    const int key = keys_->accessibleFocusKey();
+    return widget()->hasFocus() && key >= 0 ? child(key) : QAccessibleWidget::focusChild();
 }
 
 QAccessibleInterface* KeyboardAccessible::childAt(int x, int y) const {

@@ -25,6 +25,10 @@ public:
     virtual bool accessibleKeysCheckable() const { return false; }
     virtual bool accessibleKeySelected(int /*key*/) const { return false; }
     virtual void accessibleKeyPress(int key) = 0;
+    // Whether a press does anything (a keyboard that only shows colours offers no action).
+    virtual bool accessibleKeysPressable() const { return true; }
+    // The key that has the keyboard focus while the widget has it; −1 for none.
+    virtual int accessibleFocusKey() const { return -1; }
 
     // Tells a screen reader that the key was selected or unselected (StateChanged) or that its
     // description changed (DescriptionChanged).
@@ -34,6 +38,9 @@ public:
 // The name a key is read out by: the full name of its key name ("Escape" for "escape"), or the
 // key name itself where the name map does not know it.
 QString keyFullName(const std::string& keyName);
+// A key's name as a screen reader says it: the two Shift, Control, Option and Command keys say
+// left or right, the keypad's keys say keypad (`code` is the key's HID usage).
+QString spokenKeyName(const std::string& fullName, int code);
 
 // Makes every widget that implements AccessibleKeyboard reachable as described above. Called
 // by such widgets when they are built; installs the factory once.
@@ -49,6 +56,7 @@ public:
     QAccessibleInterface* child(int index) const override;
     int indexOfChild(const QAccessibleInterface* child) const override;
     QAccessibleInterface* childAt(int x, int y) const override;
+    QAccessibleInterface* focusChild() const override;
 
     AccessibleKeyboard* keys() const { return keys_; }
 

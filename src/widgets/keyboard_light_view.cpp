@@ -12,6 +12,7 @@ KeyboardLightView::KeyboardLightView(QWidget* parent) : QWidget(parent) {
     installKeyboardAccessibility();
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setFocusPolicy(Qt::NoFocus);  // a preview until selection is on
 }
 
 void KeyboardLightView::initKeyboard(const QString& kbImage, const std::vector<KeyData>& keyArray) {
@@ -26,6 +27,7 @@ void KeyboardLightView::initKeyboard(const QString& kbImage, const std::vector<K
 void KeyboardLightView::setEvent(bool on) {
     isEvent_ = on;
     setCursor(on ? Qt::CrossCursor : Qt::ArrowCursor);
+    setFocusPolicy(on ? Qt::StrongFocus : Qt::NoFocus);
 }
 
 void KeyboardLightView::setKeyColours(const std::vector<std::uint32_t>& colours) {
@@ -137,6 +139,7 @@ void KeyboardLightView::paintEvent(QPaintEvent*) {
         painter.setBrush(QColor(0xCA, 0x51, 0x00, 40));
         painter.drawRect(frameSelect_);
     }
+    focus_.paint(painter);
 }
 
 }  // namespace qx9

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "layout/keyboard_layout.h"
+#include "widgets/key_focus.h"
 #include "widgets/keyboard_accessible.h"
 #include "widgets/keyboard_picture.h"
 
@@ -51,8 +52,10 @@ public:
     QString accessibleKeyName(int key) const override;
     QString accessibleKeyDescription(int key) const override;
     bool accessibleKeysCheckable() const override { return isEvent_; }
+    bool accessibleKeysPressable() const override { return isEvent_; }
     bool accessibleKeySelected(int key) const override { return highlighted_.at(static_cast<std::size_t>(key)); }
     void accessibleKeyPress(int key) override;
+    int accessibleFocusKey() const override { return focus_.key(); }
 
 signals:
     // A press on a key (−1: between keys); `extend` when Shift is held.
@@ -77,6 +80,8 @@ private:
     int hoverKeyItem_ = -1;
     QPointF ptMouseDown_;
     QRectF frameSelect_;
+    // Space: a click on the focused key; Shift+Space adds it to the selection.
+    KeyFocus focus_{this, *this, [this](int key, bool extend) { if (isEvent_) emit keyClicked(key, extend); }};
 };
 
 }  // namespace qx9

@@ -278,6 +278,7 @@ void KeyboardView::paintEvent(QPaintEvent*) {
     for (std::size_t i = 0; i < picture_.rects().size(); ++i) {
         if (selectKeyViews_[i].keyCheck) painter.drawRect(picture_.rects()[i].adjusted(1, 1, -1, -1));
     }
+    focus_.paint(painter);
 }
 
 }  // namespace qx9

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "layout/keyboard_layout.h"
+#include "widgets/key_focus.h"
 #include "widgets/key_label.h"
 #include "widgets/keyboard_accessible.h"
 #include "widgets/keyboard_picture.h"
@@ -104,6 +105,7 @@ public:
     bool accessibleKeysCheckable() const override { return isEvent_; }
     bool accessibleKeySelected(int key) const override { return key == selectKeyItem_; }
     void accessibleKeyPress(int key) override;
+    int accessibleFocusKey() const override { return focus_.key(); }
 
 signals:
     void ShowKeyboardToolTipWnd(const qx9::KeyboardToolTip& tip);
@@ -142,6 +144,7 @@ private:
     bool isEvent_ = false;
     bool customMode_ = false;
     bool bCreateImageView_ = false;
+    KeyFocus focus_{this, *this, [this](int key, bool) { accessibleKeyPress(key); }};  // Space: a click
 };
 
 }  // namespace qx9

@@ -181,6 +181,7 @@ private slots:
         QTRY_VERIFY((dialog = window_->findChild<CustomKeyViewController*>()) != nullptr);
         QTRY_VERIFY(dialog->isVisible());
         dialog->findChild<QComboBox*>("key_functiontype")->setCurrentIndex(1); QCoreApplication::processEvents();  // "Keyboard Function"
+        QTest::keyClick(dialog->findChild<QPushButton*>("keyfunc_capture"), Qt::Key_Space);  // from the keyboard
         QLineEdit* target = dialog->findChild<QLineEdit*>("keyfunc_edit");
         // Left Shift (evdev 42) and 1 (evdev 2), as the window system reports them: code + 8.
         QKeyEvent shift(QEvent::KeyPress, Qt::Key_Shift, Qt::ShiftModifier, 50, 0, 0);
@@ -188,7 +189,12 @@ private slots:
         QKeyEvent one(QEvent::KeyPress, Qt::Key_Exclam, Qt::ShiftModifier, 10, 0, 0);
         QApplication::sendEvent(target, &one);
         QCOMPARE(target->text(), QString("Left Shift + 1"));
-        QTest::mouseClick(dialog->findChild<QPushButton*>("key_savedatabtn"), Qt::LeftButton);
+        for (auto [key, code] : {std::pair{Qt::Key_Exclam, 10}, {Qt::Key_Shift, 50}}) {  // released: the capture ends
+            QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, quint32(code), 0, 0);
+            QApplication::sendEvent(target, &up);
+        }
+        QTRY_VERIFY(dialog->findChild<QPushButton*>("key_savedatabtn")->hasFocus());
+        QTest::keyClick(dialog->findChild<QPushButton*>("key_savedatabtn"), Qt::Key_Space);
         QTRY_COMPARE(controller_->keyPage()->keyboard()->keyMacro(0), QString("Left Shift + 1"));
     }
 

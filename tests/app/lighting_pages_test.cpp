@@ -182,6 +182,7 @@ private slots:
                 }
             }
         }
+        QCOMPARE(QAccessible::queryAccessibleInterface(child("light_radio_lightsleep0"))->role(), QAccessible::RadioButton);
         QCOMPARE(child<QLabel>("light_label_brightness")->text(), QString::fromStdString(CHSLanguage::getLan(531)));
         QCOMPARE(child<QListWidget>("light_mode_table")->item(19)->text(), QString::fromStdString(CHSLanguage::getLan(519)));
         QCOMPARE(child<QPushButton>("userlight_btn_apply")->text(), QString::fromStdString(CHSLanguage::getLan(561)));

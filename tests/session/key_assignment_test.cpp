@@ -96,6 +96,7 @@ TEST_F(KeyAssignmentTest, CapturedCombinationKeepsTheFirstTwoKeys) {
     EXPECT_EQ(d.keyText(), "Escape");
     d.viewDidAppear();
     d.selectFunctionType(1);  // "Keyboard Function"
+    d.beginCapture();
     ASSERT_TRUE(d.capturingKeys());
     session_->core.capture.captureKeyValue(225, 1, 1000);
     d.keyEvent();

@@ -96,6 +96,26 @@ private slots:
         QVERIFY(view_->selectKeyItem() == a && view_->isKeyHighlighted(a));
     }
 
+    // From the keyboard: the arrows go to the neighbouring key, Home and End to the ends, Space
+    // clicks the focused key; the key has the focus in the accessibility tree.
+    void arrowKeysMoveAndSpaceClicks() {
+        view_->setFocus();
+        QTRY_VERIFY(view_->hasFocus());
+        QAccessibleInterface* keys = QAccessible::queryAccessibleInterface(view_);
+        const std::pair<Qt::Key, const char*> steps[] = {
+            {Qt::Key_Right, "i1"},   {Qt::Key_Down, "q"},       {Qt::Key_Down, "a"},     {Qt::Key_Left, "capsLock"},
+            {Qt::Key_Up, "tab"},    {Qt::Key_End, "rightArrow"}, {Qt::Key_Up, "pageDown"}, {Qt::Key_Home, "escape"},
+            {Qt::Key_Left, "escape"}};
+        for (const auto& [press, name] : steps) {
+            QTest::keyClick(view_, press);
+            QCOMPARE(view_->accessibleFocusKey(), key(name));
+            QVERIFY(keys->child(key(name))->state().focused);
+        }
+        QTest::keyClick(view_, Qt::Key_Right);
+        QTest::keyClick(view_, Qt::Key_Space);
+        QCOMPARE(actions(), std::vector<std::string>{"i1"});
+        QCOMPARE(view_->selectKeyItem(), key("i1"));
+    }
 };
 
 int runKeyboardViewTests(int argc, char** argv) {
