@@ -32,12 +32,14 @@ OptionsResult parseAppOptions(int argc, char** argv, AppOptions& options) {
         o.setFlags(QCommandLineOption::HiddenFromHelp);
         parser.addOption(o);
     }
-    if (!parser.parse(arguments)) return {OptionsResult::kRefuse, parser.errorText().toStdString() + "\n" + parser.helpText().toStdString()};
-    if (parser.isSet(help)) return {OptionsResult::kPrint, parser.helpText().toStdString()};
+    // Before the application exists, Qt cannot name the program in the help.
+    const std::string helpText = parser.helpText().replace("<executable_name>", "halvorn-qx9").toStdString();
+    if (!parser.parse(arguments)) return {OptionsResult::kRefuse, parser.errorText().toStdString() + "\n" + helpText};
+    if (parser.isSet(help)) return {OptionsResult::kPrint, helpText};
     if (parser.isSet(version)) return {OptionsResult::kPrint, std::string("halvorn-qx9 ") + QX9_VERSION + "\n"};
     if (!parser.positionalArguments().isEmpty()) {
         return {OptionsResult::kRefuse, "unexpected argument " + parser.positionalArguments().front().toStdString() + "\n" +
-                                            parser.helpText().toStdString()};
+                                            helpText};
     }
     options.virtualKeyboard = parser.isSet(virtualKeyboard);
     options.virtualState = parser.value(virtualState).toStdString();

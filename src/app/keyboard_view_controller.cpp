@@ -196,12 +196,11 @@ void KeyboardViewController::initViewUI() {
     notice_->setObjectName("notice_label");
     notice_->setWordWrap(true);
     notice_->setContentsMargins(16, 8, 16, 8);
-    // The pages keep their place when it hides.
-    QSizePolicy keepRoom = notice_->sizePolicy();
-    keepRoom.setRetainSizeWhenHidden(true);
-    notice_->setSizePolicy(keepRoom);
+    // It lies over the foot of the window instead of taking room from the pages, so that nothing
+    // moves when it comes or goes.
+    notice_->setAttribute(Qt::WA_StyledBackground);
+    notice_->installEventFilter(this);  // a click puts it away
     notice_->hide();
-    layout->addWidget(notice_);
     noticeTimer_ = new QTimer(this);
     noticeTimer_->setSingleShot(true);
     noticeTimer_->setInterval(kNoticeMilliseconds);
@@ -225,6 +224,21 @@ void KeyboardViewController::initViewUI() {
     connect(customkey_view->keyboard(), &KeyboardView::ShowKeyboardToolTipWnd, this, &KeyboardViewController::showKeyToolTip);
     applyLanguage();
     syncPages();
+}
+
+bool KeyboardViewController::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == notice_ && event->type() == QEvent::MouseButtonPress) notice_->hide();
+    return QWidget::eventFilter(watched, event);
+}
+
+void KeyboardViewController::placeNotice() {
+    const int h = notice_->heightForWidth(width());
+    notice_->setGeometry(0, height() - h, width(), h);
+}
+
+void KeyboardViewController::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    placeNotice();
 }
 
 void KeyboardViewController::showEvent(QShowEvent* event) {
@@ -370,7 +384,9 @@ void KeyboardViewController::notice(const std::string& text) {
     accessHintShowing_ = false;
     const QString t = QString::fromStdString(text);
     notice_->setText(t);
+    placeNotice();
     notice_->show();
+    notice_->raise();
     noticeTimer_->start();
     emit noticeShown(t);
 }

@@ -74,11 +74,14 @@ signals:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void initViewUI();
     void viewDidAppear();
     void showKeyToolTip(const KeyboardToolTip& tip);
+    void placeNotice();
     void applyLanguage();
     void showPage(int pageCode);
     void syncPages();
