@@ -14,6 +14,7 @@
 #include "app/app_resources.h"
 #include "app/app_style.h"
 #include "app/keyboard_view_controller.h"
+#include "app/single_instance.h"
 #include "common/app_id.h"
 #include "common/console.h"
 
@@ -65,6 +66,10 @@ int main(int argc, char** argv) {
     qx9::applyAppStyle(app);
     quitOnTerminationSignals(app);
 
+    // A second start on the same database brings the first window to the front instead.
+    qx9::SingleInstance instance(QString::fromStdString(qx9::sessionDatabaseFile(options.database).string()));
+    if (instance.askRunningWindow()) return 0;
+
     QMainWindow window;  // closing it ends the application
     window.setObjectName("MainWindow");
     auto* controller = new qx9::KeyboardViewController(options, &window);
@@ -74,6 +79,7 @@ int main(int argc, char** argv) {
     window.adjustSize();
     if (QScreen* screen = window.screen()) window.move(screen->availableGeometry().center() - window.rect().center());
     window.show();
+    instance.serve(&window);
 
     qx9::AppDelegate delegate;
     delegate.applicationDidFinishLaunching(controller->session());

@@ -80,6 +80,11 @@ struct SessionConfig {
     bool sendOnWorker = false;
 };
 
+// The database file a session configured with `databaseFile` works on (see SessionConfig).
+inline std::filesystem::path sessionDatabaseFile(const std::filesystem::path& databaseFile) {
+    return DeviceSQLite::fileFor(databaseFile);
+}
+
 // What the user reads when the database file cannot be used, in the interface language: the cause,
 // and for a damaged or foreign file how to start afresh. %1 is replaced by `file`.
 std::string storeProblemText(StoreProblem problem, const std::filesystem::path& file);

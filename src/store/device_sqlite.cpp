@@ -54,6 +54,12 @@ std::int64_t DeviceSQLite::dataVersion() const {
     }
 }
 
+std::filesystem::path DeviceSQLite::fileFor(const std::filesystem::path& file) {
+    if (!file.empty()) return file;
+    const std::optional<std::filesystem::path> directory = databaseDirectory(kApplicationId);
+    return directory ? *directory / kDeviceDatabaseFileName : std::filesystem::path();
+}
+
 std::unique_ptr<DeviceSQLite> DeviceSQLite::openFile(const std::filesystem::path& file) {
     if (file.empty()) return std::make_unique<DeviceSQLite>(kDeviceDatabaseFileName);
     return std::make_unique<DeviceSQLite>(atPath(file));

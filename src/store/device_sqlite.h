@@ -76,6 +76,9 @@ public:
     static DeviceSQLite atPath(const std::filesystem::path& file);
     // `file`, or the application's own file in its data directory when `file` is empty.
     static std::unique_ptr<DeviceSQLite> openFile(const std::filesystem::path& file);
+    // The file openFile opens for `file`: itself, or for none the application's own (empty when
+    // the user has no data directory).
+    static std::filesystem::path fileFor(const std::filesystem::path& file);
     // A second connection to a file that another connection opened, for reading: nothing is
     // created and nothing written.
     static std::unique_ptr<DeviceSQLite> openForReading(const std::filesystem::path& file);
