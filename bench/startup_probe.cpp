@@ -1,6 +1,7 @@
 // Start-up probe: the application's own start (options, window, virtual keyboard), stopped at the
 // first paint of the main window. Prints the wall clock of that paint and the resident memory.
 #include <QApplication>
+#include <QLabel>
 #include <QMainWindow>
 #include <QTimer>
 #include <cstdio>
@@ -56,6 +57,17 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
+    // --bare: the reference, a plain Qt Widgets window of the same size with one label.
+    if (argc > 1 && std::string(argv[1]) == "--bare") {
+        QApplication app(argc, argv);
+        QMainWindow window;
+        window.setCentralWidget(new QLabel("HALVORN QX9"));
+        window.resize(1000, 640);
+        FirstPaint probe;
+        window.installEventFilter(&probe);
+        window.show();
+        return app.exec();
+    }
     qx9::AppOptions options;
     qx9::parseAppOptions(argc, argv, options);
     QApplication app(argc, argv);
