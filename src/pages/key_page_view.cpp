@@ -149,9 +149,7 @@ void KeyPageView::syncProfiles() {
 
 void KeyPageView::retranslate() {
     texts_.apply();
-    nameButton(addButton_, extraText(ExtraText::kAdd));
-    nameButton(deleteButton_, extraText(ExtraText::kDelete));
-    nameButton(renameButton_, extraText(ExtraText::kRename));
+    nameListButtons(addButton_, deleteButton_, renameButton_);
     customkey_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
     customkey_funcctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kKeyFunctions)));
 }

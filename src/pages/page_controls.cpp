@@ -9,6 +9,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "i18n/extra_texts.h"
 #include "i18n/language.h"
 
 namespace qx9 {
@@ -17,6 +18,12 @@ void nameButton(QWidget* button, const std::string& name) {
     const QString text = QString::fromStdString(name);
     button->setAccessibleName(text);
     button->setToolTip(text);
+}
+
+void nameListButtons(QWidget* add, QWidget* remove, QWidget* rename) {
+    nameButton(add, extraText(ExtraText::kAdd));
+    nameButton(remove, extraText(ExtraText::kDelete));
+    nameButton(rename, extraText(ExtraText::kRename));
 }
 
 QButtonGroup* radioGroup(std::initializer_list<QAbstractButton*> radios, QObject* parent) {

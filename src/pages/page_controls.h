@@ -38,6 +38,8 @@ void editCurrentRow(QListWidget* list);
 
 // An icon or symbol button's name, read by screen readers and shown as its tooltip.
 void nameButton(QWidget* button, const std::string& name);
+// The same for the add, delete and rename buttons of a list, in the interface language.
+void nameListButtons(QWidget* add, QWidget* remove, QWidget* rename);
 
 // Radios that form one group, whose state the page model decides: arrow keys move among them and
 // screen readers hear radio buttons of one group.

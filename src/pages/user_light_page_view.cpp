@@ -102,9 +102,7 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
 
 void UserLightPageView::retranslate() {
     texts_.apply();
-    nameButton(userlight_btn_add, extraText(ExtraText::kAdd));
-    nameButton(userlight_btn_del, extraText(ExtraText::kDelete));
-    nameButton(renameButton_, extraText(ExtraText::kRename));
+    nameListButtons(userlight_btn_add, userlight_btn_del, renameButton_);
     userlight_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
     userlight_table->setAccessibleName(QString::fromStdString(localizedText(textid::kUserLight)));
     note_->setText(QString::fromStdString(extraText(ExtraText::kKeysNotPainted)));
