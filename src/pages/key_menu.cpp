@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <map>
 #include <string>
 
@@ -27,9 +28,10 @@ QPushButton* menuRow(const char* name, int id, KeyMenuViewController* parent) {
 
 }  // namespace
 
-KeyMenuViewController::KeyMenuViewController(QWidget* parent) : QFrame(parent, Qt::Popup | Qt::FramelessWindowHint) {
+KeyMenuViewController::KeyMenuViewController(QWidget* parent) : QFrame(parent) {
     setObjectName("keyboardKeyMenu");
-    setAttribute(Qt::WA_NoMouseReplay);  // the press that closes the menu is passed on here
+    hide();
+    qApp->installEventFilter(this);  // a press or the focus elsewhere closes it
     menuitem_defaultkey = menuRow("menuitem_defaultkey", 101, this);
     menuitem_diablekey = menuRow("menuitem_diablekey", 102, this);
     menuitem_customkey = menuRow("menuitem_customkey", 103, this);
@@ -56,13 +58,28 @@ void KeyMenuViewController::mousePressEvent(QMouseEvent* event) {
     }
 }
 
+bool KeyMenuViewController::eventFilter(QObject* watched, QEvent* event) {
+    if (isVisible() && (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::FocusIn)) {
+        auto* w = qobject_cast<QWidget*>(watched);
+        if (w && w != this && !isAncestorOf(w)) hide();  // the press goes on to what it was aimed at
+    }
+    return QFrame::eventFilter(watched, event);
+}
+
 void KeyMenuViewController::showAt(const QPoint& globalPos) {
+    returnFocus_ = QApplication::focusWidget();
     menuitem_defaultkey->setText(QString::fromStdString(localizedText(101)));
     menuitem_diablekey->setText(QString::fromStdString(localizedText(102)));
     menuitem_customkey->setText(QString::fromStdString(localizedText(103)));
     hide();
     adjustSize();
-    move(globalPos);
+    // Within the window: below the point, or above it where the window ends.
+    const QWidget* window = parentWidget();
+    QPoint at = window->mapFromGlobal(globalPos);
+    if (at.y() + height() > window->height()) at.ry() -= height() + 30;
+    at.setX(std::clamp(at.x(), 0, std::max(0, window->width() - width())));
+    at.setY(std::clamp(at.y(), 0, std::max(0, window->height() - height())));
+    move(at);
     show();
     raise();
     menuitem_defaultkey->setFocus(Qt::PopupFocusReason);  // the arrows move on, Space chooses, Escape closes
@@ -71,6 +88,11 @@ void KeyMenuViewController::showAt(const QPoint& globalPos) {
 void KeyMenuViewController::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up) {
         focusNextPrevChild(event->key() == Qt::Key_Down);
+        return;
+    }
+    if (event->key() == Qt::Key_Escape) {
+        hide();
+        if (returnFocus_) returnFocus_->setFocus(Qt::PopupFocusReason);
         return;
     }
     QFrame::keyPressEvent(event);

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <QFrame>
+#include <QPointer>
 
 class QLabel;
 class QPushButton;
 
 namespace qx9 {
 
-// The key menu: three rows (101 "Default Function", 102 "Disable Keys", 103 "Custom
+// The key menu, a panel over the window (screen readers find it there): three rows (101 "Default Function", 102 "Disable Keys", 103 "Custom
 // Function"); a click emits MenuItemMouseUpAction with the row's id.
 class KeyMenuViewController : public QFrame {
     Q_OBJECT
@@ -24,11 +25,13 @@ protected:
     // key), so that no click is spent on closing the menu.
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QPushButton* menuitem_defaultkey;
     QPushButton* menuitem_diablekey;
     QPushButton* menuitem_customkey;
+    QPointer<QWidget> returnFocus_;  // where Escape puts the focus back
 };
 
 // The key tooltip: the key's name and its assignment.
