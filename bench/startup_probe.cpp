@@ -14,6 +14,9 @@
 #include "app/app_resources.h"
 #include "app/app_style.h"
 #include "app/keyboard_view_controller.h"
+#include "app/single_instance.h"
+#include "common/console.h"
+#include "session/session_core.h"
 
 namespace {
 
@@ -68,17 +71,24 @@ int main(int argc, char** argv) {
         window.show();
         return app.exec();
     }
+    // The window's own start, as main() makes it.
     qx9::AppOptions options;
     qx9::parseAppOptions(argc, argv, options);
+    static std::ostream discarded(nullptr);
+    if (!options.verbose) qx9::setConsoleStream(&discarded);
     QApplication app(argc, argv);
     qx9::initAppResources();
     qx9::applyAppStyle(app);
+    qx9::SingleInstance instance(QString::fromStdString(qx9::sessionDatabaseFile(options.database).string()));
+    if (instance.askRunningWindow()) return 1;
     QMainWindow window;
     auto* controller = new qx9::KeyboardViewController(options, &window);
     window.setCentralWidget(controller);
+    window.adjustSize();
     FirstPaint probe;
     window.installEventFilter(&probe);
     window.show();
+    instance.serve(&window);
     qx9::AppDelegate delegate;
     delegate.applicationDidFinishLaunching(controller->session());
     return app.exec();

@@ -40,7 +40,7 @@ void AppDelegate::createButtonStatusBar() {
     }
     // Desktops without a tray simply have no item; the window works the same.
     if (statusItem || !QSystemTrayIcon::isSystemTrayAvailable()) return;
-    statusItem = new QSystemTrayIcon(QIcon(":/images/tray_icon"), this);
+    statusItem = new QSystemTrayIcon(QIcon(":/images/tray_icon.svg"), this);
     statusItem->setToolTip("HALVORN QX9");
     statusItem->setContextMenu(quickButton);
     connect(statusItem, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {

@@ -2,13 +2,18 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QFontDatabase>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QStyleFactory>
 
+#include "i18n/language.h"
+
 namespace qx9 {
 
 namespace {
+
+constexpr double kInterfacePointSize = 10;
 
 const char* const kStyleSheet = R"(
 QWidget { color: #e6e7ea; }
@@ -101,11 +106,16 @@ void applyAppStyle(QApplication& app) {
     p.setColor(QPalette::ToolTipBase, QColor(0x24, 0x26, 0x2b));
     p.setColor(QPalette::ToolTipText, QColor(0xe6, 0xe7, 0xea));
     app.setPalette(p);
-    // Noto Sans CJK covers the Latin and the Chinese texts in one face.
-    QFont f("Noto Sans CJK SC");
-    f.setPointSizeF(10);
-    app.setFont(f);
     app.setStyleSheet(kStyleSheet);
+    setInterfaceFont(kLanguageEnglish);
+}
+
+void setInterfaceFont(int language) {
+    QFont f = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    if (language == kLanguageSimplifiedChinese) f.setFamilies({"Noto Sans CJK SC"});
+    if (language == kLanguageTraditionalChinese) f.setFamilies({"Noto Sans CJK TC"});
+    f.setPointSizeF(kInterfacePointSize);
+    if (QApplication::font() != f) QApplication::setFont(f);
 }
 
 }  // namespace qx9

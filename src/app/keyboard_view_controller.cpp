@@ -15,10 +15,12 @@
 #include <QToolButton>
 #include <QTranslator>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <algorithm>
 #include <cstdio>
 
 #include "app/app_resources.h"
+#include "app/app_style.h"
 #include "app/start_view.h"
 #include "virtual/virtual_qx9.h"
 #include "i18n/extra_texts.h"
@@ -49,6 +51,8 @@ constexpr int kProgressDelayMilliseconds = 200;
 constexpr int kDatabaseSettleMilliseconds = 40;
 // How long closing the window waits for the changes still queued for the keyboard.
 constexpr std::chrono::milliseconds kCloseWait{10000};
+// The room of the pages: the key page's, the largest (its drawn keyboard beside the profile list).
+constexpr QSize kPagesMinimumSize{918, 542};
 
 struct PageButton {
     int code;
@@ -120,7 +124,7 @@ void KeyboardViewController::initViewUI() {
     headerLayout->setContentsMargins(16, 8, 16, 8);
     home_btn = new QToolButton(header);
     home_btn->setObjectName("home_btn");
-    home_btn->setIcon(QIcon(":/images/icon_home"));
+    home_btn->setIcon(QIcon(":/images/icon_home.svg"));
     home_btn->setIconSize(QSize(22, 22));
     home_btn->setCursor(Qt::PointingHandCursor);
     connect(home_btn, &QToolButton::clicked, this, [this] { session_->device.button_action_home(); });
@@ -137,14 +141,6 @@ void KeyboardViewController::initViewUI() {
     transferLayout->setContentsMargins(0, 0, 16, 0);
     transferText_ = new QLabel(transfer_);
     transferText_->setObjectName("transfer_text");
-    // Room for the text in any language with a count of waiting changes, so that the header
-    // keeps it whole at the window's smallest size.
-    transferText_->ensurePolished();
-    int textWidth = 0;
-    for (const std::string& t : extraTextInEveryLanguage(ExtraText::kSending)) {
-        textWidth = std::max(textWidth, transferText_->fontMetrics().horizontalAdvance(QString::fromStdString(t) + " (+99)"));
-    }
-    transferText_->setMinimumWidth(textWidth);
     progress_ = new QProgressBar(transfer_);
     progress_->setObjectName("transfer_progress");
     progress_->setTextVisible(false);
@@ -165,19 +161,11 @@ void KeyboardViewController::initViewUI() {
         headerLayout->addWidget(b);
     }
 
+    // The pages are made when first shown: the key page's room is kept from the start, so that
+    // the window neither grows nor jumps when one of them is made.
     pages_ = new QStackedWidget(this);
-    customkey_view = new KeyPageView(*session_, pages_);
-    config_view = new SettingsPageView(*session_, pages_);
-    macro_view = new MacroPageView(*session_, pages_);
+    pages_->setMinimumSize(kPagesMinimumSize);
     colorPanel_ = new ColorPanel(*session_, this);
-    light_view = new LightingPageView(*session_, pages_);
-    userlight_view = new UserLightPageView(*session_, pages_);
-    pages_->addWidget(customkey_view);
-    pages_->addWidget(macro_view);
-    pages_->addWidget(light_view);
-    pages_->addWidget(userlight_view);
-    pages_->addWidget(config_view);
-    customkey_view->keyboard()->showingHomePage = [this] { return session_->device.showingHomePage(); };
 
     auto* body = new QStackedWidget(this);
     body->setObjectName("body");
@@ -215,19 +203,68 @@ void KeyboardViewController::initViewUI() {
     connect(databaseSettle_, &QTimer::timeout, this, [this] { session_->device.databaseWritten(); });
 
     qtTexts_ = new QTranslator(this);
+    applyLanguage();
+    syncPages();
+}
+
+KeyPageView* KeyboardViewController::keyPage() {
+    if (customkey_view) return customkey_view;
+    customkey_view = addPage(new KeyPageView(*session_, pages_));
+    customkey_view->keyboard()->showingHomePage = [this] { return session_->device.showingHomePage(); };
+    connect(customkey_view->keyboard(), &KeyboardView::ShowKeyboardToolTipWnd, this, &KeyboardViewController::showKeyToolTip);
+    customkey_view->syncKeys();
+    customkey_view->syncPalette();
+    customkey_view->syncLayerButtons();
+    customkey_view->syncFnModeButtons();
+    customkey_view->syncProfiles();
+    return customkey_view;
+}
+
+MacroPageView* KeyboardViewController::macroPage() {
+    if (!macro_view) addPage(macro_view = new MacroPageView(*session_, pages_))->sync();
+    return macro_view;
+}
+
+LightingPageView* KeyboardViewController::lightPage() {
+    if (!light_view) addPage(light_view = new LightingPageView(*session_, pages_))->sync();
+    return light_view;
+}
+
+UserLightPageView* KeyboardViewController::userLightPage() {
+    if (!userlight_view) addPage(userlight_view = new UserLightPageView(*session_, pages_))->sync();
+    return userlight_view;
+}
+
+SettingsPageView* KeyboardViewController::settingsPage() {
+    if (!config_view) addPage(config_view = new SettingsPageView(*session_, pages_))->sync();
+    return config_view;
+}
+
+template <class Page>
+Page* KeyboardViewController::addPage(Page* page) {
+    pages_->addWidget(page);
+    page->retranslate();
+    return page;
+}
+
+KeyMenuViewController* KeyboardViewController::keyMenu() {
+    if (keyboardKeyMenu) return keyboardKeyMenu;
     keyboardKeyMenu = new KeyMenuViewController(this);
     connect(keyboardKeyMenu, &KeyMenuViewController::MenuItemMouseUpAction, this, [this](int menuid) {
         keyboardKeyMenu->hide();
         session_->keys.MenuItemMouseUpAction(menuid);
     });
-    keyboardToolTips = new KBToolTipsViewController(this);
-    connect(customkey_view->keyboard(), &KeyboardView::ShowKeyboardToolTipWnd, this, &KeyboardViewController::showKeyToolTip);
-    applyLanguage();
-    syncPages();
+    return keyboardKeyMenu;
 }
 
 bool KeyboardViewController::eventFilter(QObject* watched, QEvent* event) {
     if (watched == notice_ && event->type() == QEvent::MouseButtonPress) notice_->hide();
+    // The window's first frame is drawn while its first expose is handled; what waited for it
+    // runs next.
+    if (event->type() == QEvent::Expose && watched == window()->windowHandle() && window()->windowHandle()->isExposed()) {
+        watched->removeEventFilter(this);
+        QTimer::singleShot(0, this, &KeyboardViewController::viewDidAppear);
+    }
     return QWidget::eventFilter(watched, event);
 }
 
@@ -243,15 +280,25 @@ void KeyboardViewController::resizeEvent(QResizeEvent* event) {
 
 void KeyboardViewController::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (!appeared_) {
-        appeared_ = true;
-        viewDidAppear();
+    if (appeared_) return;
+    appeared_ = true;
+    // The keyboards are looked for once the window has been drawn the first time: it appears
+    // without waiting for them.
+    QWindow* handle = window()->windowHandle();
+    if (handle && !handle->isExposed()) {
+        handle->installEventFilter(this);
+    } else {
+        QTimer::singleShot(0, this, &KeyboardViewController::viewDidAppear);
     }
 }
 
 void KeyboardViewController::showKeyToolTip(const KeyboardToolTip& tip) {
-    if (tip.show != 1) return keyboardToolTips->hide();
-    keyboardKeyMenu->hide();
+    if (tip.show != 1) {
+        if (keyboardToolTips) keyboardToolTips->hide();
+        return;
+    }
+    if (keyboardKeyMenu) keyboardKeyMenu->hide();
+    if (!keyboardToolTips) keyboardToolTips = new KBToolTipsViewController(this);
     const QPoint at = customkey_view->keyboard()->parentWidget()->mapToGlobal(QPointF(tip.x - 20, tip.y + 8).toPoint());
     const KeyNameEntry* e = G_KB_SuperKeyNameMap.find(tip.keyDesc);
     keyboardToolTips->showAt(at, QString::fromStdString(e ? e->full_name : tip.keyDesc), QString::fromStdString(tip.keyMacro));
@@ -307,16 +354,29 @@ void KeyboardViewController::showPage(int pageCode) {
 
 void KeyboardViewController::syncPages() {
     const int view = session_->device.viewType();
-    const int index = view == kPageKeys ? 0 : view == kPageMacros ? 1 : view == kPageBacklight ? 2 : view == kPageUserLight ? 3 : 4;
-    pages_->setCurrentIndex(index);
+    const bool home = session_->device.showingHomePage();
+    if (!home) {
+        QWidget* page = nullptr;
+        switch (view) {
+            case kPageKeys: page = keyPage(); break;
+            case kPageMacros: page = macroPage(); break;
+            case kPageBacklight: page = lightPage(); break;
+            case kPageUserLight: page = userLightPage(); break;
+            default: page = settingsPage(); break;
+        }
+        pages_->setCurrentWidget(page);
+    }
     for (const PageButton& p : kPageButtons) {
         const bool selected = p.code == view;
-        pageButtons_[p.code]->setIcon(QIcon(QString(":/images/%1%2").arg(p.icon, selected ? "_check" : "")));
+        // Each image is read once, when first shown.
+        QIcon& icon = pageIcons_[p.code][selected ? 1 : 0];
+        if (icon.isNull()) icon = QIcon(QString(":/images/%1%2.svg").arg(p.icon, selected ? "_check" : ""));
+        if (pageButtons_[p.code]->icon().cacheKey() != icon.cacheKey()) pageButtons_[p.code]->setIcon(icon);
         restyle(pageButtons_[p.code], "selected", selected);
     }
     auto* body = static_cast<QStackedWidget*>(nodevice_view->parentWidget());
-    body->setCurrentWidget(session_->device.showingHomePage() ? static_cast<QWidget*>(nodevice_view) : pages_);
-    for (auto& [code, b] : pageButtons_) b->setEnabled(!session_->device.showingHomePage());
+    body->setCurrentWidget(home ? static_cast<QWidget*>(nodevice_view) : pages_);
+    for (auto& [code, b] : pageButtons_) b->setEnabled(!home);
     nodevice_view->setConnected(session_->device.keyboardConnected());
 }
 
@@ -330,22 +390,28 @@ void KeyboardViewController::applyLanguage() {
         QCoreApplication::installTranslator(qtTexts_);
     }
     if (QWidget* w = window()) w->setWindowTitle(QString::fromStdString(session_->device.windowTitle()));
-    const auto name = [](QWidget* w, ExtraText id) {
-        const QString t = QString::fromStdString(extraText(id));
+    // The window's own words (the header, the start view, the notice) are in the system's
+    // language until a keyboard's stored language applies; the pages follow the interface language.
+    const int shown = session_->device.loaded() ? curLanguage : systemLanguage();
+    setInterfaceFont(shown);
+    const auto name = [shown](QWidget* w, ExtraText id) {
+        const QString t = QString::fromStdString(extraText(id, shown));
         w->setToolTip(t);
         w->setAccessibleName(t);
     };
     name(home_btn, ExtraText::kPageHome);
     for (const PageButton& p : kPageButtons) name(pageButtons_[p.code], p.label);
-    customkey_view->profileTable()->setAccessibleName(QString::fromStdString(extraText(ExtraText::kProfiles)));
-    notice_->setAccessibleName(QString::fromStdString(extraText(ExtraText::kNotice)));
-    customkey_view->retranslate();
-    config_view->retranslate();
-    macro_view->retranslate();
-    if (accessHintShowing_ && notice_->isVisible()) notice_->setText(QString::fromStdString(extraText(ExtraText::kInputAccessHint)));
-    nodevice_view->retranslate();
-    light_view->retranslate();
-    userlight_view->retranslate();
+    notice_->setAccessibleName(QString::fromStdString(extraText(ExtraText::kNotice, shown)));
+    if (accessHintShowing_ && notice_->isVisible()) notice_->setText(QString::fromStdString(extraText(ExtraText::kInputAccessHint, shown)));
+    nodevice_view->retranslate(shown);
+    // Room for the text with a count of waiting changes, so that the header keeps it whole at the
+    // window's smallest size.
+    transferText_->setMinimumWidth(transferText_->fontMetrics().horizontalAdvance(QString::fromStdString(extraText(ExtraText::kSending, shown)) + " (+99)"));
+    if (customkey_view) customkey_view->retranslate();
+    if (config_view) config_view->retranslate();
+    if (macro_view) macro_view->retranslate();
+    if (light_view) light_view->retranslate();
+    if (userlight_view) userlight_view->retranslate();
 }
 
 void KeyboardViewController::changed(SessionAspect aspect) {
@@ -355,22 +421,23 @@ void KeyboardViewController::changed(SessionAspect aspect) {
             if (QWidget* w = window()) w->setWindowTitle(QString::fromStdString(session_->device.windowTitle()));
             break;
         case SessionAspect::Page: syncPages(); break;
-        case SessionAspect::KeyView: customkey_view->syncKeys(); break;
-        case SessionAspect::Palette: customkey_view->syncPalette(); break;
-        case SessionAspect::FnLayer: customkey_view->syncLayerButtons(); break;
-        case SessionAspect::FnMode: customkey_view->syncFnModeButtons(); break;
-        case SessionAspect::ProfileList: customkey_view->syncProfiles(); break;
-        case SessionAspect::Settings: config_view->sync(); break;
+        // A page not made yet reads everything when it is.
+        case SessionAspect::KeyView: if (customkey_view) customkey_view->syncKeys(); break;
+        case SessionAspect::Palette: if (customkey_view) customkey_view->syncPalette(); break;
+        case SessionAspect::FnLayer: if (customkey_view) customkey_view->syncLayerButtons(); break;
+        case SessionAspect::FnMode: if (customkey_view) customkey_view->syncFnModeButtons(); break;
+        case SessionAspect::ProfileList: if (customkey_view) customkey_view->syncProfiles(); break;
+        case SessionAspect::Settings: if (config_view) config_view->sync(); break;
         case SessionAspect::Language:
             applyLanguage();
-            config_view->sync();
+            if (config_view) config_view->sync();
             break;
-        case SessionAspect::Macros: macro_view->sync(); break;
+        case SessionAspect::Macros: if (macro_view) macro_view->sync(); break;
         case SessionAspect::LightModes:
-            light_view->sync();
+            if (light_view) light_view->sync();
             colorPanel_->sync();
             break;
-        case SessionAspect::UserLights: userlight_view->sync(); break;
+        case SessionAspect::UserLights: if (userlight_view) userlight_view->sync(); break;
     }
 }
 
@@ -416,10 +483,10 @@ void KeyboardViewController::keystrokeCaptureStarted(bool readsEventDevices) {
 
 // At the pointer; under the key when it was pressed elsewhere (through the accessibility tree).
 void KeyboardViewController::showKeyMenu() {
-    const KeyboardView* kb = customkey_view->keyboard();
+    const KeyboardView* kb = keyPage()->keyboard();
     const QRect key = kb->selectKeyItem() == -1 ? QRect() : kb->keyRect(kb->selectKeyItem());
     const bool atPointer = key.isNull() || key.contains(kb->mapFromGlobal(QCursor::pos()));
-    keyboardKeyMenu->showAt(atPointer ? QCursor::pos() : kb->mapToGlobal(key.bottomLeft()));
+    keyMenu()->showAt(atPointer ? QCursor::pos() : kb->mapToGlobal(key.bottomLeft()));
 }
 
 void KeyboardViewController::showCustomKeyDialog() {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QIcon>
 #include <QWidget>
+#include <array>
 #include <map>
 #include <memory>
 
@@ -39,12 +41,14 @@ public:
     ~KeyboardViewController() override;
 
     KeyboardSession& session() { return *session_; }
-    KeyPageView* keyPage() const { return customkey_view; }
-    MacroPageView* macroPage() const { return macro_view; }
+    // The pages and the key menu, made when first asked for.
+    KeyPageView* keyPage();
+    MacroPageView* macroPage();
+    LightingPageView* lightPage();
+    UserLightPageView* userLightPage();
+    SettingsPageView* settingsPage();
+    KeyMenuViewController* keyMenu();
     StartView* startView() const { return nodevice_view; }
-    KeyMenuViewController* keyMenu() const { return keyboardKeyMenu; }
-    LightingPageView* lightPage() const { return light_view; }
-    UserLightPageView* userLightPage() const { return userlight_view; }
     ColorPanel* colorPanel() const { return colorPanel_; }
     const std::shared_ptr<VirtualQX9>& virtualKeyboard() const { return virtual_; }
 
@@ -85,6 +89,8 @@ private:
     void applyLanguage();
     void showPage(int pageCode);
     void syncPages();
+    template <class Page>
+    Page* addPage(Page* page);
 
     AppOptions options_;
     std::unique_ptr<KeyboardSession> session_;
@@ -106,6 +112,7 @@ private:
     QTimer* progressDelay_ = nullptr;
     QStackedWidget* pages_ = nullptr;
     std::map<int, QToolButton*> pageButtons_;
+    std::map<int, std::array<QIcon, 2>> pageIcons_;  // each page button's image, and selected
     QToolButton* home_btn = nullptr;
     KeyPageView* customkey_view = nullptr;
     SettingsPageView* config_view = nullptr;

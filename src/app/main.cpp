@@ -62,7 +62,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("HALVORN QX9");
     QApplication::setDesktopFileName(qx9::kApplicationId);
     qx9::initAppResources();
-    QApplication::setWindowIcon(QIcon(":/images/app_icon"));
+    QApplication::setWindowIcon(QIcon(":/images/app_icon.svg"));
     qx9::applyAppStyle(app);
     quitOnTerminationSignals(app);
 

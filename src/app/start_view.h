@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QIcon>
 #include <QWidget>
+
+#include "i18n/language.h"
 
 class QLabel;
 class QPushButton;
@@ -17,7 +20,8 @@ public:
     void setConnected(bool connected);
     // A QX9 is attached but its node could not be opened (empty: no such problem).
     void setAccessProblem(const QString& node);
-    void retranslate();
+    // Its lines in this language: the system's until a keyboard's stored language applies.
+    void retranslate(int language);
 
 signals:
     void keyboardClicked();
@@ -28,6 +32,9 @@ private:
     QLabel* status_;
     bool connected_ = false;
     QString accessProblem_;
+    int language_ = kLanguageEnglish;
+    QIcon connectedPicture_;
+    QIcon absentPicture_;
 };
 
 }  // namespace qx9

@@ -113,6 +113,7 @@ Texts textsOf(ExtraText id) {
         case ExtraText::kKey: return {"Key", "按键", "按鍵"};
         case ExtraText::kCaptureKeys: return {"Set keys", "设置按键", "設定按鍵"};
         case ExtraText::kPressTheKeys: return {"Press the keys", "请按下按键", "請按下按鍵"};
+        case ExtraText::kMouseButton: return {"Button", "按键", "按鍵"};
         case ExtraText::kKeysNotPainted:
             return {"F1–F12, ` and Right Ctrl share a key cap here and cannot be painted on this page.",
                     "F1–F12、` 和右 Ctrl 在此处与其他按键共用键位，无法在本页设置颜色。",

@@ -60,6 +60,7 @@ enum class ExtraText {
     kKey,             // the custom key dialog's field that shows the key
     kCaptureKeys,     // the custom key dialog's button that takes the next combination
     kPressTheKeys,    // its field while it takes them
+    kMouseButton,     // the macro page's label of the mouse button to insert
 };
 
 std::string extraText(ExtraText id);

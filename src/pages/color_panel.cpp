@@ -7,7 +7,11 @@
 namespace qx9 {
 
 ColorPanel::ColorPanel(KeyboardSession& session, QWidget* window)
-    : QObject(window), session_(session), dialog_(new QColorDialog(window)) {
+    : QObject(window), session_(session), window_(window) {}
+
+QColorDialog* ColorPanel::dialog() {
+    if (dialog_) return dialog_;
+    dialog_ = new QColorDialog(window_);
     dialog_->setObjectName("colorPanel");
     // Qt's own dialog: it reports every colour as it is picked, and screen readers reach it.
     dialog_->setOptions(QColorDialog::NoButtons | QColorDialog::DontUseNativeDialog);
@@ -24,13 +28,14 @@ ColorPanel::ColorPanel(KeyboardSession& session, QWidget* window)
     connect(dialog_, &QColorDialog::finished, this, [this] {
         if (!syncing_) session_.lighting.colorPanelClosed();
     });
+    return dialog_;
 }
 
 void ColorPanel::sync() {
     syncing_ = true;
     if (session_.lighting.colorPanel() == ColorPanelAction::Closed) {
-        dialog_->hide();
-    } else if (!dialog_->isVisible()) {
+        if (dialog_) dialog_->hide();
+    } else if (!dialog()->isVisible()) {
         // At the colour it edits: the swatch of the page that opened it.
         if (session_.lighting.colorPanel() == ColorPanelAction::LightColor) {
             dialog_->setCurrentColor(QColor::fromRgb(session_.lighting.light_btn_color()));

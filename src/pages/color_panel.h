@@ -17,13 +17,15 @@ class ColorPanel : public QObject {
 public:
     ColorPanel(KeyboardSession& session, QWidget* window);
 
-    QColorDialog* dialog() const { return dialog_; }
+    // The dialog, made when it is first needed.
+    QColorDialog* dialog();
     // Opens, raises or closes the dialog as the page model says.
     void sync();
 
 private:
     KeyboardSession& session_;
-    QColorDialog* dialog_;
+    QWidget* window_;
+    QColorDialog* dialog_ = nullptr;
     bool syncing_ = false;
 };
 

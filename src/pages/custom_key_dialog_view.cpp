@@ -34,6 +34,9 @@ CustomKeyViewController::CustomKeyViewController(KeyboardSession& session, QWidg
     keyfunctype_combox->setObjectName("key_functiontype");
     keyfunc_combox = new QComboBox(this);
     keyfunc_combox->setObjectName("key_function");
+    functionLabel_ = new QLabel(this);
+    functionLabel_->setObjectName("keyfunc_typelabel");
+    functionLabel_->setBuddy(keyfunc_combox);  // screen readers name the list after it
     keyfunc_edit = new QLineEdit(this);
     keyfunc_edit->setObjectName("keyfunc_edit");
     keyfunc_edit->setReadOnly(true);
@@ -70,6 +73,7 @@ CustomKeyViewController::CustomKeyViewController(KeyboardSession& session, QWidg
     grid->addWidget(key_textfield, 0, 0, 1, 2);
     grid->addWidget(keyfunc_label, 1, 0);
     grid->addWidget(keyfunctype_combox, 1, 1);
+    grid->addWidget(functionLabel_, 2, 0);
     grid->addWidget(keyfunc_combox, 2, 1);
     auto* captureRow = new QHBoxLayout;
     captureRow->addWidget(keyfunc_edit, 1);
@@ -136,6 +140,8 @@ void CustomKeyViewController::sync() {
     syncing_ = true;
     keyfunctype_combox->setCurrentIndex(model_->functionTypeIndex());
     keyfunc_combox->setVisible(model_->showsFunctionList());
+    functionLabel_->setText(keyfunctype_combox->currentText());
+    functionLabel_->setVisible(model_->showsFunctionList());
     keyfunc_edit->setVisible(model_->showsCombinationField());
     keyfunc_edit->setText(QString::fromStdString(model_->keyfuncEditText()));
     keyfunc_edit->setPlaceholderText(model_->capturingKeys() ? QString::fromStdString(extraText(ExtraText::kPressTheKeys)) : text(121));

@@ -40,6 +40,7 @@ private:
     QLineEdit* keyfunc_edit;
     QPushButton* captureButton_;
     QLabel* keyfunc_label;
+    QLabel* functionLabel_;  // the function list's, named after the chosen type
     QPushButton* key_savedatabtn;
     QLabel* label_macrotype;
     QComboBox* combox_macrotype;

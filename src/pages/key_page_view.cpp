@@ -42,7 +42,7 @@ KeyPageView::KeyPageView(KeyboardSession& session, QWidget* parent) : QWidget(pa
 
     customkey_keyboardctrl = new KeyboardView(this);
     customkey_keyboardctrl->setObjectName("customkey_keyboardctrl");
-    customkey_keyboardctrl->initKeyboard(":/images/img_keyboard_layout", session_.keys.keys());
+    customkey_keyboardctrl->initKeyboard(":/images/img_keyboard_layout.svg", session_.keys.keys());
 
     customkey_funcctrl = new CustomKeyFuncView(this);
     customkey_funcctrl->setObjectName("customkey_funcctrl");
@@ -152,6 +152,7 @@ void KeyPageView::retranslate() {
     nameListButtons(addButton_, deleteButton_, renameButton_);
     customkey_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
     customkey_funcctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kKeyFunctions)));
+    customkey_keyprofile->setAccessibleName(QString::fromStdString(extraText(ExtraText::kProfiles)));
 }
 
 void KeyPageView::beginRename() {

@@ -40,7 +40,7 @@ constexpr DirectionButton kDirectionButtons[] = {
 QIcon image(const QString& name) {
     static QHash<QString, QIcon> icons;
     auto it = icons.find(name);
-    if (it == icons.end()) it = icons.insert(name, QIcon(":/images/" + name));
+    if (it == icons.end()) it = icons.insert(name, QIcon(":/images/" + name + ".svg"));
     return *it;
 }
 
@@ -80,7 +80,7 @@ LightingPageView::LightingPageView(KeyboardSession& session, QWidget* parent) : 
 
     light_keyboardctrl = new KeyboardLightView(this);
     light_keyboardctrl->setObjectName("light_keyboardctrl");
-    light_keyboardctrl->initKeyboard(":/images/img_keyboard_layout", session_.keys.keys());
+    light_keyboardctrl->initKeyboard(":/images/img_keyboard_layout.svg", session_.keys.keys());
 
     colors_ = new ColorControls("light", this);
     connect(colors_, &ColorControls::colorButtonAction, this, [this](int preset) {

@@ -144,10 +144,13 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
     auto* insertPanel = texts_.add(panel("macro_insertpanel", this), 188);
     auto* insertLabel = texts_.add(heading("macro_label_insertevent", insertPanel), 188);
     insertevent_combox = named(new QComboBox(insertPanel), "insertevent_combox");
+    insertLabel->setBuddy(insertevent_combox);  // screen readers name the box after it
     keyboardevent_radiobutton = texts_.add(modelRadio("keyboardevent_radiobutton", insertPanel), 189);
     mouseevent_radiobutton = texts_.add(modelRadio("mouseevent_radiobutton", insertPanel), 190);
     delayevent_radiobutton = texts_.add(modelRadio("delayevent_radiobutton", insertPanel), 191);
     mousevent_combox = named(new QComboBox(insertPanel), "mousevent_combox");
+    mouseLabel_ = named(new QLabel(insertPanel), "macro_label_mousebutton");
+    mouseLabel_->setBuddy(mousevent_combox);  // screen readers name the box after it
     insertevent_edit = named(new QLineEdit(insertPanel), "insertevent_edit");
     insertevent_button = texts_.add(named(new QPushButton(insertPanel), "insertevent_button"), 192);
     recorddelay_radiobutton = texts_.add(modelRadio("recorddelay_radiobutton", insertPanel), 184);
@@ -172,7 +175,10 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
     insertLayout->addWidget(insertLabel);
     insertLayout->addWidget(insertevent_combox);
     insertLayout->addLayout(kinds);
-    insertLayout->addWidget(mousevent_combox);
+    auto* mouseRow = new QHBoxLayout;
+    mouseRow->addWidget(mouseLabel_);
+    mouseRow->addWidget(mousevent_combox, 1);
+    insertLayout->addLayout(mouseRow);
     insertLayout->addWidget(insertevent_edit);
     insertLayout->addWidget(insertevent_button);
     insertLayout->addSpacing(14);
@@ -222,10 +228,16 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
     connect(insertevent_button, &QPushButton::clicked, this, [&model] { model.button_action_insertevent(); });
     connect(macro_btn_save, &QPushButton::clicked, this, [&model] { model.button_action_saverecord(); });
 
-    // The page's key monitor, which never consumes an event. Application filters run
-    // last-installed first, and the keystroke capture installs its own after the window is
-    // built, so the capture state is up to date when this filter reads it.
-    qApp->installEventFilter(this);
+    // The page's key monitor: told of every key event of the application once the capture state
+    // holds it (the session, which the window ends after its pages, ends the monitor with it).
+    session_.input.setKeyMonitor([this](std::uint32_t code, bool pressed, bool autoRepeat, std::uint64_t time) {
+        // An event reaches the capture once for every object it passes through: the model is
+        // told of it once. Auto-repeats are not new key events.
+        const LastKey seen{code, pressed ? QEvent::KeyPress : QEvent::KeyRelease, time};
+        if (!isVisible() || autoRepeat || seen == lastKey_) return;
+        lastKey_ = seen;
+        session_.macros.localKeyEvent();
+    });
     record_tableview->installEventFilter(this);
     retranslate();
     sync();
@@ -233,16 +245,8 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
 
 bool MacroPageView::eventFilter(QObject* watched, QEvent* event) {
     const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
-    if (!key || !isVisible()) return QWidget::eventFilter(watched, event);
+    if (!key || watched != record_tableview) return QWidget::eventFilter(watched, event);
     const auto* keyEvent = static_cast<QKeyEvent*>(event);
-    // The key monitor. The application filter sees an event once for every object it passes
-    // through: the model is told of it once. Auto-repeats are not new key events.
-    const LastKey seen{keyEvent->nativeScanCode(), event->type(), keyEvent->timestamp()};
-    if (!keyEvent->isAutoRepeat() && seen != lastKey_) {
-        lastKey_ = seen;
-        session_.macros.localKeyEvent();
-    }
-    if (watched != record_tableview) return false;
     // The event list holds the focus while recording: the keys pressed are the macro, not
     // moves in the list. Otherwise Delete removes the selected event and its partner.
     if (session_.macros.macroRecordType() == MacroPage::kRecording) return true;
@@ -281,8 +285,7 @@ void MacroPageView::retranslate() {
     deleteEventButton_->setText(text(ExtraText::kDeleteEvent));
     macro_tableview->setAccessibleName(text(textid::kMacroList));
     record_tableview->setAccessibleName(text(textid::kMacroRecordList));
-    insertevent_combox->setAccessibleName(text(textid::kInsertEvent));
-    mousevent_combox->setAccessibleName(text(textid::kMouseEventRadio));
+    mouseLabel_->setText(text(ExtraText::kMouseButton));
     delaytime_edit->setAccessibleName(text(textid::kDefaultDelayRadio));
     shownRecords_.clear();  // mouse rows keep their stored texts; delays and keys relabel
     sync();
@@ -304,6 +307,7 @@ void MacroPageView::sync() {
     mousevent_combox->setEnabled(c.mousevent_combox);
     mousevent_combox->setCurrentIndex(c.mousevent_combox_index);
     mousevent_combox->setVisible(!c.mousevent_combox_hidden);
+    mouseLabel_->setVisible(!c.mousevent_combox_hidden);
     insertevent_edit->setVisible(!c.insertevent_edit_hidden);
     insertevent_edit->setEnabled(c.insertevent_edit);
     setTextKeepingCursor(insertevent_edit, QString::fromStdString(c.insertevent_edit_text));

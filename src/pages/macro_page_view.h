@@ -59,6 +59,7 @@ private:
     QRadioButton* mouseevent_radiobutton;
     QRadioButton* delayevent_radiobutton;
     QComboBox* mousevent_combox;
+    QLabel* mouseLabel_;  // names the mouse button box
     QLineEdit* insertevent_edit;
     QPushButton* insertevent_button;
     QRadioButton* recorddelay_radiobutton;

@@ -64,7 +64,7 @@ SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : 
 
     config_keyboardctrl = new KeyboardLightView(this);
     config_keyboardctrl->setObjectName("config_keyboardctrl");
-    config_keyboardctrl->initKeyboard(":/images/img_keyboard_layout", session_.keys.keys());
+    config_keyboardctrl->initKeyboard(":/images/img_keyboard_layout.svg", session_.keys.keys());
     config_keyboardctrl->setKeyColours(colorfulLightColours(session_.keys.keys()));
     combo_language->setMaximumWidth(kControlWidth);
 

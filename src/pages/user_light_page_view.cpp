@@ -40,7 +40,7 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
 
     userlight_keyboardctrl = new KeyboardLightView(this);
     userlight_keyboardctrl->setObjectName("userlight_keyboardctrl");
-    userlight_keyboardctrl->initKeyboard(":/images/img_keyboard_layout", session_.keys.keys());
+    userlight_keyboardctrl->initKeyboard(":/images/img_keyboard_layout.svg", session_.keys.keys());
     userlight_keyboardctrl->setEvent(true);
     connect(userlight_keyboardctrl, &KeyboardLightView::keyClicked, this, [this, &page](int key, bool shift) {
         // Shift as the keyboard's own state knows it (left Shift), or as the pointer event carries it.

@@ -37,6 +37,7 @@ bool InputCapture::readsEventDevices() const { return keylogger_ && keylogger_->
 
 void InputCapture::applicationKeyEvent(std::uint32_t nativeScanCode, bool pressed, bool autoRepeat, std::uint64_t eventTime) {
     if (keylogger_) keylogger_->applicationKeyEvent(nativeScanCode, pressed, autoRepeat, eventTime);
+    if (keyMonitor_) keyMonitor_(nativeScanCode, pressed, autoRepeat, eventTime);
 }
 
 int InputCapture::privilegeIntervalMilliseconds() { return static_cast<int>(PrivilegeMonitor::kInterval.count()); }

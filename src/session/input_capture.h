@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 namespace qx9 {
@@ -25,8 +26,11 @@ public:
     bool started() const { return keylogger_ != nullptr; }
     // Whether keys come from the keyboards' event nodes (otherwise from the window's key events).
     bool readsEventDevices() const;
-    // A key event of the application, before any page sees it.
+    // A key event of the application, before any page sees it. The key monitor is told of it once
+    // the capture state holds it.
     void applicationKeyEvent(std::uint32_t nativeScanCode, bool pressed, bool autoRepeat, std::uint64_t eventTime);
+    using KeyMonitor = std::function<void(std::uint32_t nativeScanCode, bool pressed, bool autoRepeat, std::uint64_t eventTime)>;
+    void setKeyMonitor(KeyMonitor monitor) { keyMonitor_ = std::move(monitor); }
 
     static int privilegeIntervalMilliseconds();
     // One permission check; false once no further one is needed.
@@ -38,6 +42,7 @@ private:
     SessionCore& core_;
     std::unique_ptr<Keylogger> keylogger_;
     std::unique_ptr<PrivilegeMonitor> privilege_;
+    KeyMonitor keyMonitor_;
 };
 
 }  // namespace qx9

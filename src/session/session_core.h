@@ -19,7 +19,9 @@
 namespace qx9 {
 
 // What a front end sees change. After a change it re-reads the session's state of that aspect.
+// Told in this order: the language first, so that a page made on a change is made in it.
 enum class SessionAspect {
+    Language,     // every text of the interface
     Connection,   // device present or not, title, start view
     Page,         // page shown, start view
     KeyView,      // texts and marks of the key page's keyboard
@@ -28,7 +30,6 @@ enum class SessionAspect {
     FnMode,       // default-key / Fn-key buttons
     ProfileList,  // rows and highlight of the profile table
     Settings,     // game-mode check boxes
-    Language,     // every text of the interface
     LightModes,   // backlight mode list and highlight
     UserLights,   // per-key lighting sets, the loaded set, key colours
     Macros,       // macro list and event list

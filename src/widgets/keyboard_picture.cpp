@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
+#include <QPixmapCache>
 #include <QSvgRenderer>
 
 namespace qx9 {
@@ -36,27 +37,48 @@ int KeyboardPicture::keyAt(const QPointF& p) const {
 }
 
 bool KeyboardPicture::load(const QString& path) {
-    svg_.reset();
+    path_ = path;
+    svgData_.clear();
     raster_ = QImage();
     if (path.isEmpty()) return false;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) return false;
     const QByteArray data = file.readAll();
     if (looksLikeSvg(data)) {
-        auto renderer = std::make_unique<QSvgRenderer>(data);
-        if (!renderer->isValid()) return false;
-        renderer->setAspectRatioMode(Qt::IgnoreAspectRatio);
-        svg_ = std::move(renderer);
+        // Read when it is first drawn, at the size it is drawn at.
+        svgData_ = data;
         return true;
     }
     raster_ = QImage::fromData(data);
     return !raster_.isNull();
 }
 
+QPixmap KeyboardPicture::rendered(const QSize& pixels, qreal ratio) const {
+    const QString key = QStringLiteral("qx9-keyboard:%1:%2x%3").arg(path_).arg(pixels.width()).arg(pixels.height());
+    QPixmap pixmap;
+    if (!QPixmapCache::find(key, &pixmap)) {
+        QSvgRenderer svg(svgData_);
+        if (!svg.isValid()) return {};
+        svg.setAspectRatioMode(Qt::IgnoreAspectRatio);
+        pixmap = QPixmap(pixels);
+        pixmap.fill(Qt::transparent);
+        QPainter p(&pixmap);
+        p.setRenderHint(QPainter::Antialiasing);
+        svg.render(&p, QRectF(QPointF(), QSizeF(pixels)));
+        p.end();
+        QPixmapCache::insert(key, pixmap);
+    }
+    pixmap.setDevicePixelRatio(ratio);
+    return pixmap;
+}
+
 void KeyboardPicture::paint(QPainter& painter) const {
     const QRectF frame(QPointF(), layout_.size);
-    if (svg_) {
-        svg_->render(&painter, frame);
+    if (!svgData_.isEmpty()) {
+        const qreal ratio = painter.device() ? painter.device()->devicePixelRatio() : 1.0;
+        const QPixmap pixmap = rendered((layout_.size * ratio).toSize(), ratio);
+        if (!pixmap.isNull()) return painter.drawPixmap(frame.topLeft(), pixmap);
+        paintBody(painter);  // a damaged picture
     } else if (!raster_.isNull()) {
         painter.drawImage(frame, raster_);
     } else {

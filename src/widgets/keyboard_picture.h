@@ -1,18 +1,18 @@
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
+#include <QPixmap>
 #include <QRectF>
 #include <QSizeF>
 #include <QString>
 
-#include <memory>
 #include <vector>
 
 #include "layout/keyboard_layout.h"
 #include "widgets/layout_geometry.h"
 
 class QPainter;
-class QSvgRenderer;
 
 namespace qx9 {
 
@@ -33,17 +33,20 @@ public:
     const std::vector<QRectF>& rects() const { return layout_.rects; }
     // The first key containing `p`, −1 between keys.
     int keyAt(const QPointF& p) const;
-    bool hasPicture() const { return svg_ || !raster_.isNull(); }
+    bool hasPicture() const { return !svgData_.isEmpty() || !raster_.isNull(); }
 
-    // Draws the picture (or the body) over the whole frame.
+    // Draws the picture (or the body) over the whole frame. An SVG picture is rendered once per
+    // size, and the rendering is shared by every keyboard that shows the same picture.
     void paint(QPainter& painter) const;
 
 private:
     bool load(const QString& path);
+    QPixmap rendered(const QSize& pixels, qreal ratio) const;
     void paintBody(QPainter& painter) const;
 
     WidgetLayout layout_;
-    std::unique_ptr<QSvgRenderer> svg_;
+    QString path_;
+    QByteArray svgData_;
     QImage raster_;
 };
 

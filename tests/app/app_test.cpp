@@ -20,11 +20,16 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include "app/app_delegate.h"
 #include "app/app_style.h"
 #include "app/keyboard_view_controller.h"
 #include "app/keystroke_capture.h"
+#include "app/single_instance.h"
 #include "app/start_view.h"
 #include "cli/ctl.h"
 #include "virtual/virtual_qx9.h"
@@ -35,6 +40,7 @@
 #include "pages/key_menu.h"
 #include "pages/key_page_view.h"
 #include "pages/macro_page_view.h"
+#include "pages/settings_page_view.h"
 #include "support/sql_value.h"
 #include "virtual_window.h"
 #include "widgets/custom_key_func_view.h"
@@ -47,8 +53,14 @@ class AppTest : public QObject {
 
     QString database() const { return dir_.path() + "/app-test.sqlite3"; }
     std::string sql(const std::string& query) { return test::sqlValue(database().toStdString(), query); }
+    // The language box of the settings page, which need not be the page shown.
+    void chooseLanguage(int row) {
+        controller_->settingsPage()->findChild<QComboBox*>("combo_language")->setCurrentIndex(row);
+        QCoreApplication::processEvents();
+    }
     template <typename T>
     T* child(const char* name) {
+        QCoreApplication::processEvents();  // a page is made when the change that shows it arrives
         T* w = window_->findChild<T*>(name);
         if (!w) qFatal("no widget %s", name);
         return w;
@@ -129,9 +141,9 @@ private slots:
         QCOMPARE(top->text(), QString("Top Layer"));
         QTest::mouseClick(child<QToolButton>("config_btn"), Qt::LeftButton);
         QCOMPARE(controller_->session().device.viewType(), int(kPageSettings));
-        child<QComboBox>("combo_language")->setCurrentIndex(1); QCoreApplication::processEvents();
+        chooseLanguage(1);
         QCOMPARE(top->text(), QString::fromStdString(CHSLanguage::getLan(90)));
-        child<QComboBox>("combo_language")->setCurrentIndex(0); QCoreApplication::processEvents();
+        chooseLanguage(0);
         QCOMPARE(top->text(), QString("Top Layer"));
         QTest::mouseClick(child<QToolButton>("home_btn"), Qt::LeftButton);
         QTRY_VERIFY(controller_->startView()->isVisible());
@@ -142,7 +154,7 @@ private slots:
         window_->resize(window_->minimumSizeHint());
         KeyboardView* kb = controller_->keyPage()->keyboard();
         for (int language = 0; language < 3; ++language) {
-            child<QComboBox>("combo_language")->setCurrentIndex(language); QCoreApplication::processEvents();
+            chooseLanguage(language);
             clickKey(33 + language);  // disabled, the longest text the menu gives; one spot twice would be a double click
             QTRY_VERIFY(controller_->keyMenu()->isVisible());
             QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_diablekey"), Qt::LeftButton);
@@ -206,8 +218,9 @@ private slots:
         QTest::mouseClick(child<QToolButton>("config_btn"), Qt::LeftButton);
         for (const char* reset : {"btn_resetmousedata", "btn_resetalldata"}) {
             for (Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+                auto* button = child<QAbstractButton>(reset);
                 QTimer::singleShot(0, [key] { QTest::keyClick(QApplication::activeModalWidget(), key); });
-                click(reset);
+                QTest::mouseClick(button, Qt::LeftButton);
                 QCOMPARE(sql("SELECT count(*) FROM t_keyprofile"), disabled);
             }
         }
@@ -247,14 +260,46 @@ private slots:
         tray.statusMenu()->hide();
     }
 
+    // A second start on the same file reaches the first window; a socket left behind by a window
+    // that was killed does not stop the next one.
+    void oneWindowPerDatabase() {
+        QTemporaryDir dir;
+        const QString file = dir.filePath("one.sqlite3");
+        QByteArray path;
+        {
+            SingleInstance first(file);
+            path = first.path();
+            QVERIFY(!first.askRunningWindow());
+            QVERIFY(first.serve(window_));
+            struct stat st {};
+            QVERIFY(::stat(path.constData(), &st) == 0 && (st.st_mode & (S_IRWXG | S_IRWXO)) == 0);
+            QSignalSpy asked(&first, &SingleInstance::asked);
+            QVERIFY(SingleInstance(file).askRunningWindow());
+            QTRY_COMPARE(asked.count(), 1);
+            QVERIFY(!SingleInstance(dir.filePath("other.sqlite3")).askRunningWindow());
+        }
+        QVERIFY(::access(path.constData(), F_OK) != 0);
+        sockaddr_un address {};
+        address.sun_family = AF_UNIX;
+        std::memcpy(address.sun_path, path.constData(), std::size_t(path.size()));
+        const int stale = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        QVERIFY(::bind(stale, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0);
+        ::close(stale);
+        SingleInstance next(file);
+        QVERIFY(!next.askRunningWindow());
+        QVERIFY(next.serve(window_));
+        QVERIFY(SingleInstance(file).askRunningWindow());
+    }
+
     void nothingCutOffAtTheMinimumSize() {
+        const QSize beforeAnyPage = window_->minimumSizeHint();  // pages are made as they are shown
         enterPages();
         // The transfer in the header too: another program holds the keyboard throughout.
         QVERIFY(controller_->virtualKeyboard()->lockExclusive(std::chrono::seconds(1)));
         QTest::mouseClick(child<QToolButton>("light_btn"), Qt::LeftButton);
         QTRY_VERIFY(child<QWidget>("transfer_bar")->isVisible());
         for (int language = 0; language < 3; ++language) {
-            child<QComboBox>("combo_language")->setCurrentIndex(language); QCoreApplication::processEvents();
+            chooseLanguage(language);
             for (const char* page : {"customkey_btn", "macro_btn", "light_btn", "userlight_btn", "config_btn"}) {
                 QTest::mouseClick(child<QToolButton>(page), Qt::LeftButton);
                 window_->resize(window_->minimumSizeHint());
@@ -272,6 +317,7 @@ private slots:
             }
         }
         controller_->virtualKeyboard()->unlock();
+        QCOMPARE(window_->minimumSizeHint(), beforeAnyPage);
     }
 
     void followsAScriptOnTheSameDatabase();
@@ -302,7 +348,7 @@ private slots:
         key(79, true, 2);   // keypad 1: the keyboard cannot play it
         key(30, true, 3);
         key(30, false, 4);
-        QVERIFY(child<QLabel>("macro_label_recordstate")->text().contains("Keys skipped: 1 "));
+        QVERIFY2(child<QLabel>("macro_label_recordstate")->text().contains("Keys skipped: 1 "), qPrintable(child<QLabel>("macro_label_recordstate")->text()));
         if (closeWindow) {  // what was recorded is kept and sent, as Stop would
             const std::shared_ptr<VirtualQX9> keyboard = controller_->virtualKeyboard();
             delete window_;

@@ -18,6 +18,9 @@
 #include "i18n/language.h"
 #include "layout/key_maps.h"
 #include "pages/color_panel.h"
+#include "pages/lighting_page_view.h"
+#include "pages/settings_page_view.h"
+#include "pages/user_light_page_view.h"
 #include "support/sql_value.h"
 #include "virtual_window.h"
 #include "widgets/color_button.h"
@@ -37,8 +40,13 @@ class LightingPagesTest : public QObject {
     std::string lightByte(const char* column, int mode) {
         return sql(std::string("SELECT ") + column + " FROM t_lightdata WHERE profId = 1 AND mode = " + std::to_string(mode));
     }
+    void chooseLanguage(int row) {
+        controller_->settingsPage()->findChild<QComboBox*>("combo_language")->setCurrentIndex(row);
+        QCoreApplication::processEvents();
+    }
     template <typename T = QWidget>
     T* child(const char* name) {
+        QCoreApplication::processEvents();  // a page is made when the change that shows it arrives
         T* w = window_->findChild<T*>(name);
         if (!w) qFatal("no widget %s", name);
         return w;
@@ -103,6 +111,7 @@ private slots:
         click("light_btn_color5");
         QCOMPARE(sentLight().red * 65536 + sentLight().green * 256 + sentLight().blue, 0x0089FD);
         QCOMPARE(child<ColorButton>("light_btn_color")->btn_color(), QColor(0, 137, 253));
+        controller_->userLightPage();  // made now, it shows the shared colour too
         QCOMPARE(child<QLineEdit>("userlight_edit_color_b")->text(), "253");  // the other page's fields
 
         click("light_btn_color");
@@ -169,9 +178,9 @@ private slots:
 
     void everyControlNamedAndRelabelled() {
         openPage("config_btn");
-        child<QComboBox>("combo_language")->setCurrentIndex(1); QCoreApplication::processEvents();
-        for (const char* page : {"light_view", "userlight_view"}) {
-            QList<QAccessibleInterface*> todo{QAccessible::queryAccessibleInterface(child(page))};
+        chooseLanguage(1);
+        for (QWidget* page : {static_cast<QWidget*>(controller_->lightPage()), static_cast<QWidget*>(controller_->userLightPage())}) {
+            QList<QAccessibleInterface*> todo{QAccessible::queryAccessibleInterface(page)};
             while (!todo.isEmpty()) {
                 QAccessibleInterface* a = todo.takeLast();
                 for (int i = 0; i < a->childCount(); ++i) todo.append(a->child(i));
