@@ -27,7 +27,7 @@ QMainWindow, #KeyboardViewController, QStackedWidget, #nodevice_view, QDialog { 
 #header QToolButton[selected="true"] { background: #2e2118; }
 #startview_title { font-size: 22px; font-weight: 600; color: #f2f3f5; }
 #startview_status { font-size: 13px; color: #a9adb5; }
-QPushButton#keyboard_connect { border: none; background: transparent; }
+QPushButton#keyboard_connect { border: none; background: transparent; outline: none; }
 QPushButton[role="segment"] { background: #333333; border: 1px solid #3d3d3d; padding: 6px 14px; color: #c9ccd2; }
 QPushButton[role="segment"][active="true"] { background: #CA5100; border-color: #CA5100; color: #ffffff; }
 QPushButton[role="segment"]:hover { border-color: #CA5100; }
@@ -77,6 +77,8 @@ QSlider::sub-page:horizontal { background: #CA5100; border-radius: 2px; }
 QSlider::sub-page:horizontal:disabled { background: #4a4e57; }
 QSlider::handle:horizontal { background: #e6e7ea; width: 14px; margin: -5px 0; border-radius: 7px; }
 QSlider::handle:horizontal:disabled { background: #6a6e77; }
+QPushButton:focus, QToolButton:focus, #header QToolButton:focus, QListWidget:focus { border: 1px solid #f2f3f5; }
+QPushButton#keyboard_connect:focus { border: 1px solid #f2f3f5; border-radius: 8px; }
 )";
 
 // Fusion, without the theme icons it would put on the buttons of message boxes and dialogs.

@@ -82,12 +82,17 @@ void KeyMenuViewController::showAt(const QPoint& globalPos) {
     move(at);
     show();
     raise();
-    menuitem_defaultkey->setFocus(Qt::PopupFocusReason);  // the arrows move on, Space chooses, Escape closes
+    menuitem_defaultkey->setFocus(Qt::PopupFocusReason);  // the arrows move on, Space or Return chooses, Escape closes
 }
 
 void KeyMenuViewController::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up) {
         focusNextPrevChild(event->key() == Qt::Key_Down);
+        return;
+    }
+    // Return and Enter choose too, as in any menu.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (auto* item = qobject_cast<QPushButton*>(focusWidget())) item->click();
         return;
     }
     if (event->key() == Qt::Key_Escape) {

@@ -184,11 +184,15 @@ private slots:
         QCOMPARE(funcs->child(0)->text(QAccessible::Name), "Escape");
     }
 
-    void customDialogCapturesShiftAndOne() {
+    void customDialogCapturesShiftAndOne() {  // by keyboard alone
         enterPages();
-        clickKey(0);  // escape
+        KeyboardView* kb = controller_->keyPage()->keyboard();
+        kb->setFocus();
+        QTest::keyClick(kb, Qt::Key_Space);  // the focused key: Escape
         QTRY_VERIFY(controller_->keyMenu()->isVisible());
-        QTest::mouseClick(controller_->keyMenu()->findChild<QPushButton*>("menuitem_customkey"), Qt::LeftButton);
+        for (Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}) {  // the third item, "Custom Function"
+            QTest::keyClick(controller_->keyMenu()->focusWidget(), key);
+        }
         CustomKeyViewController* dialog = nullptr;
         QTRY_VERIFY((dialog = window_->findChild<CustomKeyViewController*>()) != nullptr);
         QTRY_VERIFY(dialog->isVisible());
