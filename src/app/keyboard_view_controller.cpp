@@ -207,9 +207,20 @@ void KeyboardViewController::initViewUI() {
     syncPages();
 }
 
+// A page is made the first time it is asked for, in the current language and with the session's state.
+template <class Page>
+Page* KeyboardViewController::page(Page*& slot) {
+    if (slot) return slot;
+    slot = new Page(*session_, pages_);
+    pages_->addWidget(slot);
+    slot->retranslate();
+    if constexpr (requires { slot->sync(); }) slot->sync();
+    return slot;
+}
+
 KeyPageView* KeyboardViewController::keyPage() {
     if (customkey_view) return customkey_view;
-    customkey_view = addPage(new KeyPageView(*session_, pages_));
+    page(customkey_view);
     customkey_view->keyboard()->showingHomePage = [this] { return session_->device.showingHomePage(); };
     connect(customkey_view->keyboard(), &KeyboardView::ShowKeyboardToolTipWnd, this, &KeyboardViewController::showKeyToolTip);
     customkey_view->syncKeys();
@@ -220,32 +231,10 @@ KeyPageView* KeyboardViewController::keyPage() {
     return customkey_view;
 }
 
-MacroPageView* KeyboardViewController::macroPage() {
-    if (!macro_view) addPage(macro_view = new MacroPageView(*session_, pages_))->sync();
-    return macro_view;
-}
-
-LightingPageView* KeyboardViewController::lightPage() {
-    if (!light_view) addPage(light_view = new LightingPageView(*session_, pages_))->sync();
-    return light_view;
-}
-
-UserLightPageView* KeyboardViewController::userLightPage() {
-    if (!userlight_view) addPage(userlight_view = new UserLightPageView(*session_, pages_))->sync();
-    return userlight_view;
-}
-
-SettingsPageView* KeyboardViewController::settingsPage() {
-    if (!config_view) addPage(config_view = new SettingsPageView(*session_, pages_))->sync();
-    return config_view;
-}
-
-template <class Page>
-Page* KeyboardViewController::addPage(Page* page) {
-    pages_->addWidget(page);
-    page->retranslate();
-    return page;
-}
+MacroPageView* KeyboardViewController::macroPage() { return page(macro_view); }
+LightingPageView* KeyboardViewController::lightPage() { return page(light_view); }
+UserLightPageView* KeyboardViewController::userLightPage() { return page(userlight_view); }
+SettingsPageView* KeyboardViewController::settingsPage() { return page(config_view); }
 
 KeyMenuViewController* KeyboardViewController::keyMenu() {
     if (keyboardKeyMenu) return keyboardKeyMenu;

@@ -90,7 +90,7 @@ private:
     void showPage(int pageCode);
     void syncPages();
     template <class Page>
-    Page* addPage(Page* page);
+    Page* page(Page*& slot);
 
     AppOptions options_;
     std::unique_ptr<KeyboardSession> session_;
