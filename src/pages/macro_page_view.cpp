@@ -239,17 +239,39 @@ MacroPageView::MacroPageView(KeyboardSession& session, QWidget* parent) : QWidge
         session_.macros.localKeyEvent();
     });
     record_tableview->installEventFilter(this);
+    record_button->installEventFilter(this);
     retranslate();
     sync();
 }
 
 bool MacroPageView::eventFilter(QObject* watched, QEvent* event) {
+    // A pointer on Record or Stop: the recording is the pointer's.
+    if (watched == record_button && event->type() == QEvent::MouseButtonPress) recordingByKeyboard_ = false;
     const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
-    if (!key || watched != record_tableview) return QWidget::eventFilter(watched, event);
+    if (!key) return QWidget::eventFilter(watched, event);
     const auto* keyEvent = static_cast<QKeyEvent*>(event);
+    const bool recording = session_.macros.macroRecordType() == MacroPage::kRecording;
+    const bool choose = keyEvent->key() == Qt::Key_Space || keyEvent->key() == Qt::Key_Return || keyEvent->key() == Qt::Key_Enter;
+    if (watched == record_button) {
+        if (!recording) {
+            // Record chosen from the keyboard (Space or Return): Stop will be too.
+            if (!choose || event->type() != QEvent::KeyPress) return false;
+            recordingByKeyboard_ = true;
+            if (keyEvent->key() == Qt::Key_Space) return false;  // the button clicks as Space goes up
+            record_button->click();
+            return true;
+        }
+        // Recording: every key is part of the macro except the one that stops it.
+        if (choose && event->type() == QEvent::KeyPress && !keyEvent->isAutoRepeat()) {
+            recordingByKeyboard_ = false;
+            session_.macros.stopRecordingFromKeyboard();
+        }
+        return true;
+    }
+    if (watched != record_tableview) return false;
     // The event list holds the focus while recording: the keys pressed are the macro, not
     // moves in the list. Otherwise Delete removes the selected event and its partner.
-    if (session_.macros.macroRecordType() == MacroPage::kRecording) return true;
+    if (recording) return true;
     if (event->type() == QEvent::KeyPress && keyEvent->key() == Qt::Key_Delete) {
         session_.macros.button_action_delrecord();
         return true;
@@ -328,11 +350,12 @@ void MacroPageView::sync() {
     }
     const bool recording = model.macroRecordType() == MacroPage::kRecording;
     record_button->setEnabled(c.record_button);
-    // Reached by Tab to start; while it records, focus stays off it, so a recorded Space or
-    // Return does not stop the recording.
-    record_button->setFocusPolicy(recording ? Qt::NoFocus : Qt::StrongFocus);
+    // Reached by Tab to start. A recording started with the pointer keeps the focus off it, so a
+    // recorded Space or Return does not stop it; one started from the keyboard keeps the focus on
+    // it, and Space or Return there stops it.
+    record_button->setFocusPolicy(recording && !recordingByKeyboard_ ? Qt::NoFocus : Qt::StrongFocus);
     record_button->setText(text(c.record_button_title));
-    if (restyle(record_button, "recording", recording) && recording) record_tableview->setFocus();
+    if (restyle(record_button, "recording", recording) && recording && !recordingByKeyboard_) record_tableview->setFocus();
     QStringList state;
     if (recording) state << text(ExtraText::kMacroRecording).arg(model.RecordListDatas().size());
     if (model.skippedKeys() > 0) {

@@ -75,6 +75,9 @@ private:
         bool operator==(const LastKey&) const = default;
     };
     LastKey lastKey_;
+    // The recording was started from the keyboard: Stop keeps the focus, and Space or Return on
+    // it stops (every other key is recorded).
+    bool recordingByKeyboard_ = false;
     QStringList shownMacros_;
     QStringList shownRecords_;
     bool syncing_ = false;

@@ -141,6 +141,9 @@ public:
     // release and modifier change it receives, after the capture has updated its state.
     void setClock(MacroClock clock);
     void button_action_recordmacro();
+    // Stop chosen from the keyboard while recording: the press of the key that chose it went into
+    // the recording and is not part of the macro (nor the delay before it).
+    void stopRecordingFromKeyboard();
     void startMacroRecord();
     void localKeyEvent();  // the local monitor's handler: fillMacroRecord while installed
     void fillMacroRecord();

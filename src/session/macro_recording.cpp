@@ -42,6 +42,16 @@ void MacroPage::button_action_recordmacro() {
     }
 }
 
+void MacroPage::stopRecordingFromKeyboard() {
+    if (macroRecordType_ != kRecording) return;
+    const std::int64_t stopKey = core_.capture.GLOBAL_LAST_PRESS_KEY_SCANCODE;
+    if (!records_.empty() && records_.back().type == kRecordKeyDown && records_.back().value == stopKey) {
+        records_.pop_back();
+        if (!records_.empty() && records_.back().type == kRecordDelay) records_.pop_back();
+    }
+    button_action_recordmacro();
+}
+
 void MacroPage::resetAfterRecording() {
     insertKindRadios(false, false, true);
     controls_.eventRadiosEnabled = true;

@@ -332,21 +332,26 @@ private slots:
         QTest::addColumn<QString>("mode");
         QTest::addColumn<QStringList>("recorded");
         QTest::addColumn<bool>("closeWindow");  // closed while recording instead of Stop
+        QTest::addColumn<bool>("byKeyboard");   // Record and Stop chosen with Space
         const QStringList withDelays{"[KEY DOWN] Left Shift", "[Delay:ms]", "[KEY DOWN] A", "[Delay:ms]", "[KEY UP] A"};
-        QTest::newRow("recording delay") << "recorddelay_radiobutton" << withDelays << false;
-        QTest::newRow("no delay") << "nodelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[KEY DOWN] A", "[KEY UP] A"} << false;
-        QTest::newRow("default delay") << "defaultdelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms] 30", "[KEY DOWN] A", "[Delay:ms] 30", "[KEY UP] A"} << false;
-        QTest::newRow("window closed") << "recorddelay_radiobutton" << withDelays << true;
+        QTest::newRow("recording delay") << "recorddelay_radiobutton" << withDelays << false << false;
+        QTest::newRow("no delay") << "nodelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[KEY DOWN] A", "[KEY UP] A"} << false << false;
+        QTest::newRow("default delay") << "defaultdelay_radiobutton" << QStringList{"[KEY DOWN] Left Shift", "[Delay:ms] 30", "[KEY DOWN] A", "[Delay:ms] 30", "[KEY UP] A"} << false << false;
+        QTest::newRow("window closed") << "recorddelay_radiobutton" << withDelays << true << false;
+        QTest::newRow("from the keyboard") << "recorddelay_radiobutton" << withDelays << false << true;
     }
 
     void macroRecording() {
         QFETCH(QString, mode);
         QFETCH(QStringList, recorded);
         QFETCH(bool, closeWindow);
+        QFETCH(bool, byKeyboard);
         newMacro();
         click(qPrintable(mode));
         if (mode.startsWith("default")) QTest::keyClicks(child<QLineEdit>("delaytime_edit"), "30");
-        click("record_button");
+        auto* record = child<QPushButton>("record_button");
+        if (byKeyboard) QTest::keyClick(record, Qt::Key_Space);
+        else click("record_button");
         QCOMPARE(child<QPushButton>("record_button")->text(), QString::fromStdString(localizedText(textid::kStopRecord)));
         key(42, true, 1);   // Left Shift
         key(79, true, 2);   // keypad 1: the keyboard cannot play it
@@ -361,7 +366,16 @@ private slots:
             QCOMPARE(decodeMacros(keyboard->memory()).at(0).events.size(), std::size_t(recorded.size()));
             return;
         }
-        click("record_button");
+        if (byKeyboard) {
+            // Stop keeps the focus; the Space that chooses it is not part of the macro.
+            QCOMPARE(record->focusPolicy(), Qt::StrongFocus);
+            QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, 57 + 8, 0, 0);
+            space.setTimestamp(5);
+            QApplication::sendEvent(record, &space);
+            QCoreApplication::processEvents();
+        } else {
+            click("record_button");
+        }
         QStringList shown = events();
         for (QString& row : shown) row.remove(QRegularExpression(" \\d+$"));  // recorded delays depend on the clock
         for (QString& row : recorded) row.remove(QRegularExpression(" \\d+$"));
