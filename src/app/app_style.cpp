@@ -78,6 +78,8 @@ QSlider::sub-page:horizontal:disabled { background: #4a4e57; }
 QSlider::handle:horizontal { background: #e6e7ea; width: 14px; margin: -5px 0; border-radius: 7px; }
 QSlider::handle:horizontal:disabled { background: #6a6e77; }
 QPushButton:focus, QToolButton:focus, #header QToolButton:focus, QListWidget:focus { border: 1px solid #f2f3f5; }
+QSlider::handle:horizontal:focus { background: #ffffff; border: 2px solid #CA5100; }
+QRadioButton:focus, QCheckBox:focus { color: #ffffff; text-decoration: underline; }
 QPushButton#keyboard_connect:focus { border: 1px solid #f2f3f5; border-radius: 8px; }
 )";
 
