@@ -1,10 +1,8 @@
 #include "app/keyboard_view_controller.h"
 
-#include <QButtonGroup>
 #include <QCursor>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QProgressBar>
@@ -16,7 +14,6 @@
 #include <QTranslator>
 #include <QVBoxLayout>
 #include <QWindow>
-#include <algorithm>
 #include <cstdio>
 
 #include "app/app_resources.h"

@@ -135,9 +135,4 @@ std::string extraText(ExtraText id, int language) {
     }
 }
 
-std::array<std::string, 3> extraTextInEveryLanguage(ExtraText id) {
-    const Texts t = textsOf(id);
-    return {t.english, t.simplified, t.traditional};
-}
-
 }  // namespace qx9

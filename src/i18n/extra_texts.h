@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <string>
 
 namespace qx9 {
@@ -66,8 +65,5 @@ enum class ExtraText {
 std::string extraText(ExtraText id);
 // The same in one of the three languages (kLanguageEnglish, …).
 std::string extraText(ExtraText id, int language);
-// English, Simplified and Traditional Chinese, whatever the current language (for room that
-// must fit any of them).
-std::array<std::string, 3> extraTextInEveryLanguage(ExtraText id);
 
 }  // namespace qx9

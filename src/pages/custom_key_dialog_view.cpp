@@ -9,15 +9,12 @@
 #include <QPushButton>
 
 #include "i18n/extra_texts.h"
+#include "pages/page_controls.h"
 #include "i18n/language.h"
 #include "session/custom_key_dialog.h"
 #include "session/keyboard_session.h"
 
 namespace qx9 {
-
-namespace {
-QString text(int id) { return QString::fromStdString(localizedText(id)); }
-}  // namespace
 
 CustomKeyViewController::CustomKeyViewController(KeyboardSession& session, QWidget* parent)
     : QDialog(parent), session_(session), model_(std::make_unique<CustomKeyDialog>(session.core, session.keys)) {
@@ -40,7 +37,7 @@ CustomKeyViewController::CustomKeyViewController(KeyboardSession& session, QWidg
     keyfunc_edit = new QLineEdit(this);
     keyfunc_edit->setObjectName("keyfunc_edit");
     keyfunc_edit->setReadOnly(true);
-    captureButton_ = new QPushButton(QString::fromStdString(extraText(ExtraText::kCaptureKeys)), this);
+    captureButton_ = new QPushButton(text(ExtraText::kCaptureKeys), this);
     captureButton_->setObjectName("keyfunc_capture");
     label_macrotype = new QLabel(this);
     label_macrotype->setObjectName("label_macrotype");
@@ -60,7 +57,7 @@ CustomKeyViewController::CustomKeyViewController(KeyboardSession& session, QWidg
     label_macrotype->setText(text(167));
     label_macroplaytime->setText(text(171));
     key_textfield->setText(QString::fromStdString(model_->keyText()));
-    key_textfield->setAccessibleName(QString::fromStdString(extraText(ExtraText::kKey)));
+    key_textfield->setAccessibleName(text(ExtraText::kKey));
     keyfunc_edit->setAccessibleName(text(121));  // the keys of a keyboard function
     keyfunc_label->setBuddy(keyfunctype_combox);
     label_macrotype->setBuddy(combox_macrotype);
@@ -144,7 +141,7 @@ void CustomKeyViewController::sync() {
     functionLabel_->setVisible(model_->showsFunctionList());
     keyfunc_edit->setVisible(model_->showsCombinationField());
     keyfunc_edit->setText(QString::fromStdString(model_->keyfuncEditText()));
-    keyfunc_edit->setPlaceholderText(model_->capturingKeys() ? QString::fromStdString(extraText(ExtraText::kPressTheKeys)) : text(121));
+    keyfunc_edit->setPlaceholderText(model_->capturingKeys() ? text(ExtraText::kPressTheKeys) : text(121));
     captureButton_->setVisible(model_->showsCombinationField());
     captureButton_->setEnabled(!model_->capturingKeys());
     label_macrotype->setVisible(model_->showsMacroPlayType());

@@ -10,6 +10,8 @@
 #include <map>
 #include <string>
 
+#include "pages/page_controls.h"
+
 #include "i18n/language.h"
 
 namespace qx9 {
@@ -68,9 +70,9 @@ bool KeyMenuViewController::eventFilter(QObject* watched, QEvent* event) {
 
 void KeyMenuViewController::showAt(const QPoint& globalPos) {
     returnFocus_ = QApplication::focusWidget();
-    menuitem_defaultkey->setText(QString::fromStdString(localizedText(101)));
-    menuitem_diablekey->setText(QString::fromStdString(localizedText(102)));
-    menuitem_customkey->setText(QString::fromStdString(localizedText(103)));
+    menuitem_defaultkey->setText(text(101));
+    menuitem_diablekey->setText(text(102));
+    menuitem_customkey->setText(text(103));
     hide();
     adjustSize();
     // Within the window: below the point, or above it where the window ends.

@@ -150,9 +150,9 @@ void KeyPageView::syncProfiles() {
 void KeyPageView::retranslate() {
     texts_.apply();
     nameListButtons(addButton_, deleteButton_, renameButton_);
-    customkey_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
-    customkey_funcctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kKeyFunctions)));
-    customkey_keyprofile->setAccessibleName(QString::fromStdString(extraText(ExtraText::kProfiles)));
+    customkey_keyboardctrl->setAccessibleName(text(ExtraText::kLightKeyboard));
+    customkey_funcctrl->setAccessibleName(text(ExtraText::kKeyFunctions));
+    customkey_keyprofile->setAccessibleName(text(ExtraText::kProfiles));
 }
 
 void KeyPageView::beginRename() {

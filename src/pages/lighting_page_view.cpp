@@ -218,8 +218,8 @@ void LightingPageView::retranslate() {
     }
     nameButton(light_btn_randomcolor, localizedText(530));
     colors_->retranslate();
-    light_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
-    light_mode_table->setAccessibleName(QString::fromStdString(extraText(ExtraText::kEffects)));
+    light_keyboardctrl->setAccessibleName(text(ExtraText::kLightKeyboard));
+    light_mode_table->setAccessibleName(text(ExtraText::kEffects));
 }
 
 void LightingPageView::syncModeList() {

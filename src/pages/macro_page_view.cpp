@@ -1,6 +1,5 @@
 #include "pages/macro_page_view.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QKeyEvent>
@@ -26,8 +25,6 @@ namespace {
 constexpr int kMacroColumnWidth = 236;
 constexpr int kInsertColumnWidth = 250;
 
-QString text(int id) { return QString::fromStdString(localizedText(id)); }
-QString text(ExtraText id) { return QString::fromStdString(extraText(id)); }
 
 template <typename W>
 W* named(W* w, const char* name) {

@@ -14,6 +14,9 @@
 
 namespace qx9 {
 
+QString text(int textId) { return QString::fromStdString(localizedText(textId)); }
+QString text(ExtraText id) { return QString::fromStdString(extraText(id)); }
+
 void nameButton(QWidget* button, const std::string& name) {
     const QString text = QString::fromStdString(name);
     button->setAccessibleName(text);

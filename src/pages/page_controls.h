@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include "i18n/extra_texts.h"
+
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -21,6 +23,10 @@ class QWidget;
 namespace qx9 {
 
 // Pieces the pages share.
+
+// A string-table text, and one of the application's own texts, in the interface language.
+QString text(int textId);
+QString text(ExtraText id);
 
 // A small text button of a list's button row (add, delete, rename).
 QToolButton* smallButton(const char* name, const QString& text, QWidget* parent);

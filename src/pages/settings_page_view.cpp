@@ -112,7 +112,7 @@ void SettingsPageView::retranslate() {
     texts_.apply();
     // The game-mode box reads "Disabled"; it is named after its caption.
     boxes_[0]->setAccessibleName(config_label_gamemode->text());
-    config_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
+    config_keyboardctrl->setAccessibleName(text(ExtraText::kLightKeyboard));
 }
 
 void SettingsPageView::sync() {

@@ -103,9 +103,9 @@ UserLightPageView::UserLightPageView(KeyboardSession& session, QWidget* parent) 
 void UserLightPageView::retranslate() {
     texts_.apply();
     nameListButtons(userlight_btn_add, userlight_btn_del, renameButton_);
-    userlight_keyboardctrl->setAccessibleName(QString::fromStdString(extraText(ExtraText::kLightKeyboard)));
-    userlight_table->setAccessibleName(QString::fromStdString(localizedText(textid::kUserLight)));
-    note_->setText(QString::fromStdString(extraText(ExtraText::kKeysNotPainted)));
+    userlight_keyboardctrl->setAccessibleName(text(ExtraText::kLightKeyboard));
+    userlight_table->setAccessibleName(text(textid::kUserLight));
+    note_->setText(text(ExtraText::kKeysNotPainted));
     colors_->retranslate();
 }
 
