@@ -13,7 +13,7 @@ ci=0
 if [ "${1:-}" = "--ci" ]; then ci=1; shift; fi
 seconds=${1:-$([ $ci -eq 1 ] && echo 5 || echo 60)}
 if ! command -v clang++ >/dev/null 2>&1 || ! ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a >/dev/null 2>&1; then
-    echo "fuzz: needs clang and its libFuzzer runtime (scripts/install-deps.sh installs them)" >&2
+    echo "fuzz: needs clang and its libFuzzer runtime (scripts/install-deps.sh --tests installs them)" >&2
     exit 2
 fi
 flags="-O1 -g -fno-omit-frame-pointer -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined"

@@ -1,20 +1,37 @@
 #!/usr/bin/env bash
-# Installs the Debian packages this project builds and tests with. Safe to run again: it only
-# asks apt for packages that are missing. (qemu, a kernel image and busybox let the device tests
-# run against the kernel's HID stack inside a throw-away virtual machine; dpkg-dev, file and the
-# validators build and check the Debian package.)
+# Installs the Debian packages this project needs. Safe to run again: it only asks apt for
+# packages that are missing.
+#   scripts/install-deps.sh           what building the programs and the Debian packages needs
+#   scripts/install-deps.sh --run     and what the window uses at run time (Qt's translations,
+#                                     the Chinese interface's font)
+#   scripts/install-deps.sh --tests   and what the tests use: GoogleTest and Google Benchmark,
+#                                     Xvfb, qemu with a kernel image and busybox for the device
+#                                     tests in a virtual machine, clang for the fuzz targets,
+#                                     and the package checkers
 set -euo pipefail
 
-packages=(
+build=(
     build-essential cmake ninja-build pkg-config
     libsqlite3-dev nlohmann-json3-dev libudev-dev libevdev-dev libcli11-dev
+    qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6
+    librsvg2-bin dpkg-dev file
+)
+run=(qt6-translations-l10n fonts-noto-cjk)
+tests=(
     libgtest-dev libgmock-dev libbenchmark-dev
-    qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6 qt6-translations-l10n
-    fonts-noto-cjk xvfb xauth
+    xvfb xauth
     qemu-system-x86 linux-image-amd64 busybox-static cpio udev
-    dpkg-dev file librsvg2-bin desktop-file-utils appstream
+    desktop-file-utils appstream lintian devscripts mandoc
     clang libclang-rt-14-dev
 )
+
+packages=("${build[@]}")
+case "${1:-}" in
+    "") ;;
+    --run) packages+=("${run[@]}") ;;
+    --tests) packages+=("${run[@]}" "${tests[@]}") ;;
+    *) echo "usage: scripts/install-deps.sh [--run|--tests]" >&2; exit 2 ;;
+esac
 
 missing=()
 for p in "${packages[@]}"; do

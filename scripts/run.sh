@@ -11,12 +11,12 @@ if [ "$(id -u)" -eq 0 ]; then
         exit 1
     fi
     # Started through sudo: the packages now, everything else as the user who asked.
-    scripts/install-deps.sh
+    scripts/install-deps.sh --run
     exec sudo -u "$SUDO_USER" --preserve-env=DISPLAY,WAYLAND_DISPLAY,XAUTHORITY,XDG_RUNTIME_DIR,DBUS_SESSION_BUS_ADDRESS \
         -- "$0" "$@"
 fi
-scripts/install-deps.sh
-scripts/build.sh
+scripts/install-deps.sh --run
+scripts/build.sh -DQX9_BUILD_TESTS=OFF -DQX9_BUILD_BENCH=OFF
 if [ ! -e /usr/lib/udev/rules.d/70-halvorn-qx9.rules ] && [ ! -e /etc/udev/rules.d/70-halvorn-qx9.rules ]; then
     scripts/install-udev-rule.sh || echo "run.sh: the udev rule was not installed; the keyboard needs it (see README)" >&2
 fi

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The test suites again under the sanitizers: all of them built with AddressSanitizer and UBSan,
 # and the ones whose code runs on more than one thread with ThreadSanitizer. The kernel tests
-# (a virtual machine) and the package check run only in the normal build. Run after scripts/install-deps.sh.
+# (a virtual machine) and the package check run only in the normal build. Run after scripts/install-deps.sh --tests.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=$(nproc)

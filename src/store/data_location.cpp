@@ -5,8 +5,11 @@
 
 #include <cstdlib>
 #include <string>
+#include <system_error>
 #include <vector>
 
+#include "common/app_id.h"
+#include "common/console.h"
 
 namespace qx9 {
 
@@ -30,6 +33,18 @@ std::optional<std::filesystem::path> homeDirectory() {
     return std::nullopt;
 }
 
+// The data folder of the builds before the first release, moved to the current one when there is
+// none yet; where it cannot be moved, it stays as it is and the current folder is used.
+void moveFormerDataFolder(const std::filesystem::path& base) {
+    std::error_code ec;
+    const std::filesystem::path current = base / kApplicationId, former = base / kFormerApplicationId;
+    if (std::filesystem::symlink_status(current, ec).type() != std::filesystem::file_type::not_found) return;
+    if (!std::filesystem::is_directory(std::filesystem::symlink_status(former, ec))) return;
+    std::filesystem::rename(former, current, ec);
+    console() << "init: " << (ec ? "could not move " : "moved ") << former.string() << " to " << current.string()
+              << (ec ? ": " + ec.message() : std::string()) << '\n';
+}
+
 }  // namespace
 
 std::optional<std::filesystem::path> userDataDirectory() {
@@ -43,6 +58,7 @@ std::optional<std::filesystem::path> userDataDirectory() {
 std::optional<std::filesystem::path> databaseDirectory(std::string_view applicationId) {
     const std::optional<std::filesystem::path> base = userDataDirectory();
     if (!base || applicationId.empty()) return std::nullopt;
+    if (applicationId == kApplicationId) moveFormerDataFolder(*base);
     return *base / std::string(applicationId) / "db";
 }
 

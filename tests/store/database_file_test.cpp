@@ -2,6 +2,8 @@
 // reset, re-opening and dropping.
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "store_support.h"
 
 namespace qx9::test {
@@ -25,12 +27,26 @@ TEST(StoreLocation, FileLivesInTheDataDirectoryOfTheApplication) {
         DeviceSQLite db(kDeviceDatabaseFileName, expected.empty() ? "" : kApplicationId);
         EXPECT_EQ(db.isConnected(), !expected.empty()) << expected;
         EXPECT_EQ(std::filesystem::is_regular_file(
-                      dir / (expected + "org.qx9config.Qx9/db/device_keyboard_81k_v2.sqlite3")),
+                      dir / (expected + "org.qx9config.qx9/db/device_keyboard_81k_v2.sqlite3")),
                   !expected.empty())
             << expected;
         if (expected.empty()) {
             EXPECT_EQ(std::filesystem::is_empty(dir.path()) ? console.text() : "files", "");
         }
+    }
+}
+
+TEST(StoreLocation, TheDataFolderOfEarlierBuildsMovesUnlessThereIsOneAlready) {
+    for (const bool current : {false, true}) {
+        TempDir dir;
+        EnvOverride data("XDG_DATA_HOME", dir.path().string());
+        std::filesystem::create_directories(dir / "org.qx9config.Qx9/db");
+        std::ofstream(dir / "org.qx9config.Qx9/db/device_keyboard_81k_v2.sqlite3") << "kept";
+        if (current) std::filesystem::create_directories(dir / "org.qx9config.qx9/db");
+        ConsoleCapture console;
+        EXPECT_EQ(DeviceSQLite::fileFor({}), dir / "org.qx9config.qx9/db/device_keyboard_81k_v2.sqlite3");
+        EXPECT_EQ(std::filesystem::exists(dir / "org.qx9config.Qx9"), current);
+        EXPECT_EQ(std::filesystem::exists(dir / "org.qx9config.qx9/db/device_keyboard_81k_v2.sqlite3"), !current);
     }
 }
 

@@ -16,7 +16,7 @@ while [ $# -gt 0 ]; do
         *) break ;;
     esac
 done
-skip() { echo "SKIPPED: $1; scripts/install-deps.sh installs it"; exit 77; }
+skip() { echo "SKIPPED: $1; scripts/install-deps.sh --tests installs it"; exit 77; }
 qemu=$(command -v qemu-system-x86_64) || skip "no qemu (package qemu-system-x86)"
 kernel=$(ls -v /boot/vmlinuz-* 2>/dev/null | tail -1) || true
 kver=${kernel#/boot/vmlinuz-}
