@@ -24,6 +24,7 @@ std::string describe(const Outcome& outcome) {
         case Reason::kUnreadableEffect: return "cannot read the backlight record of effect " + arg(0);
         case Reason::kNotAConfiguration:
         case Reason::kNotRead: return arg(0);
+        case Reason::kNoAppProfile: return "no automatic profile for " + arg(0);
         case Reason::kNotStored: return arg(0);
         case Reason::kNotSent: return "stored, but the keyboard did not take " + arg(0);
         case Reason::kTooLarge: return "stored, but nothing was sent: " + arg(0);

@@ -28,6 +28,7 @@ enum class Reason {
     kUnreadableEffect,  // {effect}
     kNotAConfiguration, // {why}
     kNotRead,           // {why}: a file or the database could not be read
+    kNoAppProfile,      // {application}: no automatic profile for it
     // The other endings.
     kNotStored,         // {what the database did not take, or why}
     kNotSent,           // {the block, and why when known}

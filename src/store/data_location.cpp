@@ -55,6 +55,14 @@ std::optional<std::filesystem::path> userDataDirectory() {
     return *home / ".local" / "share";
 }
 
+std::optional<std::filesystem::path> userConfigDirectory() {
+    const char* xdg = std::getenv("XDG_CONFIG_HOME");
+    if (isAbsolute(xdg)) return xdg;
+    const std::optional<std::filesystem::path> home = homeDirectory();
+    if (!home) return std::nullopt;
+    return *home / ".config";
+}
+
 std::optional<std::filesystem::path> databaseDirectory(std::string_view applicationId) {
     const std::optional<std::filesystem::path> base = userDataDirectory();
     if (!base || applicationId.empty()) return std::nullopt;
