@@ -19,7 +19,7 @@ std::string BlockRequest::what() const {
     switch (kind) {
         case kKeyMap: return "the key map";
         case kMacros: return "the macros";
-        case kLightMode: return "the backlight effect";
+        case kLightMode: return dark ? "the backlight off" : "the backlight effect";
         case kUserLightMode: return "the per-key lighting";
         case kUserLightColours: return "the per-key colours";
         case kSystemFunctions: return "the system functions";
@@ -33,6 +33,9 @@ BlockRequest SendKeyMacroData(std::int64_t profile, std::int64_t fnlayer) {
 BlockRequest SaveMacroToKeyboard() { return {.kind = BlockRequest::kMacros}; }
 BlockRequest SendLightModeData(std::int64_t profile, std::int64_t selection) {
     return {.kind = BlockRequest::kLightMode, .profile = profile, .selection = selection};
+}
+BlockRequest SendBacklightOff(std::int64_t profile) {
+    return {.kind = BlockRequest::kLightMode, .profile = profile, .selection = profile, .dark = true};
 }
 BlockRequest SendUserLightModeData() { return {.kind = BlockRequest::kUserLightMode}; }
 BlockRequest SendUserLightLedData(std::int64_t set) { return {.kind = BlockRequest::kUserLightColours, .set = set}; }

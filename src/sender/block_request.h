@@ -28,6 +28,9 @@ struct BlockRequest {
     std::int64_t set = 0;
     // The four switches as the settings page shows them; none: as stored.
     std::optional<protocol::SystemSwitches> switches;
+    // kLightMode: "Close Backlight" (mode 0 with its stored record) whatever effect is selected;
+    // the keys go dark and nothing is stored.
+    bool dark = false;
 
     // Whether `other` asks for the same block (whatever the switches): one send serves both.
     bool sameBlock(const BlockRequest& other) const;
@@ -38,6 +41,8 @@ struct BlockRequest {
 BlockRequest SendKeyMacroData(std::int64_t profile, std::int64_t fnlayer);
 BlockRequest SaveMacroToKeyboard();
 BlockRequest SendLightModeData(std::int64_t profile, std::int64_t selection);
+// The backlight out without storing it: the light record of mode 0 of `profile`.
+BlockRequest SendBacklightOff(std::int64_t profile);
 BlockRequest SendUserLightModeData();
 BlockRequest SendUserLightLedData(std::int64_t set);
 BlockRequest SendSystemFunctionData(std::optional<protocol::SystemSwitches> switches = std::nullopt);

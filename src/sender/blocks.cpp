@@ -16,6 +16,8 @@ namespace qx9 {
 namespace {
 
 constexpr std::int64_t kMaxColour = 0xFFFFFF;
+// "Close Backlight".
+constexpr std::int64_t kBacklightOffMode = 0;
 
 bool isByte(std::int64_t v) { return v >= 0 && v <= 255; }
 
@@ -68,8 +70,8 @@ BuiltBlock macros(const DeviceSQLite& db) {
     return {std::move(*transaction), {}};
 }
 
-protocol::Transaction lightMode(const DeviceSQLite& db, std::int64_t profile, std::int64_t selection) {
-    const std::int64_t mode = db.getLightModeSelectIndex(selection);
+protocol::Transaction lightMode(const DeviceSQLite& db, std::int64_t profile, std::int64_t selection, bool dark) {
+    const std::int64_t mode = dark ? kBacklightOffMode : db.getLightModeSelectIndex(selection);
     if (!isByte(mode)) {  // a damaged selection: nothing the keyboard could take
         console() << "backlight mode " << mode << " is damaged and is not sent\n";
         return {};
@@ -142,7 +144,7 @@ BuiltBlock buildBlock(const DeviceSQLite& db, const BlockRequest& request) {
     switch (request.kind) {
         case BlockRequest::kKeyMap: return {keyMap(db, request.profile, request.layer), {}};
         case BlockRequest::kMacros: return macros(db);
-        case BlockRequest::kLightMode: return {lightMode(db, request.profile, request.selection), {}};
+        case BlockRequest::kLightMode: return {lightMode(db, request.profile, request.selection, request.dark), {}};
         case BlockRequest::kUserLightMode: return {protocol::userLightModeTransaction(), {}};
         case BlockRequest::kUserLightColours: return {userLightColours(db, request.set), {}};
         case BlockRequest::kSystemFunctions: return {systemFunctions(db, request.switches), {}};
