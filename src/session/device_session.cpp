@@ -114,7 +114,10 @@ void DeviceSession::initSQLite() {
     const HidDeviceRef device = core.device();
     if (!device) fatalError("the database is opened for a keyboard, and none is connected");
     // A sender that reads the database through this object follows it to the new one.
-    if (core.sender && !core.queuedSender) core.sender.reset();
+    if (core.sender && !core.queuedSender) {
+        core.lightsOff.reset();
+        core.sender.reset();
+    }
     core.deviceDB = DeviceSQLite::openFile(core.config.databaseFile);
     if (core.deviceDB->readable()) core.useKeyboard(device);
 }

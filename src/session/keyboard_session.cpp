@@ -6,6 +6,7 @@ KeyboardSession::KeyboardSession(SessionConfig config, SessionEvents* events) {
     core.config = std::move(config);
     core.events = events;
     core.reload = [this] { databaseChanged(); };
+    core.profileChosenByHand = [this](std::int64_t profile) { follow.profileChosenByHand(profile); };
 }
 
 void KeyboardSession::databaseChanged() {

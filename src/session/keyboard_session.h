@@ -1,6 +1,7 @@
 #pragma once
 
 #include "session/device_session.h"
+#include "session/follow_user.h"
 #include "session/input_capture.h"
 #include "session/key_page.h"
 #include "session/lighting_page.h"
@@ -34,6 +35,7 @@ public:
     LightingPage lighting{core, keys, settings, userLights};
     UserLightPage userLights{core, keys};
     MacroPage macros{core};
+    FollowUser follow{core, profiles};
 };
 
 }  // namespace qx9

@@ -45,6 +45,9 @@ void ProfileList::setKeyProfileTableSelect(int selectIndex) {
 
 void ProfileList::tableSelectionChanged(int row) {
     if (row < 0) return;
+    if (core_.profileChosenByHand && row < static_cast<int>(customkey_profilelist_datas_.size())) {
+        core_.profileChosenByHand(customkey_profilelist_datas_[static_cast<std::size_t>(row)].profileId);
+    }
     setKeyProfileTableSelect(row);
     selectProfileIndex(row);
 }

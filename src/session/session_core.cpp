@@ -112,6 +112,7 @@ void SessionCore::useKeyboard(const HidDeviceRef& device) {
     } else {
         sender = std::make_unique<DirectSender>(device, *deviceDB, config.pacer, config.wire);
     }
+    lightsOff = std::make_unique<LightsOffSender>(*sender);
 }
 
 void SessionCore::setKeyboardPresent(bool present) {

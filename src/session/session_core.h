@@ -13,6 +13,7 @@
 #include "hid/capture_state.h"
 #include "hid/hid_backend.h"
 #include "ops/target.h"
+#include "sender/lights_off_sender.h"
 #include "sender/queued_sender.h"
 #include "store/device_sqlite.h"
 
@@ -107,6 +108,8 @@ struct SessionCore {
     // or one that sends at once.
     std::unique_ptr<KeyboardSender> sender;
     QueuedSender* queuedSender = nullptr;
+    // Every change goes through it: it keeps the keys dark while the user wants them dark.
+    std::unique_ptr<LightsOffSender> lightsOff;
 
     std::int64_t currentProfile = 1;
     std::int64_t currentFnLayer = 0;
@@ -119,7 +122,7 @@ struct SessionCore {
     // What the keystroke capture knows of the keys held; the window's capture sources feed it.
     CaptureState capture;
 
-    KeyboardSender* keyboard() { return sender.get(); }
+    KeyboardSender* keyboard() { return lightsOff.get(); }
     DeviceSQLite* db() { return deviceDB.get(); }
     // What the operations change: none until the database is open; once a keyboard has brought
     // the pages up without a readable database, asking for it warns that nothing was stored.
@@ -163,6 +166,8 @@ struct SessionCore {
     // reloads the pages (through `reload`, set by the session).
     bool report(const ops::Outcome& outcome);
     std::function<void()> reload;
+    // The user chose a profile by hand (automatic profiles leave that choice alone).
+    std::function<void(std::int64_t)> profileChosenByHand;
     std::bitset<kSessionAspectCount> changedAspects;  // told at the next delivery
     bool deliveryPosted = false;
     void post(std::function<void()> work) {
