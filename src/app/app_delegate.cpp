@@ -1,5 +1,6 @@
 #include "app/app_delegate.h"
 
+#include <QActionGroup>
 #include <QApplication>
 #include <QCursor>
 #include <QMenu>
@@ -17,6 +18,7 @@ AppDelegate::AppDelegate(QObject* parent) : QObject(parent) {}
 AppDelegate::~AppDelegate() { delete quickButton; }
 
 void AppDelegate::applicationDidFinishLaunching(KeyboardSession& session) {
+    setFollowUser(session.follow);
     keystrokeCapture_ = std::make_unique<KeystrokeCapture>(session.input);
     keystrokeCapture_->start();
     // The permission check asks again every few seconds until keystrokes can be captured.
@@ -32,14 +34,12 @@ void AppDelegate::applicationDidFinishLaunching(KeyboardSession& session) {
 void AppDelegate::createButtonStatusBar() {
     if (!quickButton) {
         quickButton = new QMenu;
-        quickQuit = quickButton->addAction(QString());
-        connect(quickQuit, &QAction::triggered, this, &AppDelegate::clickQuit);
-        // In the interface language of the moment it opens.
-        connect(quickButton, &QMenu::aboutToShow, this,
-                [this] { quickQuit->setText(QString::fromStdString(extraText(ExtraText::kQuit))); });
+        fillMenu();
+        // Made again as it opens: the profiles, the checks and the language of the moment.
+        connect(quickButton, &QMenu::aboutToShow, this, &AppDelegate::fillMenu);
     }
     // Desktops without a tray simply have no item; the window works the same.
-    if (statusItem || !QSystemTrayIcon::isSystemTrayAvailable()) return;
+    if (statusItem || !trayAvailable()) return;
     statusItem = new QSystemTrayIcon(QIcon(":/images/tray_icon.svg"), this);
     statusItem->setToolTip("HALVORN QX9");
     statusItem->setContextMenu(quickButton);
@@ -47,6 +47,34 @@ void AppDelegate::createButtonStatusBar() {
         if (reason == QSystemTrayIcon::Trigger) statusItemActivated();
     });
     statusItem->show();
+}
+
+bool AppDelegate::trayAvailable() { return QSystemTrayIcon::isSystemTrayAvailable(); }
+
+void AppDelegate::fillMenu() {
+    quickButton->clear();
+    qDeleteAll(quickButton->findChildren<QActionGroup*>(QString(), Qt::FindDirectChildrenOnly));
+    const auto text = [](ExtraText id) { return QString::fromStdString(extraText(id)); };
+    if (follow_) {
+        auto* group = new QActionGroup(quickButton);
+        for (const FollowUser::ProfileItem& item : follow_->profileItems()) {
+            QAction* profile = quickButton->addAction(QString::fromStdString(item.name));
+            profile->setCheckable(true);
+            profile->setChecked(item.current);
+            profile->setActionGroup(group);
+            const std::int64_t id = item.id;
+            connect(profile, &QAction::triggered, this, [this, id] { follow_->chooseProfile(id); });
+        }
+        quickButton->addSeparator();
+        QAction* lightsOff = quickButton->addAction(text(ExtraText::kLightsOff));
+        lightsOff->setCheckable(true);
+        lightsOff->setChecked(follow_->lightsOff());
+        connect(lightsOff, &QAction::toggled, this, [this](bool off) { follow_->setLightsOff(off); });
+        quickButton->addSeparator();
+    }
+    if (showWindow) connect(quickButton->addAction(text(ExtraText::kShowWindow)), &QAction::triggered, this, [this] { showWindow(); });
+    quickQuit = quickButton->addAction(text(ExtraText::kQuit));
+    connect(quickQuit, &QAction::triggered, this, &AppDelegate::clickQuit);
 }
 
 void AppDelegate::statusItemActivated() { quickButton->popup(QCursor::pos()); }

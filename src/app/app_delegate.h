@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 #include <memory>
 
 class QSystemTrayIcon;
@@ -10,11 +11,13 @@ class QMenu;
 
 namespace qx9 {
 
+class FollowUser;
 class KeyboardSession;
 class KeystrokeCapture;
 
 // The process-level work at launch: the permission check, keystroke capture and the tray
-// item whose menu quits the application.
+// item. Its menu lists the profiles (the one in force checked; a click chooses it as the window
+// would), "Lights off", the window and the quit command.
 
 class AppDelegate : public QObject {
     Q_OBJECT
@@ -24,6 +27,12 @@ public:
 
     // Keystroke capture feeds the window's session, which outlives the delegate.
     void applicationDidFinishLaunching(KeyboardSession& session);
+    // The session the menu's profiles and "Lights off" act on (set at launch).
+    void setFollowUser(FollowUser& follow) { follow_ = &follow; }
+    // What the menu's window command does (show and raise the window).
+    std::function<void()> showWindow;
+    // Whether the desktop shows a tray item at all.
+    static bool trayAvailable();
     void createButtonStatusBar();
     void clickQuit();
     // The tray item was clicked: with a menu attached, any click opens it.
@@ -31,6 +40,10 @@ public:
     QMenu* statusMenu() const { return quickButton; }
 
 private:
+    // The menu as it opens: profiles, lights off, the window, quit, in the language of the moment.
+    void fillMenu();
+
+    FollowUser* follow_ = nullptr;
     QSystemTrayIcon* statusItem = nullptr;
     QMenu* quickButton = nullptr;
     QAction* quickQuit = nullptr;

@@ -23,10 +23,11 @@ OptionsResult parseAppOptions(int argc, char** argv, AppOptions& options) {
     QCommandLineOption virtualState("virtual-state", "", "STATE.json");
     virtualState.setFlags(QCommandLineOption::HiddenFromHelp);
     const QCommandLineOption database("db", "Use another database file.", "FILE");
+    const QCommandLineOption hidden("hidden", "Start in the tray without the window (as at login); where the desktop shows no tray, the window opens.");
     const QCommandLineOption verbose("verbose", "Print the diagnostic lines on standard output (also QX9_VERBOSE=1).");
     QCommandLineOption noMonitor("no-monitor", "Do not watch for keyboards (tests).");
     noMonitor.setFlags(QCommandLineOption::HiddenFromHelp);
-    parser.addOptions({help, version, virtualKeyboard, virtualState, database, verbose, noMonitor});
+    parser.addOptions({help, version, virtualKeyboard, virtualState, database, hidden, verbose, noMonitor});
     for (const char* qtOption : {"platform", "style", "display"}) {  // Qt reads them itself
         QCommandLineOption o(qtOption, "", "VALUE");
         o.setFlags(QCommandLineOption::HiddenFromHelp);
@@ -45,6 +46,7 @@ OptionsResult parseAppOptions(int argc, char** argv, AppOptions& options) {
     options.virtualState = parser.value(virtualState).toStdString();
     options.database = parser.value(database).toStdString();
     options.noMonitor = parser.isSet(noMonitor);
+    options.hidden = parser.isSet(hidden);
     const char* env = std::getenv("QX9_VERBOSE");
     options.verbose = parser.isSet(verbose) || (env && std::string(env) == "1");
     return {};

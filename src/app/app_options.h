@@ -10,6 +10,7 @@ struct AppOptions {
     std::string virtualState;      // --virtual=STATE.json: its memory lives in that file
     std::string database;          // --db FILE: another database file
     bool noMonitor = false;        // --no-monitor: do not watch udev (tests)
+    bool hidden = false;           // --hidden: in the tray only, the window shown from there
     bool verbose = false;          // --verbose (or QX9_VERBOSE=1): the diagnostic lines on standard output
     // The keyboard is written from a thread of its own; off only to measure the difference.
     bool sendOnWorker = true;

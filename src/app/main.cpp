@@ -78,10 +78,19 @@ int main(int argc, char** argv) {
     // other: with the maximise button shown, every window manager offers the same.
     window.adjustSize();
     if (QScreen* screen = window.screen()) window.move(screen->availableGeometry().center() - window.rect().center());
-    window.show();
+    qx9::AppDelegate delegate;
+    delegate.showWindow = [&window] {
+        window.showNormal();
+        window.raise();
+        window.activateWindow();
+    };
+    // Hidden (started at login) only where the tray can bring it up; closing the window of a
+    // hidden start leaves the tray item, as quitting is the menu's.
+    const bool hidden = options.hidden && qx9::AppDelegate::trayAvailable();
+    if (hidden) QApplication::setQuitOnLastWindowClosed(false);
+    else window.show();
     instance.serve(&window);
 
-    qx9::AppDelegate delegate;
     delegate.applicationDidFinishLaunching(controller->session());
     controller->keystrokeCaptureStarted(controller->session().input.readsEventDevices());
     return app.exec();

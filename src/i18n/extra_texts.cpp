@@ -114,6 +114,25 @@ Texts textsOf(ExtraText id) {
         case ExtraText::kCaptureKeys: return {"Set keys", "设置按键", "設定按鍵"};
         case ExtraText::kPressTheKeys: return {"Press the keys", "请按下按键", "請按下按鍵"};
         case ExtraText::kMouseButton: return {"Button", "按键", "按鍵"};
+        case ExtraText::kLightsOff: return {"Lights off", "关闭灯光", "關閉燈光"};
+        case ExtraText::kShowWindow: return {"Open HALVORN QX9", "打开 HALVORN QX9", "開啟 HALVORN QX9"};
+        case ExtraText::kFollowUser: return {"Desktop", "桌面", "桌面"};
+        case ExtraText::kStartAtLogin: return {"Start at login, in the tray", "登录时启动（在托盘中）", "登入時啟動（在系統匣中）"};
+        case ExtraText::kNoTray:
+            return {"This desktop shows no tray, so a hidden start could not be reached.",
+                    "此桌面没有托盘，隐藏启动后将无法打开。", "此桌面沒有系統匣，隱藏啟動後將無法開啟。"};
+        case ExtraText::kDarkWhenLocked:
+            return {"Lights off while the screen is locked", "锁屏时关闭灯光", "鎖定螢幕時關閉燈光"};
+        case ExtraText::kAutomaticProfiles: return {"Automatic profiles", "自动切换配置文件", "自動切換設定檔"};
+        case ExtraText::kAutomaticSource:
+            return {"Follows the application in front: %1", "跟随前台应用程序：%1", "跟隨前景應用程式：%1"};
+        case ExtraText::kAutomaticUnavailable:
+            return {"automatic profiles are not available on this desktop", "此桌面无法使用自动切换配置文件",
+                    "此桌面無法使用自動切換設定檔"};
+        case ExtraText::kApplication: return {"Application", "应用程序", "應用程式"};
+        case ExtraText::kTitleContains: return {"Title contains", "标题包含", "標題包含"};
+        case ExtraText::kProfile: return {"Profile", "配置文件", "設定檔"};
+        case ExtraText::kEditRules: return {"Rules…", "规则…", "規則…"};
         case ExtraText::kKeysNotPainted:
             return {"F1–F12, ` and Right Ctrl share a key cap here and cannot be painted on this page.",
                     "F1–F12、` 和右 Ctrl 在此处与其他按键共用键位，无法在本页设置颜色。",

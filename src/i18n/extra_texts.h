@@ -60,6 +60,20 @@ enum class ExtraText {
     kCaptureKeys,     // the custom key dialog's button that takes the next combination
     kPressTheKeys,    // its field while it takes them
     kMouseButton,     // the macro page's label of the mouse button to insert
+    // The keyboard following the user: the tray menu and the settings page.
+    kLightsOff,            // "Lights off"
+    kShowWindow,           // "Open HALVORN QX9"
+    kFollowUser,           // the settings page's heading of what follows
+    kStartAtLogin,         // "Start at login, in the tray"
+    kNoTray,               // the desktop shows no tray: the switch stays off
+    kDarkWhenLocked,       // "Lights off while the screen is locked"
+    kAutomaticProfiles,    // "Automatic profiles"
+    kAutomaticSource,      // "Follows the application in front: %1"
+    kAutomaticUnavailable, // "automatic profiles are not available on this desktop"
+    kApplication,          // "Application"
+    kTitleContains,        // "Title contains"
+    kProfile,              // "Profile"
+    kEditRules,            // "Rules…"
 };
 
 std::string extraText(ExtraText id);

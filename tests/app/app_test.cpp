@@ -255,13 +255,25 @@ private slots:
         controller_->keystrokeCaptureStarted(false);
         QCOMPARE(notices.count(), 1);  // once, and only without event devices to read
         AppDelegate tray;
+        tray.setFollowUser(controller_->session().follow);
+        bool shown = false;
+        tray.showWindow = [&] { shown = true; };
         tray.createButtonStatusBar();
         curLanguage = kLanguageSimplifiedChinese;
         tray.statusItemActivated();  // a left click
         QTRY_VERIFY(tray.statusMenu()->isVisible());
-        QCOMPARE(tray.statusMenu()->actions().at(0)->text(), QString::fromStdString(extraText(ExtraText::kQuit)));
-        QVERIFY(tray.statusMenu()->actions().at(0)->text() != "Quit");
+        // The profiles (the one in force checked), lights off, the window, quit; in the language.
+        QStringList texts;
+        for (QAction* a : tray.statusMenu()->actions()) texts << (a->isSeparator() ? "-" : a->text()) + (a->isChecked() ? "*" : "");
+        const auto text = [](ExtraText id) { return QString::fromStdString(extraText(id)); };
+        QCOMPARE(texts, (QStringList{"Configuration File 1*", "-", text(ExtraText::kLightsOff), "-", text(ExtraText::kShowWindow),
+                                     text(ExtraText::kQuit)}));
+        tray.statusMenu()->actions().at(2)->trigger();
+        QVERIFY(controller_->session().follow.lightsOff());
+        tray.statusMenu()->actions().at(4)->trigger();
+        QVERIFY(shown);
         tray.statusMenu()->hide();
+        controller_->session().follow.setLightsOff(false);
     }
 
     // A second start on the same file reaches the first window; a socket left behind by a window
