@@ -290,7 +290,18 @@ void KeyboardViewController::showKeyToolTip(const KeyboardToolTip& tip) {
     keyboardToolTips->showAt(at, QString::fromStdString(e ? e->full_name : tip.keyDesc), QString::fromStdString(tip.keyMacro));
 }
 
+void KeyboardViewController::startHidden() {
+    if (appeared_) return;
+    appeared_ = true;
+    QTimer::singleShot(0, this, &KeyboardViewController::viewDidAppear);
+}
+
+void KeyboardViewController::runAfter(std::chrono::milliseconds delay, std::function<void()> work) {
+    QTimer::singleShot(delay, this, [work = std::move(work)] { work(); });
+}
+
 void KeyboardViewController::viewDidAppear() {
+    session_->follow.start();
     // udev's news arrive through the event loop, on this thread.
     if (!options_.noMonitor) session_->device.startMonitor();
     if (options_.virtualKeyboard) {

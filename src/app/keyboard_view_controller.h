@@ -55,6 +55,8 @@ public:
     // The keystroke capture has started: without the keyboards' event nodes it reads only this
     // window's keys, and the notice bar says once how to give it access.
     void keystrokeCaptureStarted(bool readsEventDevices);
+    // Started in the tray without the window: what waits for the first frame runs now.
+    void startHidden();
     // Plugs the virtual keyboard in or out, as the monitor would report it.
     void plugVirtualKeyboard(bool plugged);
 
@@ -69,6 +71,7 @@ public:
     void databaseWritten() override;
     void watchDescriptor(int fd, std::function<void()> readable) override;
     void unwatchDescriptor(int fd) override;
+    void runAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
 
 signals:
     // A warning sheet was shown (tests read it instead of clicking it away).

@@ -87,8 +87,12 @@ int main(int argc, char** argv) {
     // Hidden (started at login) only where the tray can bring it up; closing the window of a
     // hidden start leaves the tray item, as quitting is the menu's.
     const bool hidden = options.hidden && qx9::AppDelegate::trayAvailable();
-    if (hidden) QApplication::setQuitOnLastWindowClosed(false);
-    else window.show();
+    if (hidden) {
+        QApplication::setQuitOnLastWindowClosed(false);
+        controller->startHidden();
+    } else {
+        window.show();
+    }
     instance.serve(&window);
 
     delegate.applicationDidFinishLaunching(controller->session());

@@ -28,8 +28,9 @@ std::string applicationOf(const ops::FocusedWindow& w) { return w.appId + '\n' +
 }  // namespace
 
 AutoProfile::Clock::time_point AutoProfile::focusChanged(const ops::FocusedWindow& window, Clock::time_point now) {
-    if (isOwnWindow(window)) {
-        pending_.reset();  // what was in front before stays the application in front
+    if (isOwnWindow(window) || (window.appId.empty() && window.windowClass.empty())) {
+        // This application's window, or nothing focused: what was in front before stays so.
+        pending_.reset();
         return now;
     }
     pending_ = window;

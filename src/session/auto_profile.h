@@ -35,7 +35,8 @@ public:
     void setRules(std::vector<ops::AppProfileRule> rules) { rules_ = std::move(rules); }
     const std::vector<ops::AppProfileRule>& rules() const { return rules_; }
 
-    // The focused application changed; settle() is due at the time returned.
+    // The focused application changed; settle() is due at the time returned (`now` for this
+    // application's own window, or no application: they change nothing).
     Clock::time_point focusChanged(const ops::FocusedWindow& window, Clock::time_point now);
     // Applies the focus change that has stood for the debounce; nothing before that.
     void settle(Clock::time_point now);

@@ -16,6 +16,92 @@ FollowUser::FollowUser(SessionCore& core, ProfileList& profiles)
                   [this](std::int64_t p) { profiles_.selectProfile(p); }}),
       options_(readDesktopOptions()) {}
 
+FollowUser::~FollowUser() {
+    if (focus_) stopWatching(focus_->descriptors());
+    if (lock_) stopWatching(lock_->descriptors());
+    if (rulesWatcher_) stopWatching({rulesWatcher_->fd()});
+}
+
+void FollowUser::watch(const std::vector<int>& fds, std::function<void()> readable) {
+    if (!core_.events) return;
+    for (int fd : fds) {
+        if (fd >= 0) core_.events->watchDescriptor(fd, readable);
+    }
+}
+
+void FollowUser::stopWatching(const std::vector<int>& fds) {
+    if (!core_.events) return;
+    for (int fd : fds) {
+        if (fd >= 0) core_.events->unwatchDescriptor(fd);
+    }
+}
+
+void FollowUser::start() {
+    if (rulesWatcher_) return;  // started already
+    reloadRules();
+    // The rules' folder is watched, so that a rule set by qx9ctl applies at once.
+    const std::filesystem::path rules = ops::appProfilesFile();
+    std::error_code ec;
+    if (!rules.empty()) std::filesystem::create_directories(rules.parent_path(), ec);
+    rulesWatcher_ = std::make_unique<DatabaseWatcher>(rules);
+    watch({rulesWatcher_->fd()}, [this] {
+        if (!rulesWatcher_->written()) return;
+        reloadRules();
+        core_.notify(SessionAspect::Desktop);
+    });
+
+    focus_ = desktop::openFocusSource(focusUnavailable_);
+    if (focus_) {
+        focusSource_ = focus_->name();
+        focus_->onFocus = [this](const desktop::FocusedApplication& application) { focused(application); };
+        watch(focus_->descriptors(), [this] {
+            focus_->dispatch();
+            if (!focus_->broken()) return;
+            stopWatching(focus_->descriptors());
+            focusUnavailable_ = focusSource_ + ": the connection to the desktop closed";
+            focusSource_.clear();
+            focus_.reset();
+            core_.notify(SessionAspect::Desktop);
+        });
+        focused(focus_->current());
+    }
+
+    lock_ = std::make_unique<desktop::LockWatcher>();
+    lock_->onLockChanged = [this](bool locked) { screenLocked(locked); };
+    watch(lock_->descriptors(), [this] {
+        lock_->dispatch();
+        if (lock_->broken()) stopWatching(lock_->descriptors());
+    });
+    core_.notify(SessionAspect::Desktop);
+}
+
+void FollowUser::focused(const desktop::FocusedApplication& application) {
+    const ops::FocusedWindow window{application.appId, application.windowClass, application.title};
+    const auto now = AutoProfile::Clock::now();
+    const auto due = automatic_.focusChanged(window, now);
+    if (due == now) return;  // this application's own window
+    inFront_ = window;
+    if (core_.events) {
+        core_.events->runAfter(std::chrono::duration_cast<std::chrono::milliseconds>(due - now),
+                               [this] { settle(AutoProfile::Clock::now()); });
+    }
+}
+
+void FollowUser::addRule(const ops::AppProfileRule& rule) {
+    if (!core_.db()) return;
+    core_.report(ops::setAppProfile(ops::appProfilesFile(), *core_.db(), rule));
+    reloadRules();
+    core_.notify(SessionAspect::Desktop);
+}
+
+void FollowUser::removeRule(std::size_t index) {
+    if (index >= rules().size()) return;
+    const ops::AppProfileRule rule = rules()[index];
+    core_.report(ops::removeAppProfile(ops::appProfilesFile(), rule.application, rule.title));
+    reloadRules();
+    core_.notify(SessionAspect::Desktop);
+}
+
 std::vector<FollowUser::ProfileItem> FollowUser::profileItems() const {
     std::vector<ProfileItem> items;
     for (const ProfileRow& row : profiles_.rows()) items.push_back({row.profileId, row.name, row.profileId == core_.currentProfile});

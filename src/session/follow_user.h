@@ -1,12 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "desktop/focus_source.h"
+#include "desktop/lock_watcher.h"
 
 #include "ops/app_profiles.h"
 #include "session/auto_profile.h"
 #include "session/autostart.h"
+#include "store/database_watcher.h"
 
 namespace qx9 {
 
@@ -20,6 +25,17 @@ struct SessionCore;
 class FollowUser {
 public:
     FollowUser(SessionCore& core, ProfileList& profiles);
+    ~FollowUser();
+
+    // Starts following, once the front end's loop runs: reads the rules and watches their file,
+    // the desktop's focused application and the screen lock (through SessionEvents'
+    // watchDescriptor and runAfter).
+    void start();
+    // What tells the focused application ("X11 (EWMH)", …), or empty with why not (English).
+    const std::string& focusSource() const { return focusSource_; }
+    const std::string& focusUnavailable() const { return focusUnavailable_; }
+    // The application in front, as last told (not this application's own window).
+    const ops::FocusedWindow& inFront() const { return inFront_; }
 
     // The tray menu: every profile, the one in force checked.
     struct ProfileItem {
@@ -52,9 +68,15 @@ public:
     }
     // A profile was chosen by hand (the window's table, the tray, another program).
     void profileChosenByHand(std::int64_t profile) { automatic_.profileChosen(profile); }
+    // The rules edited in the window: stored in their file (reported when it did not take them).
+    void addRule(const ops::AppProfileRule& rule);
+    void removeRule(std::size_t index);
 
 private:
     void applyDark();
+    void focused(const desktop::FocusedApplication& application);
+    void watch(const std::vector<int>& fds, std::function<void()> readable);
+    void stopWatching(const std::vector<int>& fds);
 
     SessionCore& core_;
     ProfileList& profiles_;
@@ -62,6 +84,11 @@ private:
     DesktopOptions options_;
     bool lightsOffChosen_ = false;
     bool locked_ = false;
+    std::unique_ptr<DatabaseWatcher> rulesWatcher_;
+    std::unique_ptr<desktop::FocusSource> focus_;
+    std::unique_ptr<desktop::LockWatcher> lock_;
+    std::string focusSource_, focusUnavailable_;
+    ops::FocusedWindow inFront_;
 };
 
 }  // namespace qx9

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <bitset>
 #include <filesystem>
 #include <cstdint>
@@ -34,8 +35,9 @@ enum class SessionAspect {
     LightModes,   // backlight mode list and highlight
     UserLights,   // per-key lighting sets, the loaded set, key colours
     Macros,       // macro list and event list
+    Desktop,      // what follows the user: the focus source, the rules, the options, the tray
 };
-inline constexpr int kSessionAspectCount = static_cast<int>(SessionAspect::Macros) + 1;
+inline constexpr int kSessionAspectCount = static_cast<int>(SessionAspect::Desktop) + 1;
 
 // The front end's side of the session: it is told what changed, shows the warnings, and is
 // asked to show the two windows the key page opens. All calls come on the main thread. A front
@@ -66,6 +68,9 @@ public:
     // (the device monitor, the keyboards' event nodes, the database's folder).
     virtual void watchDescriptor(int /*fd*/, std::function<void()> /*readable*/) {}
     virtual void unwatchDescriptor(int /*fd*/) {}
+    // Calls `work` on the main thread after `delay`, once (a front end without an event loop
+    // runs nothing).
+    virtual void runAfter(std::chrono::milliseconds /*delay*/, std::function<void()> /*work*/) {}
 };
 
 // How a session reaches the outside world.
