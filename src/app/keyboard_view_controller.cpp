@@ -435,6 +435,7 @@ void KeyboardViewController::changed(SessionAspect aspect) {
             colorPanel_->sync();
             break;
         case SessionAspect::UserLights: if (userlight_view) userlight_view->sync(); break;
+        case SessionAspect::Desktop: if (config_view) config_view->sync(); break;
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QSystemTrayIcon>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -9,6 +11,7 @@
 #include "i18n/extra_texts.h"
 #include "i18n/language.h"
 #include "layout/light_colours.h"
+#include "pages/app_profiles_dialog.h"
 #include "pages/message_box.h"
 #include "pages/page_controls.h"
 #include "session/keyboard_session.h"
@@ -20,6 +23,8 @@ namespace {
 
 // Widest the language box grows.
 constexpr int kControlWidth = 260;
+// Widest the desktop column grows (its texts wrap).
+constexpr int kDesktopWidth = 300;
 
 // The captions of the form's rows.
 constexpr int kLanguageCaption = 603;
@@ -84,6 +89,7 @@ SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : 
     grid->addWidget(btn_resetmousedata, 3, 1, Qt::AlignLeft);
     grid->addWidget(btn_resetalldata, 4, 1, Qt::AlignLeft);
     grid->setColumnStretch(1, 1);
+    grid->addLayout(desktopColumn(), 0, 2, 5, 1, Qt::AlignTop);
     // The controls keep their place whatever the language: the caption column is as wide as
     // the widest caption in any of the three.
     int captionWidth = 0;
@@ -98,7 +104,7 @@ SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : 
     // The form and the keyboard under it, centred in the page.
     auto* column = new QVBoxLayout;
     column->addLayout(grid);
-    column->addSpacing(28);
+    column->addSpacing(20);
     column->addWidget(config_keyboardctrl, 0, Qt::AlignHCenter);
     auto* page = new QVBoxLayout(this);
     page->setContentsMargins(40, 30, 40, 30);
@@ -108,8 +114,69 @@ SettingsPageView::SettingsPageView(KeyboardSession& session, QWidget* parent) : 
     sync();
 }
 
+QLayout* SettingsPageView::desktopColumn() {
+    desktopHeading_ = new QLabel(this);
+    desktopHeading_->setObjectName("config_label_desktop");
+    startAtLogin_ = new QCheckBox(this);
+    startAtLogin_->setObjectName("config_btn_start_at_login");
+    noTray_ = new QLabel(this);
+    noTray_->setObjectName("config_label_no_tray");
+    noTray_->setWordWrap(true);
+    darkWhenLocked_ = new QCheckBox(this);
+    darkWhenLocked_->setObjectName("config_btn_dark_when_locked");
+    automaticProfiles_ = new QCheckBox(this);
+    automaticProfiles_->setObjectName("config_btn_automatic_profiles");
+    focusSource_ = new QLabel(this);
+    focusSource_->setObjectName("config_label_focus_source");
+    focusSource_->setWordWrap(true);
+    editRules_ = new QPushButton(this);
+    editRules_->setObjectName("config_btn_rules");
+    // Without a tray a hidden start could not be reached: the switch stays off, and says why.
+    const bool tray = QSystemTrayIcon::isSystemTrayAvailable();
+    startAtLogin_->setEnabled(tray || autostartEnabled());
+    noTray_->setVisible(!tray);
+    connect(startAtLogin_, &QCheckBox::toggled, this, [this](bool on) {
+        if (syncing_) return;
+        std::string error;
+        if (!setAutostart(on, QCoreApplication::applicationFilePath().toStdString(), error)) {
+            session_.core.warn(extraText(ExtraText::kNotStoredTitle), error);
+        }
+        sync();
+    });
+    connect(darkWhenLocked_, &QCheckBox::toggled, this, &SettingsPageView::setDesktopOptions);
+    connect(automaticProfiles_, &QCheckBox::toggled, this, &SettingsPageView::setDesktopOptions);
+    connect(editRules_, &QPushButton::clicked, this, [this] {
+        if (!rulesDialog_) rulesDialog_ = new AppProfilesDialog(session_, this);
+        rulesDialog_->sync();
+        rulesDialog_->open();
+    });
+    auto* column = new QVBoxLayout;
+    column->setSpacing(6);
+    for (QWidget* w : std::initializer_list<QWidget*>{desktopHeading_, startAtLogin_, noTray_, darkWhenLocked_,
+                                                      automaticProfiles_, focusSource_}) {
+        w->setMaximumWidth(kDesktopWidth);
+        column->addWidget(w);
+    }
+    // Wrapped texts as tall as their lines at the column's width, in every language.
+    for (QLabel* label : {noTray_, focusSource_}) label->setFixedWidth(kDesktopWidth);
+    column->addWidget(editRules_, 0, Qt::AlignLeft);
+    return column;
+}
+
+void SettingsPageView::setDesktopOptions() {
+    if (!syncing_) session_.follow.setOptions({automaticProfiles_->isChecked(), darkWhenLocked_->isChecked()});
+    sync();
+}
+
 void SettingsPageView::retranslate() {
     texts_.apply();
+    desktopHeading_->setText(text(ExtraText::kFollowUser));
+    startAtLogin_->setText(text(ExtraText::kStartAtLogin));
+    noTray_->setText(text(ExtraText::kNoTray));
+    darkWhenLocked_->setText(text(ExtraText::kDarkWhenLocked));
+    automaticProfiles_->setText(text(ExtraText::kAutomaticProfiles));
+    editRules_->setText(text(ExtraText::kEditRules));
+    if (rulesDialog_) rulesDialog_->retranslate();
     // The game-mode box reads "Disabled"; it is named after its caption.
     boxes_[0]->setAccessibleName(config_label_gamemode->text());
     config_keyboardctrl->setAccessibleName(text(ExtraText::kLightKeyboard));
@@ -119,6 +186,15 @@ void SettingsPageView::sync() {
     syncing_ = true;
     combo_language->setCurrentIndex(session_.settings.languageRow());
     for (int tag = 0; tag < 4; ++tag) boxes_[tag]->setChecked(session_.settings.box(tag));
+    startAtLogin_->setChecked(autostartEnabled());
+    darkWhenLocked_->setChecked(session_.follow.options().darkWhenLocked);
+    automaticProfiles_->setChecked(session_.follow.options().automaticProfiles);
+    const std::string& source = session_.follow.focusSource();
+    focusSource_->setText(source.empty() ? text(ExtraText::kAutomaticUnavailable)
+                                         : text(ExtraText::kAutomaticSource).arg(QString::fromStdString(source)));
+    focusSource_->setToolTip(QString::fromStdString(session_.follow.focusUnavailable()));
+    editRules_->setEnabled(automaticProfiles_->isChecked());
+    if (rulesDialog_) rulesDialog_->sync();
     syncing_ = false;
 }
 
