@@ -5,7 +5,10 @@
 #include <string>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
 #include "cli/ctl_device.h"
+#include "cli/ctl_output.h"
 #include "hid/device_comm.h"
 #include "hid/wire_log.h"
 #include "sender/keyboard_sender.h"
@@ -14,38 +17,39 @@
 
 namespace qx9::ctl {
 
-// A refused command: one line on standard error, exit status 1; a command line that cannot be
-// read: status 2; status 0 when the run ends early with nothing wrong (--help, --version).
+// A refused command: one line on standard error, exit status 1. (A command line that cannot be
+// read never reaches a command: CLI11 refuses it with status 2.)
 struct UsageError {
     std::string message;
-    int status = 1;
 };
-// A command line of the wrong shape (a missing argument, an unknown subcommand): status 2.
-inline UsageError usageError(std::string message) { return {std::move(message), 2}; }
 
 struct Options {
     std::string db;
     std::string device = "auto";
     std::string wire;
     bool json = false;
+    bool header = false;
     bool verbose = false;
-    std::vector<std::string> command;
 };
 
 // What one qx9ctl run works on. The database and the transport are opened when a command first
 // needs them, and a command opens nothing else.
 class Context {
 public:
-    Context(Options options, std::ostream& out, std::ostream& err) : options(std::move(options)), out(out), err(err) {}
+    Context(Options options, std::istream& in, std::ostream& out, std::ostream& err)
+        : options(std::move(options)), in(in), out(out), err(err) {}
 
     Options options;
+    std::istream& in;
     std::ostream& out;
     std::ostream& err;
-    OpenedDevice device;
     std::shared_ptr<WireSink> wire;
     bool sends = false;  // the command writes to the keyboard
 
-    bool hasKeyboard() const { return device.record.device != nullptr; }
+    // The keyboard --device names, opened on first use; one that cannot be used is a UsageError.
+    OpenedDevice& keyboard();
+    bool hasKeyboard() const { return device_.record.device != nullptr; }
+    Format format() const { return {options.json, options.header}; }
     // The database, opened on first use, with the interface language it stores applied to the
     // texts the commands store; a file that cannot be opened or read is a UsageError.
     DeviceSQLite& database();
@@ -56,6 +60,8 @@ public:
     std::string storeCause() const;
 
 private:
+    OpenedDevice device_;
+    bool deviceOpened_ = false;
     std::unique_ptr<DeviceSQLite> db_;
     std::unique_ptr<DeviceComm> comm_;
     std::unique_ptr<DirectSender> sender_;
@@ -64,29 +70,19 @@ private:
 // Throws the outcome's reason as a UsageError unless it is done.
 void check(const ops::Outcome& outcome);
 
-// Commands (args without the command's own name).
-void cmdDevices(Context& c, const std::vector<std::string>& args);
-void cmdConnect(Context& c, const std::vector<std::string>& args);
-void cmdProfile(Context& c, const std::vector<std::string>& args);
-void cmdKey(Context& c, const std::vector<std::string>& args);       // ctl_keys.cpp
-void cmdFnMode(Context& c, const std::vector<std::string>& args);
-void cmdSettings(Context& c, const std::vector<std::string>& args);
-void cmdKeyboardState(Context& c, const std::vector<std::string>& args);
-void cmdMacro(Context& c, const std::vector<std::string>& args);      // ctl_macros.cpp
-void cmdLight(Context& c, const std::vector<std::string>& args);      // ctl_lighting.cpp
-void cmdUserLight(Context& c, const std::vector<std::string>& args);  // ctl_userlight.cpp
-void cmdExport(Context& c, const std::vector<std::string>& args);     // ctl_export.cpp
-void cmdImport(Context& c, const std::vector<std::string>& args);     // ctl_export.cpp
+// A command's arguments as the parse read them (each already in its canonical form).
+inline std::string text(const CLI::App& a, const char* name) { return a[name]->as<std::string>(); }
+inline std::int64_t number(const CLI::App& a, const char* name) { return a[name]->as<std::int64_t>(); }
+inline bool given(const CLI::App& a, const char* name) { return a[name]->count() > 0; }
 
-// Parsing helpers; each throws UsageError with a clear message.
-std::int64_t parseInteger(const std::string& text, const std::string& what);
-std::int64_t parseInRange(const std::string& text, const std::string& what, std::int64_t lo, std::int64_t hi);
-std::int64_t parseProfile(Context& c, const std::string& text);  // an existing profile id
-// A key by name (a, escape, leftWin, i1 …) or code: its code, when the code map has it.
-// `example` is the key name the error message gives as an example.
-std::int64_t parseKeyCode(const std::string& text, const char* example = "leftWin");
-bool parseOnOff(const std::string& text, const std::string& what);
-void expectArgs(const std::vector<std::string>& args, std::size_t n, const std::string& usage);
-void printRecord(Context& c, std::int64_t id, const std::string& name);
+// Existing profiles and macros by id (refused: status 1).
+std::int64_t existingProfile(Context& c, std::int64_t id);
+std::int64_t existingMacro(Context& c, std::int64_t id);
+// What a write did: with --json, a table as printed by its `list` or `show`, or one record as an
+// object; the `add` commands print their record always.
+void printResult(Context& c, const Table& table);
+void printRecord(Context& c, const Table& record, bool always = false);
+// What `settings show` prints (connect, import and reset-all print it too).
+Table settingsTable(Context& c);
 
 }  // namespace qx9::ctl

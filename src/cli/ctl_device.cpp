@@ -25,12 +25,12 @@ bool useInterface(const AttachedInterface& a, OpenedDevice& opened, std::string&
 
 }  // namespace
 
-bool openDevice(const std::string& spec, OpenedDevice& opened, std::string& error) {
+bool openDevice(const std::string& named, OpenedDevice& opened, std::string& error) {
     opened = {};
-    if (spec == "virtual" || spec.rfind("virtual:", 0) == 0) {
+    if (named == "virtual" || named.rfind("virtual:", 0) == 0) {
         auto keyboard = std::make_shared<VirtualQX9>();
-        if (spec.size() > 8) {
-            opened.stateFile = spec.substr(8);
+        if (named.size() > 8) {
+            opened.stateFile = named.substr(8);
             // Every process with this file has the same keyboard: each transaction reads it and
             // writes it back while it holds the keyboard.
             if (!keyboard->shareState(opened.stateFile, error)) return false;
@@ -41,20 +41,20 @@ bool openDevice(const std::string& spec, OpenedDevice& opened, std::string& erro
         return true;
     }
     const auto interfaces = enumerateHidInterfaces(false);
-    if (spec == "auto") {
+    if (named == "auto") {
         for (const AttachedInterface& a : interfaces) {
             if (isQX9ConfigurationInterface(a.record)) return useInterface(a, opened, error);
         }
         return true;  // no keyboard
     }
     std::error_code ec;
-    const auto wanted = std::filesystem::weakly_canonical(spec, ec);
+    const auto wanted = std::filesystem::weakly_canonical(named, ec);
     for (const AttachedInterface& a : interfaces) {
-        if (a.devnode == spec || (!ec && std::filesystem::weakly_canonical(a.devnode, ec) == wanted)) {
+        if (a.devnode == named || (!ec && std::filesystem::weakly_canonical(a.devnode, ec) == wanted)) {
             return useInterface(a, opened, error);
         }
     }
-    error = spec + ": no such hidraw device";
+    error = named + ": no such hidraw device";
     return false;
 }
 

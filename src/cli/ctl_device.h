@@ -20,6 +20,6 @@ struct OpenedDevice {
 // "virtual", "virtual:FILE" or a hidraw node. False with a message in `error` when the device
 // cannot be used (a node that is not a QX9 configuration interface, one that cannot be opened,
 // a state file that cannot be read).
-bool openDevice(const std::string& spec, OpenedDevice& opened, std::string& error);
+bool openDevice(const std::string& named, OpenedDevice& opened, std::string& error);
 
 }  // namespace qx9::ctl

@@ -1,24 +1,76 @@
 // qx9ctl light: the backlight effects, the selected effect's parameters and the sleep time.
 // A parameter the window disables or hides for the selected effect is refused here too.
-#include <cstdio>
+// `light show` prints the parameters the selected effect has, each as the words that set it.
+#include <algorithm>
+#include <cctype>
 
 #include "cli/ctl_context.h"
-#include "cli/ctl_output.h"
+#include "cli/ctl_grammar.h"
 #include "i18n/language.h"
+#include "layout/light_colours.h"
 #include "ops/lighting.h"
 #include "ops/settings.h"
-#include "layout/light_colours.h"
 
 namespace qx9::ctl {
 
 namespace {
 
-const char* const kLightUsage =
-    "usage: qx9ctl light list | select ROW | color R G B | preset 1-14 | random on|off | brightness 0-15 | "
-    "speed 0-15 | direction up|down|left|right | sleep 0-3 | show";
-
 // The slider range of brightness and speed.
 constexpr std::int64_t kSliderMaximum = 15;
+constexpr std::int64_t kChannelMaximum = 255;
+// Directions by their number in the light record (ops::Direction).
+const std::vector<std::string> kDirections = {"left", "right", "up", "down"};
+
+// An effect's word: its English name in lower case, its words joined by "-" ("single-on").
+std::string effectWord(int row) {
+    const std::string name = ENGLanguage::getLan(ops::effectTextId(row));
+    std::string word;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        const auto c = static_cast<unsigned char>(name[i]);
+        if (i > 0 && (c == ' ' || (std::isupper(c) && std::islower(static_cast<unsigned char>(name[i - 1]))))) word += '-';
+        if (c != ' ') word += static_cast<char>(std::tolower(c));
+    }
+    return word;
+}
+
+std::vector<std::string> effectWords() {
+    std::vector<std::string> words;
+    for (int r = 0; r < ops::kEffectRows; ++r) words.push_back(effectWord(r));
+    return words;
+}
+
+// ROW read as the effect's row: the row, or the effect's word in any case, with or without "-".
+std::string readEffect(std::string& word) {
+    const auto bare = [](const std::string& w) {
+        std::string b;
+        for (char c : lower(w)) if (std::isalnum(static_cast<unsigned char>(c))) b += c;
+        return b;
+    };
+    for (int r = 0; r < ops::kEffectRows; ++r) {
+        if (bare(effectWord(r)) == bare(word)) {
+            word = std::to_string(r);
+            return "";
+        }
+    }
+    if (!word.empty() && std::isdigit(static_cast<unsigned char>(word[0]))) return numberIn(0, ops::kEffectRows - 1)(word);
+    return "\"" + word + "\" is not an effect (see: qx9ctl light list)";
+}
+
+// COLOR: RRGGBB, or R G B.
+RgbColor readColor(std::vector<std::string> values) {
+    const auto fail = [](const std::string& error) { return CLI::ValidationError("COLOR", error); };
+    if (values.size() == 1) {
+        if (const std::string error = colorReader()(values[0]); !error.empty()) throw fail(error);
+        const std::int64_t rgb = *parseNumber("0x" + values[0]);
+        return {static_cast<std::uint8_t>(rgb >> 16), static_cast<std::uint8_t>(rgb >> 8), static_cast<std::uint8_t>(rgb)};
+    }
+    if (values.size() != 3) throw fail("is RRGGBB, or R G B");
+    for (std::string& v : values) {
+        if (const std::string error = numberIn(0, kChannelMaximum)(v); !error.empty()) throw fail(error);
+    }
+    const auto channel = [&](std::size_t i) { return static_cast<std::uint8_t>(*parseNumber(values[i])); };
+    return {channel(0), channel(1), channel(2)};
+}
 
 // The selected effect, under the settings profile, with its record.
 struct Effect {
@@ -26,19 +78,6 @@ struct Effect {
     LightRecord record{};
     ops::EffectControls controls;
 };
-
-int rowOf(std::int64_t mode) {
-    for (int r = 0; r < ops::kEffectRows; ++r) {
-        if (ops::effectOfRow(r) == mode) return r;
-    }
-    return -1;
-}
-
-std::string effectName(std::int64_t mode) {
-    const int row = rowOf(mode);
-    if (row < 0) return "mode " + std::to_string(mode);
-    return "\"" + localizedText(ops::effectTextId(row)) + "\"";
-}
 
 Effect selected(Context& c) {
     Effect e;
@@ -50,161 +89,127 @@ Effect selected(Context& c) {
     return e;
 }
 
-void requireColour(const Effect& e) {
-    if (e.controls.colour) return;
-    if (e.controls.randomShownOn) throw UsageError{"the colour is off while random colour is on (qx9ctl light random off)"};
-    throw UsageError{effectName(e.mode) + " has no colour of its own"};
-}
-
-std::string hexColour(std::uint32_t rgb) {
-    char buf[8];
-    std::snprintf(buf, sizeof buf, "#%06X", static_cast<unsigned>(rgb & 0xFFFFFF));
-    return buf;
-}
-
-const char* directionName(int d) {
-    switch (d) {
-        case ops::kLeft: return "left";
-        case ops::kRight: return "right";
-        case ops::kUp: return "up";
-        case ops::kDown: return "down";
-        default: return "?";
+int rowOf(std::int64_t mode) {
+    for (int r = 0; r < ops::kEffectRows; ++r) {
+        if (ops::effectOfRow(r) == mode) return r;
     }
+    return -1;
 }
 
-// The direction buttons shown, in the page's order, the one that shows selected marked.
-std::string directionButtons(const Effect& e) {
-    std::string text;
-    const auto add = [&](const char* name, bool on) { text += (text.empty() ? "" : ", ") + std::string(name) + (on ? " (selected)" : ""); };
-    const std::uint8_t d = e.record[ops::kLightDirection];
-    if (e.controls.upDown) {
-        add("up", d == ops::kDown);  // direction 3 shows on the up button, as in the window
-        add("down", d != ops::kDown);
-    }
-    if (e.controls.leftRight) {
-        add("right", d == ops::kRight);
-        add("left", d != ops::kRight);
-    }
-    return text.empty() ? "none" : text;
+std::string effectName(std::int64_t mode) {
+    const int row = rowOf(mode);
+    return row < 0 ? "mode " + std::to_string(mode) : "\"" + effectWord(row) + "\"";
 }
 
-std::string preview(const Effect& e) {
-    if (e.controls.colourful) return "colourful";
-    if (!e.controls.known || e.mode == ops::kEffectOff) return hexColour(0);
-    return hexColour(rgbValue(coarseColorFromBytes(e.record[ops::kLightRed], e.record[ops::kLightGreen], e.record[ops::kLightBlue])));
+Table lightTable(Context& c) {
+    const Effect e = selected(c);
+    const LightRecord& r = e.record;
+    const int row = rowOf(e.mode);
+    Table table({"setting", "value"});
+    table.add({"select", row < 0 ? std::to_string(e.mode) : effectWord(row)});
+    if (e.controls.randomSwitch) table.add({"random", e.controls.randomShownOn ? "on" : "off"});
+    if (e.controls.colour) {
+        char hex[8];
+        std::snprintf(hex, sizeof hex, "%02X%02X%02X", r[ops::kLightRed], r[ops::kLightGreen], r[ops::kLightBlue]);
+        table.add({"color", hex});
+    }
+    table.add({"brightness", r[ops::kLightBrightness] & kSliderMaximum});
+    if (e.controls.speed) table.add({"speed", r[ops::kLightSpeed] & kSliderMaximum});
+    const std::uint8_t d = r[ops::kLightDirection];
+    const bool upDown = d == ops::kUp || d == ops::kDown;
+    if (d < kDirections.size() && (upDown ? e.controls.upDown : e.controls.leftRight)) table.add({"direction", kDirections[d]});
+    table.add({"sleep", std::max(ops::storedSleepTime(c.database()), 0)});
+    return table;
 }
 
 void lightList(Context& c) {
     const std::int64_t mode = ops::selectedEffect(c.database());
     Table table({"row", "mode", "name", "selected"});
     for (int r = 0; r < ops::kEffectRows; ++r) {
-        table.add({std::to_string(r), std::to_string(ops::effectOfRow(r)), localizedText(ops::effectTextId(r)),
-                   ops::effectOfRow(r) == mode ? "*" : ""});
+        table.add({r, ops::effectOfRow(r), effectWord(r), Field::mark(ops::effectOfRow(r) == mode)});
     }
-    table.print(c.out, c.options.json);
+    table.print(c.out, c.format());
 }
 
-void lightShow(Context& c) {
+void setColor(Context& c, const RgbColor& color) {
     const Effect e = selected(c);
-    const LightRecord& r = e.record;
-    const int row = rowOf(e.mode);
-    auto enabled = [](bool on) { return std::string(on ? "enabled" : "disabled"); };
-    Table table({"setting", "value"});
-    table.add({"profile", std::to_string(ops::kSettingsProfile)});
-    table.add({"mode", std::to_string(e.mode)});
-    table.add({"row", row < 0 ? "none" : std::to_string(row)});
-    table.add({"name", row < 0 ? "" : localizedText(ops::effectTextId(row))});
-    table.add({"color", std::to_string(r[ops::kLightRed]) + " " + std::to_string(r[ops::kLightGreen]) + " " +
-                            std::to_string(r[ops::kLightBlue])});
-    table.add({"color_controls", enabled(e.controls.colour)});
-    table.add({"random", r[ops::kLightRandom] == ops::kRandomOn ? "on" : "off"});
-    table.add({"random_switch", std::string(e.controls.randomShownOn ? "on" : "off") + ", " + enabled(e.controls.randomSwitch)});
-    table.add({"brightness", std::to_string(r[ops::kLightBrightness])});
-    table.add({"brightness_slider", std::to_string(e.mode == ops::kEffectOff ? 0 : r[ops::kLightBrightness] & kSliderMaximum)});
-    table.add({"speed", std::to_string(r[ops::kLightSpeed])});
-    table.add({"speed_slider", std::to_string(e.controls.speed ? r[ops::kLightSpeed] & kSliderMaximum : 0) + ", " +
-                                   enabled(e.controls.speed)});
-    table.add({"direction", std::to_string(r[ops::kLightDirection]) + " " + directionName(r[ops::kLightDirection])});
-    table.add({"direction_buttons", directionButtons(e)});
-    table.add({"preview", preview(e)});
-    table.add({"sleeplight", c.database().getConfigData(ops::kSettingsProfile, ops::kSleepLight)});
-    table.print(c.out, c.options.json);
+    if (!e.controls.colour) {
+        if (e.controls.randomShownOn) throw UsageError{"the color is off while random color is on (qx9ctl light random off)"};
+        throw UsageError{effectName(e.mode) + " has no color of its own"};
+    }
+    check(ops::setLightColour(c.target(), ops::kSettingsProfile, ops::kSettingsProfile, color.r, color.g, color.b));
 }
 
-}  // namespace
-
-void cmdLight(Context& c, const std::vector<std::string>& args) {
-    if (args.empty()) throw usageError(kLightUsage);
-    const std::string& verb = args[0];
-    const auto expect = [&](std::size_t n, const char* usage) { expectArgs(args, n, std::string("light ") + usage); };
+void setParameter(Context& c, const std::string& parameter, const std::string& value) {
+    if (parameter == "sleep") {  // the keyboard's, whatever the effect
+        const ops::Target target = c.target();
+        check(ops::setSleepTime(target, *parseNumber(value), ops::storedSwitches(target.db)));
+        return;
+    }
     const std::int64_t profile = ops::kSettingsProfile;
-    if (verb == "list") {
-        expect(1, "list");
-        lightList(c);
-    } else if (verb == "show") {
-        expect(1, "show");
-        lightShow(c);
-    } else if (verb == "select") {
-        expect(2, "select ROW");
-        const std::int64_t row = parseInRange(args[1], "the row", 0, ops::kEffectRows - 1);
-        LightRecord record{};
-        check(ops::selectEffect(c.target(), profile, ops::effectOfRow(static_cast<int>(row)), record));
-    } else if (verb == "color" || verb == "preset") {
-        if (verb == "color") expect(4, "color R G B");
-        else expect(2, "preset 1-14");
-        RgbColor colour;
-        if (verb == "color") {
-            colour = {static_cast<std::uint8_t>(parseInRange(args[1], "red", 0, 255)),
-                      static_cast<std::uint8_t>(parseInRange(args[2], "green", 0, 255)),
-                      static_cast<std::uint8_t>(parseInRange(args[3], "blue", 0, 255))};
-        } else {
-            colour = presetLightColor(static_cast<int>(parseInRange(args[1], "the preset", 1, kPresetColorCount)));
-        }
-        const Effect e = selected(c);
-        requireColour(e);
-        check(ops::setLightColour(c.target(), profile, profile, static_cast<std::uint8_t>(colour.r),
-                                  static_cast<std::uint8_t>(colour.g), static_cast<std::uint8_t>(colour.b)));
-    } else if (verb == "random") {
-        expect(2, "random on|off");
-        const bool on = parseOnOff(args[1], "random");
-        const Effect e = selected(c);
-        if (!e.controls.randomSwitch) throw UsageError{effectName(e.mode) + " has no random colour"};
-        if (e.controls.randomShownOn == on) return;  // the switch shows it already
-        check(ops::setRandomColour(c.target(), profile, profile, on));
-    } else if (verb == "brightness" || verb == "speed") {
-        expect(2, verb == "speed" ? "speed 0-15" : "brightness 0-15");
-        const std::int64_t value = parseInRange(args[1], "the " + verb, 0, kSliderMaximum);
-        const Effect e = selected(c);
-        if (verb == "brightness") {
-            check(ops::setBrightness(c.target(), profile, profile, value));
-        } else {
-            if (!e.controls.speed) throw UsageError{effectName(e.mode) + " has no speed"};
-            check(ops::setSpeed(c.target(), profile, profile, value));
-        }
-    } else if (verb == "direction") {
-        expect(2, "direction up|down|left|right");
-        const std::string& d = args[1];
-        std::int64_t direction = -1;
-        if (d == "up") direction = ops::kUp;
-        else if (d == "right") direction = ops::kRight;
-        else if (d == "left") direction = ops::kLeft;
-        else if (d == "down") direction = ops::kDown;
-        if (direction < 0) throw UsageError{"direction takes up, down, left or right, not \"" + d + "\""};
-        const Effect e = selected(c);
+    const Effect e = selected(c);
+    if (parameter == "random") {
+        if (!e.controls.randomSwitch) throw UsageError{effectName(e.mode) + " has no random color"};
+        if (e.controls.randomShownOn != (value == "on")) check(ops::setRandomColour(c.target(), profile, profile, value == "on"));
+    } else if (parameter == "brightness") {
+        check(ops::setBrightness(c.target(), profile, profile, *parseNumber(value)));
+    } else if (parameter == "speed") {
+        if (!e.controls.speed) throw UsageError{effectName(e.mode) + " has no speed"};
+        check(ops::setSpeed(c.target(), profile, profile, *parseNumber(value)));
+    } else {  // direction
+        const auto direction = static_cast<std::int64_t>(std::find(kDirections.begin(), kDirections.end(), value) - kDirections.begin());
         const bool upDown = direction == ops::kUp || direction == ops::kDown;
         if (upDown ? !e.controls.upDown : !e.controls.leftRight) {
             const char* shown = e.controls.upDown ? " takes up or down" : e.controls.leftRight ? " takes left or right" : " has no direction";
             throw UsageError{effectName(e.mode) + shown};
         }
         check(ops::setDirection(c.target(), profile, profile, direction));
-    } else if (verb == "sleep") {
-        expect(2, "sleep 0-3");
-        const std::int64_t value = parseInRange(args[1], "the sleep time", 0, ops::kSleepTimeCount - 1);
-        const ops::Target target = c.target();
-        check(ops::setSleepTime(target, value, ops::storedSwitches(target.db)));
-    } else {
-        throw usageError("unknown light command " + verb);
     }
+}
+
+}  // namespace
+
+void addLightCommands(Grammar& g) {
+    CLI::App* group = g.command(&g.root(), "light",
+                                "list | select ROW|NAME | color RRGGBB|R G B | preset 1-14 | random on|off |\n"
+                                "       brightness 0-15 | speed 0-15 | direction up|down|left|right | sleep 0-3 | show",
+                                "The backlight effect");
+    // Each light command prints what `light show` prints with --json.
+    const auto then = [&g](CLI::App* app, std::function<void(Context&, const CLI::App&)> run) {
+        g.action(app, [run](Context& c, const CLI::App& a) {
+            run(c, a);
+            printResult(c, lightTable(c));
+        });
+    };
+    g.action(g.command(group, "list", "", "The effects"), [](Context& c, const CLI::App&) { lightList(c); });
+    g.action(g.command(group, "show", "", "The selected effect's parameters, each as the words that set it"),
+             [](Context& c, const CLI::App&) { lightTable(c).print(c.out, c.format()); });
+    CLI::App* select = g.command(group, "select", "ROW|NAME", "Choose an effect (see: qx9ctl light list)");
+    g.argument(select, "ROW", "The effect's row or name", readEffect, {Source::kWords, effectWords()});
+    then(select, [](Context& c, const CLI::App& a) {
+        LightRecord record{};
+        check(ops::selectEffect(c.target(), ops::kSettingsProfile, ops::effectOfRow(static_cast<int>(number(a, "ROW"))), record));
+    });
+    CLI::App* color = g.command(group, "color", "RRGGBB|R G B", "The effect's color");
+    g.argument(color, "COLOR", "RRGGBB in hex, or R G B (0-255 each)", {})->expected(1, 3)->allow_extra_args();
+    const auto words = [](const CLI::App& a) { return a["COLOR"]->results(); };
+    g.action(color, [words](Context& c, const CLI::App& a) {
+        setColor(c, readColor(words(a)));
+        printResult(c, lightTable(c));
+    }, [words](const CLI::App& a) { readColor(words(a)); });
+    CLI::App* preset = g.command(group, "preset", "1-14", "One of the preset colors");
+    g.argument(preset, "PRESET", "1-14", numberIn(1, kPresetColorCount));
+    then(preset, [](Context& c, const CLI::App& a) { setColor(c, presetLightColor(static_cast<int>(number(a, "PRESET")))); });
+    const auto parameter = [&](const char* name, const char* synopsis, const char* about, Reader reader, Completion completion) {
+        CLI::App* app = g.command(group, name, synopsis, about);
+        g.argument(app, "VALUE", synopsis, std::move(reader), std::move(completion));
+        then(app, [](Context& c, const CLI::App& a) { setParameter(c, a.get_name(), text(a, "VALUE")); });
+    };
+    parameter("random", "on|off", "Random colors", oneOf({"on", "off"}), {Source::kWords, {"on", "off"}});
+    parameter("brightness", "0-15", "The brightness", numberIn(0, kSliderMaximum), {});
+    parameter("speed", "0-15", "The speed", numberIn(0, kSliderMaximum), {});
+    parameter("direction", "up|down|left|right", "The direction", oneOf(kDirections), {Source::kWords, kDirections});
+    parameter("sleep", "0-3", "When the backlight goes out", numberIn(0, ops::kSleepTimeCount - 1), {Source::kWords, {"0", "1", "2", "3"}});
 }
 
 }  // namespace qx9::ctl

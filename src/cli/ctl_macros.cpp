@@ -1,22 +1,15 @@
 // qx9ctl macro …: the macro list, the event editor and the delay mode.
+#include <algorithm>
+
 #include "cli/ctl_context.h"
-#include "cli/ctl_output.h"
+#include "cli/ctl_grammar.h"
 #include "ops/macros.h"
 
 namespace qx9::ctl {
 
 namespace {
 
-const char* const kMacroUsage =
-    "usage: qx9ctl macro list | add | rename ID NAME | delete ID | events ID | "
-    "insert ID key:NAME|mouse:left|middle|right|delay:MS [--before N|--after N] | delete-event ID N | "
-    "delay-mode ID record|none|default:MS | save ID";
-
-std::int64_t parseMacro(Context& c, const std::string& text) {
-    const std::int64_t id = parseInteger(text, "the macro");
-    if (!ops::macroExists(c.database(), id)) throw UsageError{"no macro " + text + " (see: qx9ctl macro list)"};
-    return id;
-}
+const std::vector<std::string> kButtons = {"left", "middle", "right"};  // in the order of their numbers
 
 // Event `n` of the events as stored when the change is made; refused when there is none.
 ops::Outcome eventIndex(const std::vector<ops::RecordRow>& events, std::int64_t n) {
@@ -25,12 +18,51 @@ ops::Outcome eventIndex(const std::vector<ops::RecordRow>& events, std::int64_t 
     return ops::Outcome::refused(ops::Reason::kNoEvent, {std::to_string(n), std::to_string(count)});
 }
 
-std::int64_t parseDelay(const std::string& text) {
-    const std::int64_t ms = parseInteger(text, "the delay");
-    if (ms < 0 || ms > ops::kMaxTypedDelay) {
-        throw UsageError{"the delay is 0-" + std::to_string(ops::kMaxTypedDelay) + " ms, not " + text};
-    }
+// A delay in ms as the macro page takes it.
+std::string readDelay(const std::string& kind, std::string ms) {
+    const std::string error = numberIn(0, ops::kMaxTypedDelay)(ms);
+    if (!error.empty()) throw CLI::ValidationError(kind + ": " + error + " (ms)");
     return ms;
+}
+
+// EVENT read as key:CODE, mouse:BUTTON or delay:MS.
+std::string readEvent(std::string& event) {
+    const std::size_t colon = event.find(':');
+    const std::string kind = lower(event.substr(0, colon));
+    std::string value = colon == std::string::npos ? "" : event.substr(colon + 1);
+    if (kind == "key" && colon != std::string::npos) {
+        const std::optional<std::int64_t> code = keyCode(value);
+        if (!code) return "no key \"" + value + "\" on the QX9 (see: qx9ctl key names)";
+        if (!ops::keyPressEvents(*code)) return "the key \"" + value + "\" cannot be part of a macro";
+        event = "key:" + std::to_string(*code);
+    } else if (kind == "mouse" && colon != std::string::npos) {
+        const std::string error = oneOf(kButtons)(value);
+        if (!error.empty()) return "mouse: " + error;
+        event = "mouse:" + value;
+    } else if (kind == "delay" && colon != std::string::npos) {
+        event = "delay:" + readDelay(kind, value);
+    } else {
+        return "\"" + event + "\" is not an event: key:NAME, mouse:left|middle|right or delay:MS";
+    }
+    return "";
+}
+
+std::vector<ops::RecordRow> events(const std::string& event) {
+    const std::string value = event.substr(event.find(':') + 1);
+    if (event.starts_with("key:")) return *ops::keyPressEvents(*parseNumber(value));
+    if (event.starts_with("mouse:")) {
+        return ops::mouseClickEvents(static_cast<int>(std::find(kButtons.begin(), kButtons.end(), value) - kButtons.begin()));
+    }
+    return ops::delayEvents(*parseNumber(value));
+}
+
+// MODE read as record, none or default:MS.
+std::string readDelayMode(std::string& mode) {
+    const std::string kind = lower(mode.substr(0, mode.find(':')));
+    if ((kind == "record" || kind == "none") && kind.size() == mode.size()) mode = kind;
+    else if (kind == "default" && mode.size() > kind.size()) mode = "default:" + readDelay(kind, mode.substr(kind.size() + 1));
+    else return "\"" + mode + "\" is not record, none or default:MS";
+    return "";
 }
 
 std::string delayModeText(const MacroInfo& m) {
@@ -42,59 +74,31 @@ std::string delayModeText(const MacroInfo& m) {
     }
 }
 
-// The events an EVENT argument names.
-std::vector<ops::RecordRow> parseEventKind(const std::string& event) {
-    const std::size_t colon = event.find(':');
-    const std::string kind = event.substr(0, colon);
-    const std::string value = colon == std::string::npos ? "" : event.substr(colon + 1);
-    if (kind == "key" && !value.empty()) {
-        const std::int64_t code = parseKeyCode(value, "leftShift");
-        if (auto events = ops::keyPressEvents(code)) return *events;
-        throw UsageError{"no key \"" + value + "\" on the QX9 (a key name such as a, escape, leftShift, or a key code)"};
-    }
-    if (kind == "mouse") {
-        const int button = value == "left" ? 0 : value == "middle" ? 1 : value == "right" ? 2 : -1;
-        if (button < 0) throw UsageError{"mouse takes left, middle or right, not \"" + value + "\""};
-        return ops::mouseClickEvents(button);
-    }
-    if (kind == "delay" && !value.empty()) return ops::delayEvents(parseDelay(value));
-    throw UsageError{"unknown event \"" + event + "\" (key:NAME, mouse:left|middle|right or delay:MS)"};
-}
-
-void macroList(Context& c) {
+// The macros (or one, by id) as `macro list` prints them.
+Table macros(Context& c, std::int64_t id = 0) {
     DeviceSQLite& db = c.database();
-    std::vector<MacroInfo> macros;
-    db.queryAllMacroData(macros);
+    std::vector<MacroInfo> stored;
+    db.queryAllMacroData(stored);
     Table table({"id", "name", "events", "delay"});
-    for (const MacroInfo& m : macros) {
-        table.add({std::to_string(m.macroId), m.macroName, std::to_string(ops::storedEvents(db, m.macroId).size()),
-                   delayModeText(m)});
+    for (const MacroInfo& m : stored) {
+        if (id == 0 || m.macroId == id) table.add({m.macroId, m.macroName, ops::storedEvents(db, m.macroId).size(), delayModeText(m)});
     }
-    table.print(c.out, c.options.json);
+    return table;
 }
 
-void macroEvents(Context& c, std::int64_t macro) {
+Table eventTable(Context& c, std::int64_t macro) {
     Table table({"index", "type", "value", "text"});
     const std::vector<ops::RecordRow> rows = ops::storedEvents(c.database(), macro);
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        table.add({std::to_string(i), std::to_string(rows[i].type), std::to_string(rows[i].value), ops::recordListText(rows[i])});
-    }
-    table.print(c.out, c.options.json);
+    for (std::size_t i = 0; i < rows.size(); ++i) table.add({i, rows[i].type, rows[i].value, ops::recordListText(rows[i])});
+    return table;
 }
 
-// insert ID EVENT [--before N|--after N]
-void macroInsert(Context& c, const std::vector<std::string>& args) {
-    const char* const usage = "usage: qx9ctl macro insert ID key:NAME|mouse:left|middle|right|delay:MS [--before N|--after N]";
-    if (args.size() != 3 && args.size() != 5) throw usageError(usage);
-    const std::int64_t macro = parseMacro(c, args[1]);
-    const std::vector<ops::RecordRow> added = parseEventKind(args[2]);
+void insert(Context& c, const CLI::App& a) {
+    const std::int64_t macro = existingMacro(c, number(a, "ID"));
+    const std::vector<ops::RecordRow> added = events(text(a, "EVENT"));
+    const bool after = given(a, "--after");
     std::optional<std::int64_t> selected;  // none: the new events go to the end
-    bool after = false;
-    if (args.size() == 5) {
-        if (args[3] != "--before" && args[3] != "--after") throw usageError(usage);
-        after = args[3] == "--after";
-        selected = parseInteger(args[4], "the event");
-    }
+    if (after || given(a, "--before")) selected = number(a, after ? "--after" : "--before");
     // Inserted into the events as they are stored when the change is made.
     check(ops::changeEvents(c.target(), macro, [&](std::vector<ops::RecordRow>& events) {
         if (selected) {
@@ -104,64 +108,83 @@ void macroInsert(Context& c, const std::vector<std::string>& args) {
                           after, added);
         return ops::Outcome::done();
     }));
+    printResult(c, eventTable(c, macro));
+}
+
+void deleteEvent(Context& c, const CLI::App& a) {
+    const std::int64_t macro = existingMacro(c, number(a, "ID"));
+    const std::int64_t n = number(a, "N");
+    check(ops::changeEvents(c.target(), macro, [&](std::vector<ops::RecordRow>& events) {
+        if (ops::Outcome o = eventIndex(events, n); !o) return o;
+        ops::deleteEventWithPartner(events, static_cast<std::size_t>(n));
+        return ops::Outcome::done();
+    }));
+    printResult(c, eventTable(c, macro));
+}
+
+// delay-mode ID MODE, save ID: the stored events stored again with the delay mode, every macro sent.
+void save(Context& c, const CLI::App& a) {
+    const std::int64_t macro = existingMacro(c, number(a, "ID"));
+    std::int64_t delayType = ops::kKeepDelayMode, delayTime = 0;  // save: the mode as stored
+    if (a.get_name() == "delay-mode") {
+        const std::string mode = text(a, "MODE");
+        delayType = mode == "record" ? ops::kRecordingDelay : mode == "none" ? ops::kNoDelay : ops::kDefaultDelay;
+        if (delayType == ops::kDefaultDelay) delayTime = *parseNumber(mode.substr(8));
+    }
+    check(ops::saveMacro(c.target(), macro, nullptr, delayType, delayTime));
+    printRecord(c, macros(c, macro));
 }
 
 }  // namespace
 
-void cmdMacro(Context& c, const std::vector<std::string>& args) {
-    if (args.empty()) throw usageError(kMacroUsage);
-    const std::string& verb = args[0];
-    const auto expect = [&](std::size_t n, const char* usage) { expectArgs(args, n, std::string("macro ") + usage); };
-    if (verb == "list") {
-        expect(1, "list");
-        macroList(c);
-    } else if (verb == "add") {
-        expect(1, "add");
+void addMacroCommands(Grammar& g) {
+    CLI::App* group = g.command(&g.root(), "macro",
+                                "list | add | rename ID NAME | delete ID | events ID | delete-event ID N | save ID |\n"
+                                "       insert ID EVENT [--before N|--after N] | delay-mode ID record|none|default:MS",
+                                "Macros");
+    const auto withId = [&g, group](const char* name, const char* synopsis, const char* about) {
+        CLI::App* app = g.command(group, name, synopsis, about);
+        g.id(app, "ID", "The macro", Source::kMacros);
+        return app;
+    };
+    g.action(g.command(group, "list", "", "The macros"), [](Context& c, const CLI::App&) { macros(c).print(c.out, c.format()); });
+    g.action(g.command(group, "add", "", "Add an empty macro"), [](Context& c, const CLI::App&) {
         std::string name;
         std::int64_t id = 0;
         check(ops::addMacro({c.database()}, name, id));
-        printRecord(c, id, name);
-    } else if (verb == "rename") {
-        expect(3, "rename ID NAME");
-        check(ops::renameMacro({c.database()}, parseMacro(c, args[1]), args[2]));
-    } else if (verb == "delete") {
-        expect(2, "delete ID");
-        check(ops::deleteMacro({c.database()}, parseMacro(c, args[1])));  // nothing is sent, as in the window
-    } else if (verb == "events") {
-        expect(2, "events ID");
-        macroEvents(c, parseMacro(c, args[1]));
-    } else if (verb == "insert") {
-        macroInsert(c, args);
-    } else if (verb == "delete-event") {
-        expect(3, "delete-event ID N");
-        const std::int64_t macro = parseMacro(c, args[1]);
-        const std::int64_t n = parseInteger(args[2], "the event");
-        check(ops::changeEvents(c.target(), macro, [&](std::vector<ops::RecordRow>& events) {
-            if (ops::Outcome o = eventIndex(events, n); !o) return o;
-            ops::deleteEventWithPartner(events, static_cast<std::size_t>(n));
-            return ops::Outcome::done();
-        }));
-    } else if (verb == "delay-mode" || verb == "save") {
-        if (verb == "save") expect(2, "save ID");
-        else expect(3, "delay-mode ID record|none|default:MS");
-        const std::int64_t macro = parseMacro(c, args[1]);
-        std::int64_t delayType = ops::kKeepDelayMode, delayTime = 0;  // save: the mode as stored
-        if (verb == "delay-mode") {
-            const std::string& mode = args[2];
-            if (mode == "record") delayType = ops::kRecordingDelay;
-            else if (mode == "none") delayType = ops::kNoDelay;
-            else if (mode.rfind("default:", 0) == 0) {
-                delayType = ops::kDefaultDelay;
-                delayTime = parseDelay(mode.substr(8));
-            } else {
-                throw UsageError{"delay-mode takes record, none or default:MS, not \"" + mode + "\""};
-            }
-        }
-        // The stored events, stored again with the delay mode, and every macro sent.
-        check(ops::saveMacro(c.target(), macro, nullptr, delayType, delayTime));
-    } else {
-        throw usageError("unknown macro command " + verb);
-    }
+        Table added({"id", "name"});
+        added.add({id, name});
+        printRecord(c, added, true);
+    });
+    CLI::App* rename = withId("rename", "ID NAME", "Rename a macro");
+    g.argument(rename, "NAME", "The new name", {});
+    g.action(rename, [](Context& c, const CLI::App& a) {
+        const std::int64_t id = existingMacro(c, number(a, "ID"));
+        check(ops::renameMacro({c.database()}, id, text(a, "NAME")));
+        printRecord(c, macros(c, id));
+    });
+    g.action(withId("delete", "ID", "Delete a macro and its events (keys bound to it keep their binding)"),
+             [](Context& c, const CLI::App& a) {
+                 const std::int64_t id = existingMacro(c, number(a, "ID"));
+                 const Table deleted = macros(c, id);
+                 check(ops::deleteMacro({c.database()}, id));  // nothing is sent, as in the window
+                 printRecord(c, deleted);
+             });
+    g.action(withId("events", "ID", "A macro's events"),
+             [](Context& c, const CLI::App& a) { eventTable(c, existingMacro(c, number(a, "ID"))).print(c.out, c.format()); });
+    CLI::App* insertEvent = withId("insert", "ID key:NAME|mouse:left|middle|right|delay:MS [--before N|--after N]",
+                                   "Insert an event (at the end unless --before or --after)");
+    g.argument(insertEvent, "EVENT", "key:NAME, mouse:left|middle|right or delay:MS", readEvent, {Source::kEvent, {}});
+    CLI::Option* before = g.argument(insertEvent, "--before", "Before event N", numberIn(0, INT64_MAX))->required(false)->type_name("N");
+    g.argument(insertEvent, "--after", "After event N", numberIn(0, INT64_MAX))->required(false)->type_name("N")->excludes(before);
+    g.action(insertEvent, insert);
+    CLI::App* remove = withId("delete-event", "ID N", "Delete event N of a macro (and its key up or key down)");
+    g.argument(remove, "N", "The event (see: qx9ctl macro events ID)", numberIn(0, INT64_MAX));
+    g.action(remove, deleteEvent);
+    g.action(withId("save", "ID", "Store a macro again and send all macros to the keyboard"), save);
+    CLI::App* delayMode = withId("delay-mode", "ID record|none|default:MS", "The delays a macro keeps");
+    g.argument(delayMode, "MODE", "record, none or default:MS", readDelayMode, {Source::kWords, {"record", "none", "default:"}});
+    g.action(delayMode, save);
 }
 
 }  // namespace qx9::ctl

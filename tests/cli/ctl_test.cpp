@@ -9,6 +9,8 @@
 #include <fstream>
 #include <sstream>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/ctl.h"
 #include "common/bytes.h"
 #include "virtual/virtual_qx9.h"
@@ -20,21 +22,25 @@
 namespace qx9::test {
 namespace {
 
+using Args = std::vector<std::string>;
+
 // qx9ctl run in-process on databases and virtual keyboard files in a directory of its own.
 class Qx9ctl : public ::testing::Test {
 protected:
     std::string path(const std::string& name) const { return (dir_ / name).string(); }
-    // qx9ctl --db DIR/DB --device virtual:DIR/DB.kb.json ARGS…, or without the keyboard with `raw`.
-    int run(std::vector<std::string> args, const std::string& db = "db.sqlite3", bool raw = false) {
+    // qx9ctl --db DIR/DB --device virtual:DIR/DB.kb.json ARGS…, or without the keyboard with `raw`;
+    // `input` is its standard input.
+    int run(Args args, const std::string& db = "db.sqlite3", bool raw = false, const std::string& input = "") {
         args.insert(args.begin(), {"--db", path(db), "--device", "virtual:" + path(db + ".kb.json")});
         if (raw) args.erase(args.begin() + 2, args.begin() + 4);
         out_.str("");
         err_.str("");
-        return ctl::run(args, out_, err_);
+        std::istringstream in(input);
+        return ctl::run(args, out_, err_, in);
     }
     // A run that must succeed and print nothing on standard error; its standard output.
-    std::string ok(const std::vector<std::string>& args, const std::string& db = "db.sqlite3") {
-        EXPECT_EQ(run(args, db), 0) << err_.str();
+    std::string ok(const Args& args, const std::string& db = "db.sqlite3", const std::string& input = "") {
+        EXPECT_EQ(run(args, db, false, input), 0) << err_.str();
         EXPECT_EQ(err_.str(), "");
         return out_.str();
     }
@@ -45,7 +51,18 @@ protected:
         kb.loadState(path(db + ".kb.json"), error);
         return kb.memory();
     }
-    std::string sql(const std::string& query) { return sqlValue(path("db.sqlite3"), query); }
+    std::string sql(const std::string& query, const std::string& db = "db.sqlite3") { return sqlValue(path(db), query); }
+    // Each line of `shown` (SETTING<TAB>VALUE) run as `qx9ctl COMMAND SETTING… VALUE` on `db`.
+    void feedBack(const std::string& command, const std::string& shown, const std::string& db) {
+        std::istringstream lines(shown);
+        for (std::string line; std::getline(lines, line);) {
+            Args args = {command};
+            std::istringstream words(line.substr(0, line.find('\t')));
+            for (std::string w; words >> w;) args.push_back(w);
+            args.push_back(line.substr(line.find('\t') + 1));
+            ok(args, db);
+        }
+    }
 
     TempDir dir_;
     ConsoleCapture console_;  // the tests open the database too
@@ -65,21 +82,25 @@ TEST_F(Qx9ctl, TheWireLogPrintsEveryReportOfTheFirstConnection) {
     for (const std::string& l : lines) EXPECT_EQ(l.size(), 3 + 64 * 3u) << l;
 }
 
-TEST_F(Qx9ctl, WithoutAKeyboardItStoresAndSaysSo) {
+TEST_F(Qx9ctl, WithoutAKeyboardItStoresSaysSoAndExits1) {
     // "auto" finds no QX9 on this machine.
-    ASSERT_EQ(run({"key", "set", "1", "0", "a", "disable"}, "db.sqlite3", true), 0) << err_.str();
-    EXPECT_EQ(err_.str(), "qx9ctl: no keyboard attached: stored only, nothing was sent\n");
-    ASSERT_EQ(run({"key", "list", "1", "0"}, "db.sqlite3", true), 0);
-    EXPECT_EQ(out_.str(), "a\t4\t2\t1\t0\t0\tDisable Keys\n");
+    for (const Args& args : {Args{"connect"}, Args{"key", "set", "1", "0", "a", "disable"}, Args{"settings", "gamemode", "on"}}) {
+        EXPECT_EQ(run(args, "db.sqlite3", true), 1) << args[0];
+        EXPECT_EQ(err_.str(), "qx9ctl: no keyboard attached: stored only, nothing was sent\n");
+    }
+    EXPECT_EQ(sql("SELECT macroType FROM t_keyprofile WHERE profId = 1 AND fnlayerId = 0 AND keyvalue = 4"), "2");
+    EXPECT_EQ(sql("SELECT value FROM t_configdata WHERE profId = 1 AND key = 'gamemode'"), "1");
+    ASSERT_EQ(run({"devices"}, "db.sqlite3", true), 0);
+    EXPECT_EQ(out_.str(), "");
+    EXPECT_EQ(err_.str(), "qx9ctl: no QX9 attached\n");
 }
 
 TEST_F(Qx9ctl, UnreadableDatabaseIsAnErrorSendsNothingAndStaysAsItWas) {
     std::string bytes = "this is not a database, and must stay as it is\n";
     for (int i = 0; i < 4096; ++i) bytes += static_cast<char>((i * 7919 + 13) % 256);  // and noise
     std::ofstream(path("text.sqlite3"), std::ios::binary) << bytes;
-    for (const std::vector<std::string>& args : {std::vector<std::string>{"--wire", "-", "connect"},
-                                                 {"profile", "list"}, {"key", "set", "1", "0", "a", "key:5"},
-                                                 {"settings", "reset-all"}, {"export", "-"}}) {
+    for (const Args& args : {Args{"--wire", "-", "connect"}, Args{"profile", "list"}, Args{"key", "set", "1", "0", "a", "key:5"},
+                             Args{"settings", "reset-all"}, Args{"export", "-"}}) {
         EXPECT_EQ(run(args, "text.sqlite3"), 1) << args[0];
         EXPECT_EQ(out_.str(), "");  // nothing on the wire, nothing exported
         EXPECT_EQ(err_.str(), "qx9ctl: cannot read the database " + path("text.sqlite3") +
@@ -89,7 +110,7 @@ TEST_F(Qx9ctl, UnreadableDatabaseIsAnErrorSendsNothingAndStaysAsItWas) {
     }
 }
 
-TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
+TEST_F(Qx9ctl, RefusedAndUnreadableCommandLinesPrintOneLineAndChangeNothing) {
     ok({"settings", "language", "en"});
     ok({"macro", "add"});
     ok({"macro", "insert", "1", "delay:5"});
@@ -100,92 +121,83 @@ TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
     std::ifstream good(path("good.json"));
     std::ofstream(path("hostile.json")) << R"({"a\n\u001b[31m\u009b": 1,)" << std::string(std::istreambuf_iterator<char>(good), {}).substr(1);
     struct Case {
-        std::vector<std::string> before;  // run first: the effect the command is refused for
-        std::vector<std::string> args;
+        Args before;  // run first: the effect the command is refused for
+        Args args;
+        int status;   // 1 refused, 2 unreadable
         std::string message;
     };
+    const std::string functions = "default | disable | key:CODE | combo:KEY[+KEY…] | macro:ID[:once|:repeat:N|:toggle] | "
+                                  "mouse:1-8 | media:1-7 | mac:1-6";
     const Case cases[] = {
-        {{}, {"key", "set", "1", "0", "printScreen", "disable"},
-         "no key \"printScreen\" on the QX9 (a key name such as a, escape, leftWin, or a key code)"},
-        {{}, {"key", "set", "7", "0", "a", "disable"}, "no profile 7 (see: qx9ctl profile list)"},
-        {{}, {"key", "set", "1", "2", "a", "disable"}, "the layer is 0 (base) or 1 (Fn), not 2"},
-        {{}, {"key", "set", "1", "0", "a", "mouse:9"}, "mouse is 1-8, not 9"},
-        {{}, {"key", "set", "1", "0", "a", "macro:3"}, "no macro 3"},
-        {{}, {"key", "set", "1", "0", "a", "key:9999"}, "no function 9999 in the key palette"},
-        {{}, {"key", "set", "1", "0", "a", "key:4294967337"}, "no function 4294967337 in the key palette"},
-        {{}, {"key", "set", "1", "0", "a", "combo:4294967337"}, "no key code 4294967337 on the QX9"},
-        {{}, {"import", "/dev/zero"}, "/dev/zero is not a file"},
-        {{}, {"key", "set", "1", "0", "a", "combo:4+x"}, "a combination key must be a number: \"x\""},
-        {{}, {"key", "set", "1", "0", "a", "teleport"},
-         "unknown function \"teleport\"; FUNCTION is default | disable | key:CODE | combo:CODE[+CODE…] | "
-         "macro:ID[:once|:repeat:N|:toggle] | mouse:1-8 | media:1-7 | mac:1-6"},
-        {{}, {"profile", "delete", "1"},
-         "the last profile cannot be deleted"},
-        {{}, {"profile", "rename", "1", ""}, "a profile name cannot be empty"},
-        {{}, {"settings", "gamemode", "maybe"}, "gamemode takes on or off, not \"maybe\""},
-        {{}, {"light", "select", "20"}, "the row is 0-19, not 20"},
-        {{}, {"light", "color", "256", "0", "0"}, "red is 0-255, not 256"},
-        {{}, {"light", "color", "1", "2"}, "usage: qx9ctl light color R G B"},
-        {{}, {"light", "preset", "15"}, "the preset is 1-14, not 15"},
-        {{}, {"light", "brightness", "16"}, "the brightness is 0-15, not 16"},
-        {{}, {"light", "direction", "north"}, "direction takes up, down, left or right, not \"north\""},
-        {{}, {"light", "sleep", "4"}, "the sleep time is 0-3, not 4"},
-        {{}, {"light", "dim"}, "unknown light command dim"},
-        {{}, {"light"},
-         "usage: qx9ctl light list | select ROW | color R G B | preset 1-14 | random on|off | brightness 0-15 | "
-         "speed 0-15 | direction up|down|left|right | sleep 0-3 | show"},
-        {{"light", "select", "9"}, {"light", "color", "1", "2", "3"},
-         "the colour is off while random colour is on (qx9ctl light random off)"},
-        {{}, {"light", "direction", "left"}, "\"Scrolling\" takes up or down"},
-        {{"light", "select", "0"}, {"light", "speed", "3"}, "\"Static\" has no speed"},
-        {{}, {"light", "direction", "up"}, "\"Static\" has no direction"},
-        {{"light", "select", "19"}, {"light", "random", "off"}, "\"Close Backlight\" has no random colour"},
-        {{}, {"light", "preset", "1"}, "\"Close Backlight\" has no colour of its own"},
-        {{}, {"macro", "rename", "9", "X"}, "no macro 9 (see: qx9ctl macro list)"},
-        {{}, {"macro", "rename", "1", ""}, "a macro name cannot be empty"},
-        {{}, {"macro", "insert", "1", "key:keypad1"},
-         "no key \"keypad1\" on the QX9 (a key name such as a, escape, leftShift, or a key code)"},
-        {{}, {"macro", "insert", "1", "key:89"},
-         "no key \"89\" on the QX9 (a key name such as a, escape, leftShift, or a key code)"},
-        {{}, {"macro", "insert", "1", "mouse:side"}, "mouse takes left, middle or right, not \"side\""},
-        {{}, {"macro", "insert", "1", "delay:70000"}, "the delay is 0-60000 ms, not 70000"},
-        {{}, {"macro", "insert", "1", "wait:5"},
-         "unknown event \"wait:5\" (key:NAME, mouse:left|middle|right or delay:MS)"},
-        {{}, {"macro", "insert", "1", "delay:5", "--after", "1"}, "no event 1 in this macro (it has 1 event)"},
-        {{}, {"macro", "insert", "1", "delay:5", "--at", "0"},
-         "usage: qx9ctl macro insert ID key:NAME|mouse:left|middle|right|delay:MS [--before N|--after N]"},
-        {{}, {"macro", "delete-event", "1", "-1"}, "no event -1 in this macro (it has 1 event)"},
-        {{}, {"macro", "delay-mode", "1", "slow"}, "delay-mode takes record, none or default:MS, not \"slow\""},
-        {{}, {"macro", "delay-mode", "1", "default:-1"}, "the delay is 0-60000 ms, not -1"},
-        {{}, {"macro", "save"}, "usage: qx9ctl macro save ID"},
-        {{}, {"userlight", "paint", "7", "a", "--color", "FF0000"}, "no user light 7 (see: qx9ctl userlight list)"},
-        {{}, {"userlight", "paint", "1", "a", "--color", "red"}, "the colour is RRGGBB in hex (FF8000), not \"red\""},
-        {{}, {"userlight", "paint", "1", "a", "nokey", "--color", "FF0000"},
-         "no key \"nokey\" on the QX9 (a key name such as a, escape, leftWin, or a key code)"},
-        {{}, {"userlight", "paint", "1", "f4", "--color", "FF0000"},  // f4 is the Fn layer's
-         "the key \"f4\" is not on the on-screen keyboard"},
-        {{}, {"userlight", "paint", "1", "a"}, "usage: qx9ctl userlight paint ID KEY... --color RRGGBB"},
-        {{}, {"userlight", "apply", "x"}, "the user light must be a number: \"x\""},
-        {{}, {"userlight", "reset", "2"}, "no user light 2 (see: qx9ctl userlight list)"},
-        {{}, {"userlight", "delete"},
-         "usage: qx9ctl userlight list | add | rename ID NAME | delete ID | paint ID KEY... --color RRGGBB | apply ID | reset ID | show ID"},
-        {{}, {"export"}, "usage: qx9ctl export FILE (- for standard output)"},
-        {{}, {"import", path("missing.json")}, "cannot read " + path("missing.json")},
-        {{}, {"import", path("foreign.json")}, path("foreign.json") + " was not imported: not a valid QX9 configuration: it is not a QX9 "
-                    "configuration (no \"format\": \"halvorn-qx9-configuration\")"},
-        {{}, {"import", path("hostile.json")},  // the name's line break and terminal escapes as escapes: one line
+        {{}, {"key", "set", "1", "0", "printScreen", "disable"}, 2, "key set KEY: no key \"printScreen\" on the QX9 (see: qx9ctl key names)"},
+        {{}, {"key", "set", "7", "0", "a", "disable"}, 1, "no profile 7 (see: qx9ctl profile list)"},
+        {{}, {"profile", "select", "abc"}, 2, "profile select ID: \"abc\" is not a number (see: qx9ctl profile list)"},
+        {{}, {"key", "set", "1", "2", "a", "disable"}, 2, "key set LAYER: 2 is not in 0-1"},
+        {{}, {"key", "set", "1", "0", "a", "mouse:9"}, 2, "key set FUNCTION: mouse: 9 is not in 1-8"},
+        {{}, {"key", "set", "1", "0", "a", "macro:3"}, 1, "no macro 3 (see: qx9ctl macro list)"},
+        {{}, {"key", "set", "1", "0", "a", "key:9999"}, 2, "key set FUNCTION: no function \"9999\" in the key palette"},
+        {{}, {"key", "set", "1", "0", "a", "key:4294967337"}, 2, "key set FUNCTION: no function \"4294967337\" in the key palette"},
+        {{}, {"key", "set", "1", "0", "a", "combo:4+nokey"}, 2, "key set FUNCTION: no key \"nokey\" on the QX9 (see: qx9ctl key names)"},
+        {{}, {"key", "set", "1", "0", "a", "teleport"}, 2, "key set FUNCTION: \"teleport\" is not a function: " + functions},
+        {{}, {"import", "/dev/zero"}, 1, "/dev/zero is not a file"},
+        {{}, {"profile", "delete", "1"}, 1, "the last profile cannot be deleted"},
+        {{}, {"profile", "rename", "1", ""}, 1, "a profile name cannot be empty"},
+        {{}, {"profile", "rename", "1", "a", "b"}, 2, "unexpected argument b (usage: qx9ctl profile rename ID NAME)"},
+        {{}, {"settings", "gamemode", "maybe"}, 2, "settings gamemode SWITCH: \"maybe\" is not on or off"},
+        {{}, {"light", "select", "20"}, 2, "light select ROW: 20 is not in 0-19"},
+        {{}, {"light", "color", "256", "0", "0"}, 2, "light color COLOR: 256 is not in 0-255"},
+        {{}, {"light", "color", "1", "2"}, 2, "light color COLOR: is RRGGBB, or R G B"},
+        {{}, {"light", "direction", "north"}, 2, "light direction VALUE: \"north\" is not left, right, up or down"},
+        {{}, {"light", "sleep", "4"}, 2, "light sleep VALUE: 4 is not in 0-3"},
+        {{}, {"light", "dim"}, 2, "unknown command light dim"},
+        {{}, {"light"}, 2, "usage: qx9ctl light list | select ROW|NAME | color RRGGBB|R G B | preset 1-14 | random on|off | "
+                           "brightness 0-15 | speed 0-15 | direction up|down|left|right | sleep 0-3 | show"},
+        {{"light", "select", "9"}, {"light", "color", "1", "2", "3"}, 1, "the color is off while random color is on (qx9ctl light random off)"},
+        {{}, {"light", "direction", "left"}, 1, "\"scrolling\" takes up or down"},
+        {{"light", "select", "0"}, {"light", "speed", "3"}, 1, "\"static\" has no speed"},
+        {{}, {"light", "direction", "up"}, 1, "\"static\" has no direction"},
+        {{"light", "select", "Close Backlight"}, {"light", "random", "off"}, 1, "\"close-backlight\" has no random color"},
+        {{}, {"light", "preset", "1"}, 1, "\"close-backlight\" has no color of its own"},
+        {{}, {"macro", "rename", "9", "X"}, 1, "no macro 9 (see: qx9ctl macro list)"},
+        {{}, {"macro", "rename", "1", ""}, 1, "a macro name cannot be empty"},
+        {{}, {"macro", "insert", "1", "key:keypad1"}, 2, "macro insert EVENT: no key \"keypad1\" on the QX9 (see: qx9ctl key names)"},
+        {{}, {"macro", "insert", "1", "mouse:side"}, 2, "macro insert EVENT: mouse: \"side\" is not left, middle or right"},
+        {{}, {"macro", "insert", "1", "delay:70000"}, 2, "macro insert EVENT: delay: 70000 is not in 0-60000 (ms)"},
+        {{}, {"macro", "insert", "1", "wait:5"}, 2,
+         "macro insert EVENT: \"wait:5\" is not an event: key:NAME, mouse:left|middle|right or delay:MS"},
+        {{}, {"macro", "insert", "1", "delay:5", "--after", "1"}, 1, "no event 1 in this macro (it has 1 event)"},
+        {{}, {"macro", "insert", "1", "delay:5", "--at", "0"}, 2, "unknown option --at"},
+        {{}, {"macro", "delete-event", "1", "-1"}, 2, "macro delete-event N: -1 is less than 0"},
+        {{}, {"macro", "delay-mode", "1", "default:-1"}, 2, "macro delay-mode MODE: default: -1 is not in 0-60000 (ms)"},
+        {{}, {"macro", "save"}, 2, "usage: qx9ctl macro save ID"},
+        {{}, {"userlight", "paint", "7", "a", "--color", "FF0000"}, 1, "no user light 7 (see: qx9ctl userlight list)"},
+        {{}, {"userlight", "paint", "1", "a", "--color", "red"}, 2, "--color: \"red\" is not a color (RRGGBB in hex, such as FF8000)"},
+        {{}, {"userlight", "paint", "1", "f4", "--color", "FF0000"}, 2,  // f4 is the Fn layer's
+         "userlight paint KEY: the key \"f4\" is not on the on-screen keyboard"},
+        {{}, {"userlight", "paint", "1", "a"}, 2, "usage: qx9ctl userlight paint ID KEY... --color RRGGBB"},
+        {{}, {"userlight", "reset", "2"}, 1, "no user light 2 (see: qx9ctl userlight list)"},
+        {{}, {"export"}, 2, "usage: qx9ctl export FILE|-"},
+        {{}, {"frobnicate"}, 2, "unknown command frobnicate"},
+        {{}, {"--force", "devices"}, 2, "unknown option --force"},
+        {{}, {"--wire"}, 2, "--wire: 1 required FILE missing"},
+        {{}, {"--device", "bogus", "connect"}, 2, "--device: \"bogus\" is not auto, virtual, virtual:STATE.json or a hidraw node (/dev/hidrawN)"},
+        {{}, {"import", path("missing.json")}, 1, "cannot read " + path("missing.json")},
+        {{}, {"import", path("foreign.json")}, 1, path("foreign.json") + " was not imported: not a valid QX9 configuration: it is not a "
+                                                  "QX9 configuration (no \"format\": \"halvorn-qx9-configuration\")"},
+        {{}, {"import", path("hostile.json")}, 1,  // the name's line break and terminal escapes as escapes: one line
          path("hostile.json") + " was not imported: not a valid QX9 configuration: it has an unknown part \"a\\n\\e[31m\\u009B\""},
     };
     for (const Case& c : cases) {
         if (!c.before.empty()) ok(c.before);
         const auto database = dumpDatabase(path("db.sqlite3"));
         const VirtualQX9Memory memory = keyboard();
-        // A command line of the wrong shape is a usage error (2); the rest are refusals (1).
-        const bool usage = c.message.starts_with("usage: ") || c.message.starts_with("unknown light command");
-        EXPECT_EQ(run(c.args), usage ? 2 : 1) << c.message;
+        EXPECT_EQ(run(c.args), c.status) << c.message;
         EXPECT_EQ(err_.str(), "qx9ctl: " + c.message + "\n");
         EXPECT_EQ(dumpDatabase(path("db.sqlite3")), database) << c.message;
         EXPECT_EQ(keyboard(), memory) << c.message;
+        if (c.status == 2) {
+            EXPECT_EQ(run(c.args, "new.sqlite3"), 2) << c.message;  // read before anything opens
+        }
     }
     // A refused file does not even create a database that did not exist.
     EXPECT_EQ(run({"import", path("foreign.json")}, "new.sqlite3"), 1);
@@ -195,12 +207,12 @@ TEST_F(Qx9ctl, RefusedCommandsPrintOneLineAndChangeNothing) {
     EXPECT_EQ(err_.str().rfind("usage: qx9ctl [--db FILE]", 0), 0u) << err_.str();
 }
 
-TEST_F(Qx9ctl, EveryCommandHasItsHelpAndAnUnreadableCommandLineIsAUsageError) {
+TEST_F(Qx9ctl, EveryCommandHasItsHelp) {
     // Walk the command tree through the helps: each lists its subcommands, which have help too.
-    std::vector<std::vector<std::string>> pending = {{}};
+    std::vector<Args> pending = {{}};
     int helps = 0;
     while (!pending.empty()) {
-        std::vector<std::string> words = pending.back();
+        Args words = pending.back();
         pending.pop_back();
         std::string path = "usage: qx9ctl";
         for (const std::string& w : words) path += " " + w;
@@ -215,60 +227,109 @@ TEST_F(Qx9ctl, EveryCommandHasItsHelpAndAnUnreadableCommandLineIsAUsageError) {
         }
     }
     EXPECT_GT(helps, 1 + 12);  // the commands' subcommands too
-    for (const auto& [args, message] : std::vector<std::pair<std::vector<std::string>, std::string>>{
-             {{"frobnicate"}, "unknown command frobnicate"}, {{"--force", "devices"}, "unknown option --force"},
-             {{"--wire"}, "--wire: 1 required FILE missing"}}) {
-        EXPECT_EQ(run(args, "db.sqlite3", true), 2) << message;
-        EXPECT_EQ(err_.str(), "qx9ctl: " + message + "\n");
-    }
+    EXPECT_EQ(run({"-V"}, "db.sqlite3", true), 0);
+    EXPECT_EQ(out_.str().rfind("qx9ctl 0.", 0), 0u) << out_.str();
 }
 
-TEST_F(Qx9ctl, Lighting) {
+// Options after their command and with =, -- before a name that starts with -, words and key
+// names in any case, standard input and output, the column names with --header.
+TEST_F(Qx9ctl, CommandLinesAreReadAsTheyAreWritten) {
+    ok({"macro", "add"});
+    ok({"macro", "insert", "1", "key:A"});
+    ok({"macro", "insert", "1", "DELAY:5", "--after=1"});
+    ok({"macro", "insert", "1", "Key:B", "--before", "0", "--json"});
+    EXPECT_EQ(ok({"macro", "events", "1", "--header"}), "index\ttype\tvalue\ttext\n0\t2\t5\t[KEY DOWN] B\n1\t3\t5\t[KEY UP] B\n"
+                                                      "2\t2\t4\t[KEY DOWN] A\n3\t3\t4\t[KEY UP] A\n4\t1\t5\t[Delay:ms] 5\n");
+    ok({"key", "set", "1", "0", "CAPSLOCK", "key:ESCAPE"});
+    ok({"key", "set", "1", "1", "f1", "Combo:LeftShift+i1"});  // to the base layer, as in the window
+    ok({"key", "set", "1", "0", "escape", "macro:1:repeat:3"});
+    EXPECT_EQ(ok({"key", "list", "1", "0"}),
+              "capsLock\t57\tkey:41\tEsc\nf1\t58\tcombo:225+30\tLeft Shift + 1\nescape\t41\tmacro:1:repeat:3\tMacro1\n");
+    EXPECT_EQ(sql("SELECT macroType||' '||macroValue||' '||macro2Value FROM t_keyprofile WHERE fnlayerId = 0 AND keyvalue = 58"), "3 30 225");
+    ok({"userlight", "add"});
+    ok({"userlight", "paint", "1", "W", "a", "--color=ff4000"});
+    EXPECT_EQ(ok({"userlight", "show", "1"}), "w\t26\tFF4000\na\t4\tFF4000\n");
+    ok({"profile", "rename", "1", "--", "-x-"});
+    EXPECT_EQ(ok({"profile", "list"}), "1\t-x-\n");
+    const std::string names = ok({"--header", "key", "names"});
+    EXPECT_EQ(std::count(names.begin(), names.end(), '\n'), 1 + 80);
+    EXPECT_EQ(names.substr(0, 19), "name\tcode\nescape\t41");
+    // A backup read from standard input; one that cannot be written out is reported.
+    ok({"import", "-"}, "b.sqlite3", ok({"export", "-"}));
+    EXPECT_EQ(ok({"export", "-"}, "b.sqlite3"), ok({"export", "-"}));
+    std::ofstream full("/dev/full");
+    EXPECT_EQ(ctl::run({"--db", path("db.sqlite3"), "export", "-"}, full, err_), 1);
+    EXPECT_EQ(err_.str(), "qx9ctl: the configuration was not exported: cannot write to standard output\n");
+}
+
+// Every change prints with --json what it changed, ids and numbers as numbers; without --json
+// only the add commands print.
+TEST_F(Qx9ctl, WritesPrintWhatTheyChangedAsTypedJson) {
     ok({"settings", "language", "en"});
-    const std::string list = ok({"light", "list"});
-    EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 20);
-    EXPECT_EQ(list.substr(0, 14), "0\t1\tStatic\t\n1\t");
-    EXPECT_NE(list.find("\n10\t11\tRolling\t*\n"), std::string::npos);
-    EXPECT_NE(list.find("\n19\t0\tClose Backlight\t\n"), std::string::npos);
-    EXPECT_FALSE(decodeLightMode(keyboard()));  // listing sends nothing
+    const std::pair<Args, std::string> cases[] = {
+        {{"profile", "add"}, "2\tConfiguration File 1\n"},
+        {{"profile", "rename", "2", "Quiet"}, ""},
+        {{"--json", "profile", "rename", "2", "Work"}, R"({"id": 2, "name": "Work"})"},
+        {{"--json", "key", "set", "2", "0", "a", "mouse:3"}, R"({"key": "a", "code": 4, "function": "mouse:3", "text": "Middle Click"})"},
+        {{"--json", "key", "set", "2", "0", "a", "default"}, R"({"key": "a", "code": 4, "function": "default", "text": ""})"},
+        {{"--json", "profile", "delete", "2"}, R"({"id": 2, "name": "Work"})"},
+        {{"--json", "settings", "block", "win", "on"}, R"({"setting": "block win", "value": "on"})"},
+        {{"--json", "settings", "sleep", "2"}, R"({"setting": "sleep", "value": 2})"},
+        {{"--json", "macro", "add"}, R"({"id": 1, "name": "Macro1"})"},
+        {{"--json", "macro", "insert", "1", "delay:250"}, R"([{"index": 0, "type": 1, "value": 250, "text": "[Delay:ms] 250"}])"},
+        {{"--json", "macro", "delay-mode", "1", "none"}, R"({"id": 1, "name": "Macro1", "events": 1, "delay": "none"})"},
+        {{"--json", "userlight", "add"}, R"({"id": 1, "name": "User light1"})"},
+        {{"--json", "userlight", "paint", "1", "q", "--color", "#0000ff"}, R"([{"key": "q", "code": 20, "color": "0000FF"}])"},
+        {{"--json", "light", "select", "Close Backlight"},
+         R"([{"setting": "select", "value": "close-backlight"}, {"setting": "brightness", "value": 15}, {"setting": "sleep", "value": 2}])"},
+        {{"--json", "light", "list"}, ""},  // checked below
+    };
+    for (const auto& [args, expected] : cases) {
+        const std::string out = ok(args);
+        if (args[0] != "--json") {
+            EXPECT_EQ(out, expected) << args[1];
+        } else if (args[2] != "list") {
+            EXPECT_EQ(nlohmann::json::parse(out), nlohmann::json::parse(expected)) << out;
+        }
+    }
+    const nlohmann::json effects = nlohmann::json::parse(out_.str());
+    ASSERT_EQ(effects.size(), 20u);
+    EXPECT_EQ(effects[19], nlohmann::json::parse(R"({"row": 19, "mode": 0, "name": "close-backlight", "selected": true})"));
+    EXPECT_EQ(effects[1], nlohmann::json::parse(R"({"row": 1, "mode": 2, "name": "single-on", "selected": false})"));
+}
 
-    ok({"light", "select", "9"});
-    EXPECT_EQ(decodeLightMode(keyboard())->mode, 10);
-    // Scrolling's default direction 3 shows on the up button, as in the window.
-    EXPECT_EQ(ok({"light", "show"}),
-              "profile\t1\nmode\t10\nrow\t9\nname\tScrolling\ncolor\t202 81 0\ncolor_controls\tdisabled\n"
-              "random\ton\nrandom_switch\ton, enabled\nbrightness\t15\nbrightness_slider\t15\nspeed\t12\n"
-              "speed_slider\t12, enabled\ndirection\t3 down\ndirection_buttons\tup (selected), down\n"
-              "preview\tcolourful\nsleeplight\t0\n");
-
-    ok({"light", "select", "10"});  // Rolling
-    ok({"light", "random", "off"});
-    ok({"light", "color", "255", "100", "50"});
-    ok({"light", "brightness", "7"});
-    ok({"light", "speed", "3"});
-    ok({"light", "direction", "right"});
-    ok({"light", "sleep", "2"});
-    EXPECT_EQ(sql("SELECT byte1||' '||byte2||' '||byte3||' '||byte8||' '||byte9||' '||byte10||' '||byte11 "
-                  "FROM t_lightdata WHERE profId = 1 AND mode = 11"),
-              "255 100 50 0 7 3 1");
+// `settings show` and `light show` print the words their setters take: fed back into another
+// database, they give the same settings, stored as the first.
+TEST_F(Qx9ctl, ShownSettingsAndLightingFeedBackIntoTheirSetters) {
+    for (const Args& change : {Args{"settings", "language", "zh-TW"}, Args{"settings", "gamemode", "on"},
+                               Args{"settings", "block", "AltTab", "on"}, Args{"fn-mode", "fn"}, Args{"light", "sleep", "3"},
+                               Args{"light", "select", "rolling"}, Args{"light", "random", "off"}, Args{"light", "color", "255", "100", "50"},
+                               Args{"light", "brightness", "7"}, Args{"light", "speed", "3"}, Args{"light", "direction", "right"}}) {
+        ok(change);
+    }
+    const std::string settings = ok({"settings", "show"});
+    EXPECT_EQ(settings, "language\tzh-TW\ngamemode\ton\nblock alttab\ton\nblock altf4\toff\nblock win\toff\nfn-mode\tfn\nsleep\t3\n");
+    const std::string light = ok({"light", "show"});
+    EXPECT_EQ(light, "select\trolling\nrandom\toff\ncolor\tFF6432\nbrightness\t7\nspeed\t3\ndirection\tright\nsleep\t3\n");
+    EXPECT_EQ(ok({"light", "list"}).substr(0, 15), "0\t1\tstatic\t\n1\t2");
+    EXPECT_NE(out_.str().find("\n10\t11\trolling\t*\n"), std::string::npos) << out_.str();
     const VirtualLightMode sent = decodeLightMode(keyboard()).value();
-    EXPECT_EQ((std::array{sent.mode, sent.red, sent.green, sent.blue, sent.random, sent.brightness, sent.speed,
-                          sent.direction}),
+    EXPECT_EQ((std::array{sent.mode, sent.red, sent.green, sent.blue, sent.random, sent.brightness, sent.speed, sent.direction}),
               (std::array{11, 255, 100, 50, 0, 7, 3, 1}));
-    EXPECT_EQ(decodeSystemFunctions(keyboard())->sleepTime, 2);
-    const std::string shown = ok({"light", "show"});
-    EXPECT_NE(shown.find("\ndirection_buttons\tright (selected), left\npreview\t#FF0000\nsleeplight\t2\n"),
-              std::string::npos) << shown;
-
-    ok({"light", "random", "on"});
+    feedBack("settings", settings, "b.sqlite3");
+    feedBack("light", light, "b.sqlite3");
+    EXPECT_EQ(ok({"settings", "show"}, "b.sqlite3"), settings);
+    EXPECT_EQ(ok({"light", "show"}, "b.sqlite3"), light);
+    for (const char* query : {"SELECT group_concat(key||'='||value, ' ') FROM (SELECT * FROM t_configdata WHERE profId = 1 AND key "
+                              "IN ('language', 'gamemode', 'disable_alttab', 'fnfunction', 'sleeplight') ORDER BY key)",
+                              "SELECT byte1||' '||byte2||' '||byte3||' '||byte8||' '||byte9||' '||byte10||' '||byte11 FROM t_lightdata "
+                              "WHERE profId = 1 AND mode = 11"}) {
+        EXPECT_EQ(sql(query, "b.sqlite3"), sql(query));
+    }
+    EXPECT_EQ(sql("SELECT byte1||' '||byte2||' '||byte3||' '||byte11 FROM t_lightdata WHERE profId = 1 AND mode = 11"), "255 100 50 1");
     const auto transactions = keyboard().transactions;
-    ok({"light", "random", "on"});  // the switch shows it already: nothing is sent
+    ok({"light", "random", "off"});  // the switch shows it already: nothing is sent
     EXPECT_EQ(keyboard().transactions, transactions);
-
-    ok({"light", "select", "19"});  // Close Backlight
-    EXPECT_NE(ok({"light", "show"}).find("\nbrightness\t15\nbrightness_slider\t0\n"), std::string::npos);
-    EXPECT_NE(out_.str().find("\nrandom_switch\toff, disabled\n"), std::string::npos);
-    EXPECT_NE(out_.str().find("\npreview\t#000000\n"), std::string::npos);
 }
 
 TEST_F(Qx9ctl, MacrosTooLargeForTheKeyboardAreStoredButNotSentAndItSaysWhy) {
