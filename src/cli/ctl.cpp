@@ -47,6 +47,7 @@ void addCommands(Grammar& g) {
     addLightCommands(g);
     addUserLightCommands(g);
     addFileCommands(g);
+    addAppProfileCommands(g);
 }
 
 // The deepest command the parse reached.

@@ -89,6 +89,7 @@ void addMacroCommands(Grammar& g);     // ctl_macros.cpp
 void addLightCommands(Grammar& g);     // ctl_lighting.cpp
 void addUserLightCommands(Grammar& g); // ctl_userlight.cpp
 void addFileCommands(Grammar& g);      // export, import (ctl_export.cpp)
+void addAppProfileCommands(Grammar& g);  // app-profile (ctl_app_profiles.cpp)
 
 // The words that complete the last of `words` (the command line after the program's name),
 // one per line; "FILES\tLEAD" stands for the file names after LEAD.
