@@ -13,7 +13,7 @@ FollowUser::FollowUser(SessionCore& core, ProfileList& profiles)
       profiles_(profiles),
       automatic_({[this] { return core_.currentProfile; },
                   [this](std::int64_t p) { return core_.db() && ops::profileExists(*core_.db(), p); },
-                  [this](std::int64_t p) { profiles_.selectProfile(p); }}),
+                  [this](std::int64_t p) { select(p); }}),
       options_(readDesktopOptions()) {}
 
 FollowUser::~FollowUser() {
@@ -110,8 +110,16 @@ std::vector<FollowUser::ProfileItem> FollowUser::profileItems() const {
 
 void FollowUser::chooseProfile(std::int64_t profile) {
     profileChosenByHand(profile);
+    select(profile);
+}
+
+void FollowUser::select(std::int64_t profile) {
+    // The key page's table shows it chosen, as if the user had clicked its row.
+    const std::vector<ProfileRow>& rows = profiles_.rows();
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        if (rows[row].profileId == profile) profiles_.setKeyProfileTableSelect(static_cast<int>(row));
+    }
     profiles_.selectProfile(profile);
-    core_.notify(SessionAspect::ProfileList);
 }
 
 void FollowUser::setLightsOff(bool off) {

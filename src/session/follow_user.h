@@ -73,6 +73,7 @@ public:
     void removeRule(std::size_t index);
 
 private:
+    void select(std::int64_t profile);
     void applyDark();
     void focused(const desktop::FocusedApplication& application);
     void watch(const std::vector<int>& fds, std::function<void()> readable);
