@@ -5,7 +5,9 @@
 #   scripts/install-deps.sh --run     and what the window uses at run time (Qt's translations,
 #                                     the Chinese interface's font)
 #   scripts/install-deps.sh --tests   and what the tests use: GoogleTest and Google Benchmark,
-#                                     Xvfb, qemu with a kernel image and busybox for the device
+#                                     Xvfb, desktops for the focus and lock tests (openbox and
+#                                     xdotool, a headless sway with foot's windows, D-Bus
+#                                     daemons), qemu with a kernel image and busybox for the device
 #                                     tests in a virtual machine, clang for the fuzz targets,
 #                                     and the package checkers
 set -euo pipefail
@@ -14,12 +16,13 @@ build=(
     build-essential cmake ninja-build pkg-config
     libsqlite3-dev nlohmann-json3-dev libudev-dev libevdev-dev libcli11-dev
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6
+    libxcb1-dev libwayland-dev libwayland-bin libsystemd-dev
     librsvg2-bin dpkg-dev file
 )
 run=(qt6-translations-l10n fonts-noto-cjk)
 tests=(
     libgtest-dev libgmock-dev libbenchmark-dev
-    xvfb xauth
+    xvfb xauth openbox xdotool sway foot dbus-daemon
     qemu-system-x86 linux-image-amd64 busybox-static cpio udev
     desktop-file-utils appstream lintian devscripts mandoc
     clang libclang-rt-14-dev

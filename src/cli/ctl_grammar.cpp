@@ -157,6 +157,13 @@ CLI::App* Grammar::command(CLI::App* parent, const std::string& name, const std:
     return app;
 }
 
+CLI::App* Grammar::commandWithId(CLI::App* group, const std::string& name, const std::string& synopsis,
+                                 const std::string& about, const std::string& idAbout, Source source) {
+    CLI::App* app = command(group, name, synopsis, about);
+    id(app, "ID", idAbout, source);
+    return app;
+}
+
 void Grammar::action(CLI::App* app, Action run, std::function<void(const CLI::App&)> check) {
     app->callback([this, app, run = std::move(run), check = std::move(check)] {
         if (check) check(*app);

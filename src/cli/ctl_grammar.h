@@ -57,6 +57,9 @@ public:
     const CLI::App& root() const { return root_; }
     // A command under `parent`; its usage line is its words and `synopsis`.
     CLI::App* command(CLI::App* parent, const std::string& name, const std::string& synopsis, const std::string& about);
+    // A command of `group` whose first argument is ID, an id of what `source` lists (`idAbout`).
+    CLI::App* commandWithId(CLI::App* group, const std::string& name, const std::string& synopsis, const std::string& about,
+                            const std::string& idAbout, Source source);
     // What `app` does when it is the command given. `check`, run during the parse, refuses a
     // combination of arguments (CLI::ValidationError: status 2).
     void action(CLI::App* app, Action run, std::function<void(const CLI::App&)> check = {});

@@ -143,9 +143,7 @@ void addMacroCommands(Grammar& g) {
                                 "       insert ID EVENT [--before N|--after N] | delay-mode ID record|none|default:MS",
                                 "Macros");
     const auto withId = [&g, group](const char* name, const char* synopsis, const char* about) {
-        CLI::App* app = g.command(group, name, synopsis, about);
-        g.id(app, "ID", "The macro", Source::kMacros);
-        return app;
+        return g.commandWithId(group, name, synopsis, about, "The macro", Source::kMacros);
     };
     g.action(g.command(group, "list", "", "The macros"), [](Context& c, const CLI::App&) { macros(c).print(c.out, c.format()); });
     g.action(g.command(group, "add", "", "Add an empty macro"), [](Context& c, const CLI::App&) {

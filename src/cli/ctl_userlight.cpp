@@ -57,9 +57,7 @@ void addUserLightCommands(Grammar& g) {
                                 "       reset ID | show ID",
                                 "Per-key color sets");
     const auto withId = [&g, group](const char* name, const char* synopsis, const char* about) {
-        CLI::App* app = g.command(group, name, synopsis, about);
-        g.id(app, "ID", "The set", Source::kSets);
-        return app;
+        return g.commandWithId(group, name, synopsis, about, "The set", Source::kSets);
     };
     g.action(g.command(group, "list", "", "The sets"), [](Context& c, const CLI::App&) { setTable(c).print(c.out, c.format()); });
     g.action(g.command(group, "add", "", "Add a set"), [](Context& c, const CLI::App&) {
