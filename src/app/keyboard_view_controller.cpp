@@ -97,6 +97,7 @@ KeyboardViewController::KeyboardViewController(const AppOptions& options, QWidge
 
 KeyboardViewController::~KeyboardViewController() {
     session_->device.stopWatching();
+    session_->follow.stop();
     // A recording in progress is kept, as Stop would keep it.
     session_->macros.stopRecordingInProgress();
     // What was stored is sent before the window goes, within a bound.

@@ -16,10 +16,15 @@ FollowUser::FollowUser(SessionCore& core, ProfileList& profiles)
                   [this](std::int64_t p) { select(p); }}),
       options_(readDesktopOptions()) {}
 
-FollowUser::~FollowUser() {
+FollowUser::~FollowUser() { stop(); }
+
+void FollowUser::stop() {
     if (focus_) stopWatching(focus_->descriptors());
     if (lock_) stopWatching(lock_->descriptors());
     if (rulesWatcher_) stopWatching({rulesWatcher_->fd()});
+    focus_.reset();
+    lock_.reset();
+    rulesWatcher_.reset();
 }
 
 void FollowUser::watch(const std::vector<int>& fds, std::function<void()> readable) {

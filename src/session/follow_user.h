@@ -31,6 +31,8 @@ public:
     // the desktop's focused application and the screen lock (through SessionEvents'
     // watchDescriptor and runAfter).
     void start();
+    // Stops watching (the front end's loop is going); nothing follows any more.
+    void stop();
     // What tells the focused application ("X11 (EWMH)", …), or empty with why not (English).
     const std::string& focusSource() const { return focusSource_; }
     const std::string& focusUnavailable() const { return focusUnavailable_; }
