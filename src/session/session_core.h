@@ -79,9 +79,9 @@ struct SessionConfig {
     std::filesystem::path databaseFile;
     // Pacing of the transport, and the wire log (optional).
     Pacer* pacer = nullptr;
-    std::shared_ptr<WireSink> wire;
+    std::shared_ptr<WireSink> wire{};
     // Runs work on the front end's main thread without waiting. Defaults to running it at once.
-    std::function<void(std::function<void()>)> postToMain;
+    std::function<void(std::function<void()>)> postToMain{};
     // Sends from a thread of the keyboard's own, so that the main thread never waits for the
     // keyboard (the window). Otherwise every change is sent before its action returns.
     bool sendOnWorker = false;

@@ -1,25 +1,7 @@
 // The window on a virtual QX9, walked as a user would: synthesized clicks and keys, then the
 // database, the keyboard's memory and the widgets checked.
-#include <QAccessible>
-#include <QAccessibleActionInterface>
-#include <QApplication>
-#include <QComboBox>
-#include <QKeyEvent>
 #include <sstream>
 #include <thread>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QTimer>
-#include <QRegularExpression>
-#include <QListWidget>
-#include <QMainWindow>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QToolButton>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -27,50 +9,24 @@
 
 #include "app/app_delegate.h"
 #include "app/app_style.h"
-#include "app/keyboard_view_controller.h"
 #include "app/keystroke_capture.h"
 #include "app/single_instance.h"
 #include "app/start_view.h"
 #include "cli/ctl.h"
-#include "virtual/virtual_qx9.h"
 #include "virtual/virtual_qx9_memory.h"
 #include "i18n/extra_texts.h"
-#include "i18n/language.h"
 #include "pages/custom_key_dialog_view.h"
 #include "pages/key_menu.h"
 #include "pages/key_page_view.h"
 #include "pages/macro_page_view.h"
-#include "pages/settings_page_view.h"
-#include "support/sql_value.h"
 #include "virtual_window.h"
 #include "widgets/custom_key_func_view.h"
 #include "widgets/keyboard_view.h"
 
 using namespace qx9;
 
-class AppTest : public QObject {
+class AppTest : public QObject, test::WindowHarness {
     Q_OBJECT
-
-    QString database() const { return dir_.path() + "/app-test.sqlite3"; }
-    std::string sql(const std::string& query) { return test::sqlValue(database().toStdString(), query); }
-    // The language box of the settings page, which need not be the page shown.
-    void chooseLanguage(int row) {
-        controller_->settingsPage()->findChild<QComboBox*>("combo_language")->setCurrentIndex(row);
-        QCoreApplication::processEvents();
-    }
-    template <typename T>
-    T* child(const char* name) {
-        QCoreApplication::processEvents();  // a page is made when the change that shows it arrives
-        T* w = window_->findChild<T*>(name);
-        if (!w) qFatal("no widget %s", name);
-        return w;
-    }
-
-    void enterPages() {
-        QTest::mouseClick(child<QPushButton>("keyboard_connect"), Qt::LeftButton);
-        QCoreApplication::processEvents();
-        QVERIFY(!controller_->session().device.showingHomePage());
-    }
 
     void clickKey(int layoutIndex) {
         KeyboardView* kb = controller_->keyPage()->keyboard();
@@ -96,46 +52,33 @@ class AppTest : public QObject {
         QCoreApplication::processEvents();
     }
 
-    void click(const char* name) {
-        auto* b = child<QAbstractButton>(name);  // a radio takes clicks on its mark and text only
-        QTest::mouseClick(b, Qt::LeftButton, {}, qobject_cast<QRadioButton*>(b) ? QPoint(6, b->height() / 2) : QPoint());
-        QCoreApplication::processEvents();
-    }
     QStringList events() {
         QStringList rows;
         for (QListWidget* t = controller_->macroPage()->recordTable(); rows.size() < t->count();) rows << t->item(rows.size())->text();
         return rows;
     }
 
-    QTemporaryDir dir_;
-    QMainWindow* window_ = nullptr;
-    KeyboardViewController* controller_ = nullptr;
     std::unique_ptr<KeystrokeCapture> capture_;
 
 private slots:
     void initTestCase() { applyAppStyle(*qApp); }  // the fonts and paddings users see
 
     void init() {
-        window_ = new QMainWindow;
-        controller_ = test::showWindowOnVirtualQX9(window_, database());
+        openWindow();
         capture_ = std::make_unique<KeystrokeCapture>(controller_->session().input);
         capture_->start();
-        QVERIFY(QTest::qWaitForWindowExposed(window_));
-        QTRY_VERIFY(controller_->session().device.keyboardConnected());
-        QTRY_VERIFY(controller_->session().core.initFinish);
     }
 
     void cleanup() {
         capture_.reset();
-        delete window_;  // none when the test closed it
-        window_ = nullptr;
-        curLanguage = kLanguageSimplifiedChinese;
+        deleteWindow();
     }
 
     void startViewPagesAndLanguage() {
         QVERIFY(controller_->session().device.showingHomePage());
         QVERIFY(controller_->startView()->isVisible());
         enterPages();
+        QVERIFY(!controller_->session().device.showingHomePage());
         QVERIFY(controller_->keyPage()->isVisible());
         QPushButton* top = child<QPushButton>("customkey_btn_toplayer");
         QCOMPARE(top->text(), QString("Top Layer"));
@@ -372,8 +315,7 @@ private slots:
         QVERIFY2(child<QLabel>("macro_label_recordstate")->text().contains("Keys skipped: 1 "), qPrintable(child<QLabel>("macro_label_recordstate")->text()));
         if (closeWindow) {  // what was recorded is kept and sent, as Stop would
             const std::shared_ptr<VirtualQX9> keyboard = controller_->virtualKeyboard();
-            delete window_;
-            window_ = nullptr;
+            deleteWindow();
             QCOMPARE(sql("SELECT count(*) FROM t_macrorecord"), std::to_string(recorded.size()));
             QCOMPARE(decodeMacros(keyboard->memory()).at(0).events.size(), std::size_t(recorded.size()));
             return;
@@ -448,8 +390,7 @@ void AppTest::closingSendsWhatIsQueuedAndAFailedBlockIsSaid() {
         keyboard->unlock();
     });
     const auto before = keyboard->memory().transactions;
-    delete window_;
-    window_ = nullptr;
+    deleteWindow();
     otherProgram.join();
     QVERIFY(keyboard->memory().transactions > before);
 }

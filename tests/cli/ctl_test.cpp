@@ -5,14 +5,10 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include <nlohmann/json.hpp>
 
 #include "cli/ctl.h"
-#include "common/bytes.h"
 #include "virtual/virtual_qx9.h"
 #include "virtual/virtual_qx9_memory.h"
 #include "ops/macros.h"
@@ -69,16 +65,13 @@ protected:
     std::ostringstream out_, err_;
 };
 
+// The reports themselves: the ctest Qx9ctlConnectPrintsTheWire and the session and protocol tests.
 TEST_F(Qx9ctl, TheWireLogPrintsEveryReportOfTheFirstConnection) {
     std::vector<std::string> lines;
     std::istringstream in(ok({"--wire", "-", "connect"}));
     for (std::string line; std::getline(in, line);) lines.push_back(line);
     ASSERT_EQ(lines.size(), 4u * 2 - 1 + 2 * 3 + 9);  // system functions, then the key map
-    EXPECT_EQ(lines[0].substr(0, 9), "SET 04 18");
-    EXPECT_EQ(lines[2].substr(0, 27), "SET 04 17 01 00 00 00 00 00");
-    EXPECT_EQ(lines[4].substr(lines[4].size() - 5), "AA 55");
-    EXPECT_EQ(lines[5].substr(0, 12), "SET 04 02 01");
-    EXPECT_EQ(lines[9].substr(0, 33), "SET 04 11 00 00 00 00 00 00 09 00");
+    EXPECT_EQ(lines[4].substr(0, 4) + lines[4].substr(lines[4].size() - 5), "SET AA 55");  // a data report, no answer
     for (const std::string& l : lines) EXPECT_EQ(l.size(), 3 + 64 * 3u) << l;
 }
 
@@ -105,8 +98,7 @@ TEST_F(Qx9ctl, UnreadableDatabaseIsAnErrorSendsNothingAndStaysAsItWas) {
         EXPECT_EQ(out_.str(), "");  // nothing on the wire, nothing exported
         EXPECT_EQ(err_.str(), "qx9ctl: cannot read the database " + path("text.sqlite3") +
                                   ": the file is damaged or not a database (left as it is; move it aside to start afresh, or import a backup)\n");
-        std::ifstream in(path("text.sqlite3"), std::ios::binary);
-        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), bytes);
+        EXPECT_EQ(fileBytes(path("text.sqlite3")), bytes);
     }
 }
 
@@ -118,8 +110,7 @@ TEST_F(Qx9ctl, RefusedAndUnreadableCommandLinesPrintOneLineAndChangeNothing) {
     ok({"userlight", "paint", "1", "a", "--color", "00FF00"});
     ok({"export", path("good.json")});
     std::ofstream(path("foreign.json")) << R"({"theme": "dark"})";
-    std::ifstream good(path("good.json"));
-    std::ofstream(path("hostile.json")) << R"({"a\n\u001b[31m\u009b": 1,)" << std::string(std::istreambuf_iterator<char>(good), {}).substr(1);
+    std::ofstream(path("hostile.json")) << R"({"a\n\u001b[31m\u009b": 1,)" << fileBytes(path("good.json")).substr(1);
     struct Case {
         Args before;  // run first: the effect the command is refused for
         Args args;
@@ -182,8 +173,6 @@ TEST_F(Qx9ctl, RefusedAndUnreadableCommandLinesPrintOneLineAndChangeNothing) {
         {{}, {"--wire"}, 2, "--wire: 1 required FILE missing"},
         {{}, {"--device", "bogus", "connect"}, 2, "--device: \"bogus\" is not auto, virtual, virtual:STATE.json or a hidraw node (/dev/hidrawN)"},
         {{}, {"import", path("missing.json")}, 1, "cannot read " + path("missing.json")},
-        {{}, {"import", path("foreign.json")}, 1, path("foreign.json") + " was not imported: not a valid QX9 configuration: it is not a "
-                                                  "QX9 configuration (no \"format\": \"halvorn-qx9-configuration\")"},
         {{}, {"import", path("hostile.json")}, 1,  // the name's line break and terminal escapes as escapes: one line
          path("hostile.json") + " was not imported: not a valid QX9 configuration: it has an unknown part \"a\\n\\e[31m\\u009B\""},
     };
@@ -245,7 +234,6 @@ TEST_F(Qx9ctl, CommandLinesAreReadAsTheyAreWritten) {
     ok({"key", "set", "1", "0", "escape", "macro:1:repeat:3"});
     EXPECT_EQ(ok({"key", "list", "1", "0"}),
               "capsLock\t57\tkey:41\tEsc\nf1\t58\tcombo:225+30\tLeft Shift + 1\nescape\t41\tmacro:1:repeat:3\tMacro1\n");
-    EXPECT_EQ(sql("SELECT macroType||' '||macroValue||' '||macro2Value FROM t_keyprofile WHERE fnlayerId = 0 AND keyvalue = 58"), "3 30 225");
     ok({"userlight", "add"});
     ok({"userlight", "paint", "1", "W", "a", "--color=ff4000"});
     EXPECT_EQ(ok({"userlight", "show", "1"}), "w\t26\tFF4000\na\t4\tFF4000\n");
@@ -326,12 +314,12 @@ TEST_F(Qx9ctl, ShownSettingsAndLightingFeedBackIntoTheirSetters) {
                               "WHERE profId = 1 AND mode = 11"}) {
         EXPECT_EQ(sql(query, "b.sqlite3"), sql(query));
     }
-    EXPECT_EQ(sql("SELECT byte1||' '||byte2||' '||byte3||' '||byte11 FROM t_lightdata WHERE profId = 1 AND mode = 11"), "255 100 50 1");
     const auto transactions = keyboard().transactions;
     ok({"light", "random", "off"});  // the switch shows it already: nothing is sent
     EXPECT_EQ(keyboard().transactions, transactions);
 }
 
+// Where exactly the limits lie: WireFixture.CapacityIsCheckedBeforeAnythingIsSent.
 TEST_F(Qx9ctl, MacrosTooLargeForTheKeyboardAreStoredButNotSentAndItSaysWhy) {
     ok({"macro", "add"});
     // 600 key events pass the 2500-byte count but not with the pauses between them; 700 do not pass it.
@@ -345,13 +333,6 @@ TEST_F(Qx9ctl, MacrosTooLargeForTheKeyboardAreStoredButNotSentAndItSaysWhy) {
         EXPECT_EQ(sql("SELECT count(*) FROM t_macrorecord"), std::to_string(2 * presses + 1));
         EXPECT_TRUE(decodeMacros(keyboard()).empty());
     }
-    // 623 events (a delay after each press, so no pauses) and the macro's 8 bytes: exactly 2500 is sent.
-    std::vector<ops::RecordRow> events;
-    for (int i = 0; i < 311; ++i) events.insert(events.end(), {{2, "A", 4}, {kRecordDelay, "5", 5}});
-    ASSERT_TRUE(ops::storeEvents({*DeviceSQLite::openFile(path("db.sqlite3")), nullptr}, 1, events));
-    EXPECT_EQ(run({"macro", "insert", "1", "delay:5"}), 0) << err_.str();
-    ASSERT_EQ(decodeMacros(keyboard()).size(), 1u);
-    EXPECT_EQ(decodeMacros(keyboard())[0].events.size(), 623u);
 }
 
 TEST_F(Qx9ctl, ExportThenImportElsewhereGivesTheSameConfiguration) {
@@ -368,12 +349,9 @@ TEST_F(Qx9ctl, ExportThenImportElsewhereGivesTheSameConfiguration) {
         EXPECT_EQ(run({"export", notAFile}, "a.sqlite3"), 1);
         EXPECT_EQ(err_.str(), "qx9ctl: will not write " + notAFile + ": it is not a regular file\n");
     }
-    const std::string exported = ok({"export", "-"}, "a.sqlite3");
-    EXPECT_NE(exported.find("\"format\": \"halvorn-qx9-configuration\""), std::string::npos);
-
+    // The same configuration (both profiles), and the import sent to b's keyboard.
     ok({"import", path("config.json")}, "b.sqlite3");
-    EXPECT_EQ(ok({"export", "-"}, "b.sqlite3"), exported);
-    EXPECT_EQ(ok({"profile", "list"}, "b.sqlite3"), "1\tConfiguration File 1\n2\tConfiguration File 1\n");
+    EXPECT_EQ(ok({"export", "-"}, "b.sqlite3"), ok({"export", "-"}, "a.sqlite3"));
     EXPECT_EQ(decodeSystemFunctions(keyboard("b.sqlite3"))->gameMode, 1);
 }
 

@@ -3,16 +3,9 @@
 // database says.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <set>
-
-#include "common/console.h"
-#include "virtual/virtual_qx9.h"
 #include "virtual/virtual_qx9_memory.h"
 #include "layout/key_maps.h"
-#include "ops/configuration.h"
 #include "ops/macros.h"
-#include "ops/profiles.h"
 #include "support/processes.h"
 #include "support/sql_value.h"
 #include "support/wire_fixture.h"
@@ -20,22 +13,11 @@
 namespace qx9::test {
 namespace {
 
-namespace fs = std::filesystem;
 constexpr int kWriters = 20;
 
 class ParallelWriters : public ::testing::Test {
 protected:
-    ParallelWriters()
-        : dir_(fs::temp_directory_path() / ("qx9-parallel-" + std::to_string(::getpid()) + "-" +
-                                            ::testing::UnitTest::GetInstance()->current_test_info()->name())) {
-        fs::create_directories(dir_);
-        installKB108KMaps();
-        previous_ = setConsoleStream(&quiet_);
-    }
-    ~ParallelWriters() override {
-        setConsoleStream(previous_);
-        fs::remove_all(dir_);
-    }
+    ParallelWriters() { installKB108KMaps(); }
 
     std::string db() const { return (dir_ / "db.sqlite3").string(); }
     std::string state() const { return (dir_ / "kb.json").string(); }
@@ -60,11 +42,8 @@ protected:
     }
     std::string sql(const std::string& query) const { return sqlValue(db(), query); }
 
-    fs::path dir_;
-
-private:
-    std::ostringstream quiet_;
-    std::ostream* previous_ = nullptr;
+    TempDir dir_;
+    ConsoleCapture quiet_;
 };
 
 TEST_F(ParallelWriters, EveryInsertedEventIsKept) {

@@ -3,10 +3,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
 #include "hid/hidraw_probe.h"
 #include "hid/report_descriptor.h"
 #include "support/descriptors.h"
@@ -97,12 +93,6 @@ TEST(ReportDescriptorCorpus, EveryKeptInputParses) {
     }
     EXPECT_GT(files, 0u);
 }
-
-}  // namespace
-}  // namespace qx9::test
-
-namespace qx9::test {
-namespace {
 
 // The probe udev runs reads the node's descriptor from sysfs: it grants access only to the
 // configuration interface, never to one that also carries keystrokes, and never waits on a file

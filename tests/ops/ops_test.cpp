@@ -2,10 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <filesystem>
 #include <functional>
-#include <optional>
-#include <random>
 
 #include "virtual/virtual_qx9_memory.h"
 #include "i18n/language.h"
@@ -17,7 +14,6 @@
 #include "ops/profiles.h"
 #include "ops/settings.h"
 #include "ops/user_lights.h"
-#include "support/scratch.h"
 #include "support/sql_value.h"
 #include "support/wire_fixture.h"
 
@@ -73,7 +69,6 @@ TEST_F(OpsTest, RefusedChangesStoreAndSendNothing) {
     EXPECT_TRUE(sets().empty());
 }
 
-// A key made Fn is Fn on both layers, and every assignment sends one key map, whatever its kind.
 TEST_F(OpsTest, AKeyMadeFnIsFnOnBothLayersAndOneKeyMapGoesOut) {
     ASSERT_TRUE(ops::assignKey(target(), 1, 1, 5, *ops::paletteFunction(kFnKeyCode)));
     EXPECT_EQ(sql("SELECT group_concat(fnlayerId) FROM (SELECT fnlayerId FROM t_keyprofile WHERE keyvalue = 5 "

@@ -77,10 +77,7 @@ TEST(MacroBlockReportCount, UsedLengthOnAReportBoundaryAddsAWholeReport) {
     // L = 408 + 8 × pairs.
     for (const Case c : {Case{13, 512, 9}, Case{12, 504, 9}, Case{14, 520, 10}, Case{5, 448, 8}}) {
         std::vector<RecordInfo> events;
-        for (int i = 0; i < c.pairs; ++i) {
-            events.push_back(down(4));
-            events.push_back(delay(5));
-        }
+        for (int i = 0; i < c.pairs; ++i) events.insert(events.end(), {down(4), delay(5)});
         const auto block = buildMacroBlock({macro(events)});
         EXPECT_EQ(block.usedLength, c.length) << c.pairs;
         EXPECT_EQ(block.reports, c.reports) << c.pairs;
@@ -115,16 +112,11 @@ TEST_F(WireFixture, CapacityIsCheckedBeforeAnythingIsSent) {
         send(protocol::macroTransaction(in));
         EXPECT_EQ(!sets().empty(), c.sent) << c.events << " events, " << c.macros << " macros";
     }
-}
-
-TEST_F(WireFixture, MacrosThatWouldOverflowTheBlockAreNotSent) {
     // 400 key events without delays need 799 entries with their pauses: more than the block
     // holds although the capacity check passes.
+    clearWire();
     std::vector<RecordInfo> events;
-    for (int i = 0; i < 200; ++i) {
-        events.push_back(down(4));
-        events.push_back(up(4));
-    }
+    for (int i = 0; i < 200; ++i) events.insert(events.end(), {down(4), up(4)});
     const auto input = inputOf({macro(events)});
     ASSERT_TRUE(protocol::macrosFitKeyboard(input.storedEventCount, input.listedMacroCount));
     send(protocol::macroTransaction(input));

@@ -3,11 +3,9 @@
 // reported, and closing bounded. The keyboard is held from the test to make requests wait.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <mutex>
 #include <thread>
 
-#include "common/console.h"
 #include "virtual/virtual_qx9_memory.h"
 #include "layout/key_maps.h"
 #include "ops/lighting.h"
@@ -18,19 +16,12 @@
 namespace qx9::test {
 namespace {
 
-namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
 class QueuedSenderTest : public ::testing::Test {
 protected:
-    QueuedSenderTest()
-        : file_(fs::temp_directory_path() / ("qx9-sender-" + std::to_string(::getpid()) + "-" +
-                                             ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".sqlite3")),
-          db_(DeviceSQLite::atPath(file_)),
-          keyboard_(std::make_shared<VirtualQX9>()),
-          recorder_(std::make_shared<WireRecorder>()) {
+    QueuedSenderTest() {
         installKB108KMaps();
-        previous_ = setConsoleStream(&quiet_);
         QueuedSender::Events events;
         events.finished = [this](const BlockRequest& request, const SendResult& result) {
             std::lock_guard lock(mutex_);
@@ -38,11 +29,6 @@ protected:
         };
         sender_ = std::make_unique<QueuedSender>(file_, recorder_.get(), recorder_, events);
         sender_->setDevice(keyboard_);
-    }
-    ~QueuedSenderTest() override {
-        sender_.reset();
-        setConsoleStream(previous_);
-        for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(file_.string() + suffix);
     }
 
     // The header of each transaction on the wire, in order (0x11 key map, 0x13 light mode, …).
@@ -58,17 +44,15 @@ protected:
         return results_;
     }
 
-    fs::path file_;
-    DeviceSQLite db_;
-    std::shared_ptr<VirtualQX9> keyboard_;
-    std::shared_ptr<WireRecorder> recorder_;
-    std::unique_ptr<QueuedSender> sender_;
+    TempDir dir_;
+    ConsoleCapture quiet_;
+    std::filesystem::path file_ = dir_ / "sender.sqlite3";
+    DeviceSQLite db_ = DeviceSQLite::atPath(file_);
+    std::shared_ptr<VirtualQX9> keyboard_ = std::make_shared<VirtualQX9>();
+    std::shared_ptr<WireRecorder> recorder_ = std::make_shared<WireRecorder>();
     std::mutex mutex_;
     std::vector<std::pair<BlockRequest::Kind, SendResult::Status>> results_;
-
-private:
-    std::ostringstream quiet_;
-    std::ostream* previous_ = nullptr;
+    std::unique_ptr<QueuedSender> sender_;  // the first to go: its thread reports into the members above
 };
 
 TEST_F(QueuedSenderTest, RequestsGoInOrderAndARepeatedOneTakesTheLastPlace) {

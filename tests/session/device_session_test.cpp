@@ -3,9 +3,6 @@
 #include <set>
 #include <utility>
 
-#include "hid/capture_state.h"
-#include "i18n/language.h"
-
 namespace qx9::test {
 namespace {
 

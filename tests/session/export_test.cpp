@@ -2,7 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "virtual/virtual_qx9_memory.h"
 #include "ops/configuration.h"
 
 namespace qx9::test {
@@ -20,10 +19,8 @@ struct OtherSession {
     std::unique_ptr<KeyboardSession> session;
 };
 
-class ExportTest : public SessionTest {
+class ExportTest : public ConnectedSessionTest {
 protected:
-    ExportTest() { connect(); }
-
     // Something of everything kept, including rows whose owner was deleted.
     void fill() {
         KeyboardSession& s = *session_;

@@ -3,9 +3,7 @@
 // next builds on them. Keys bound to macros keep playing their macro after a deletion.
 #include "session/session_fixture.h"
 
-#include "virtual/virtual_qx9_memory.h"
 #include "i18n/extra_texts.h"
-#include "i18n/language.h"
 #include "layout/key_maps.h"
 #include "ops/key_assignment.h"
 #include "ops/lighting.h"
@@ -18,13 +16,8 @@ namespace {
 
 constexpr std::int64_t kKeyA = 4, kKeyC = 6, kKeyF = 9, kKeyZ = 29;
 
-class FollowTest : public SessionTest {
+class FollowTest : public ConnectedSessionTest {
 protected:
-    void SetUp() override {
-        curLanguage = kLanguageEnglish;
-        connect();
-        clearWire();
-    }
     // Another program's connection to the same file, without a keyboard of its own.
     ops::Target other() { return {other_}; }
     // The window's file watcher noticed the other program's commit.

@@ -1,15 +1,14 @@
 #include "session/session_fixture.h"
 
-#include "i18n/language.h"
-
 namespace qx9::test {
 namespace {
 
-using ProfilesTest = SessionTest;
+class ProfilesTest : public ConnectedSessionTest {
+protected:
+    ProfileList& p = session_->profiles;
+};
 
 TEST_F(ProfilesTest, NewProfileIsNamedAfterTheRowCountAndTranslatedWhenShown) {
-    connect();
-    ProfileList& p = session_->profiles;
     p.customkey_button_profile(ProfileList::kAdd);
     p.customkey_button_profile(ProfileList::kAdd);
     ASSERT_EQ(p.rows().size(), 3u);
@@ -30,8 +29,6 @@ TEST_F(ProfilesTest, NewProfileIsNamedAfterTheRowCountAndTranslatedWhenShown) {
 }
 
 TEST_F(ProfilesTest, SwitchingSendsTheKeyMapAndDeletingTheCurrentProfileKeepsItCurrentButNotTheLast) {
-    connect();
-    ProfileList& p = session_->profiles;
     p.customkey_button_profile(ProfileList::kAdd);
     clearWire();
     p.tableSelectionChanged(1);
@@ -50,8 +47,6 @@ TEST_F(ProfilesTest, SwitchingSendsTheKeyMapAndDeletingTheCurrentProfileKeepsItC
 }
 
 TEST_F(ProfilesTest, RenameTakesTheSelectedRowAndIgnoresEmptyText) {
-    connect();
-    ProfileList& p = session_->profiles;
     p.customkey_button_profile(ProfileList::kAdd);  // selects row 1
     p.keyTableItemViewEdit(0, "Games");             // the index carried does not count
     EXPECT_EQ(p.rows()[1].name, "Games");

@@ -1,7 +1,6 @@
 #include "session/session_fixture.h"
 
 #include "hid/device_access.h"
-#include "i18n/language.h"
 
 namespace qx9::test {
 

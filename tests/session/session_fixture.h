@@ -7,10 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "i18n/language.h"
 #include "session/keyboard_session.h"
 #include "support/scratch.h"
 #include "support/sql_value.h"
 #include "support/wire_fixture.h"
+#include "virtual/virtual_qx9_memory.h"
 
 namespace qx9::test {
 
@@ -56,6 +58,12 @@ protected:
     std::shared_ptr<WireRecorder> recorder_;
     RecordingEvents events_;
     std::unique_ptr<KeyboardSession> session_;
+};
+
+// The same with the keyboard connected (English, as stored) and the wire cleared of that connection.
+class ConnectedSessionTest : public SessionTest {
+protected:
+    ConnectedSessionTest() { connect(); clearWire(); }
 };
 
 }  // namespace qx9::test

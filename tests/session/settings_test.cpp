@@ -1,8 +1,5 @@
 #include "session/session_fixture.h"
 
-#include "virtual/virtual_qx9_memory.h"
-#include "i18n/language.h"
-
 namespace qx9::test {
 namespace {
 

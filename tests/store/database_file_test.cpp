@@ -2,8 +2,6 @@
 // reset, re-opening and dropping.
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "store_support.h"
 
 namespace qx9::test {

@@ -5,8 +5,6 @@
 #include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -14,6 +12,7 @@
 
 #include "store/device_sqlite.h"
 #include "support/scratch.h"
+#include "support/sql_value.h"
 
 namespace qx9::test {
 
@@ -54,29 +53,23 @@ inline RecordInfo event(std::int64_t macro, std::int64_t type, std::int64_t inde
 // The tests' own view of a database file: plain SQL through the C API, not through the store.
 class SqlFile {
 public:
-    explicit SqlFile(const std::filesystem::path& file) {
+    explicit SqlFile(const std::filesystem::path& file) : file_(file) {
         if (sqlite3_open(file.c_str(), &db_) != SQLITE_OK) ADD_FAILURE() << file << ": " << sqlite3_errmsg(db_);
     }
     ~SqlFile() { sqlite3_close_v2(db_); }
     SqlFile(const SqlFile&) = delete;
     SqlFile& operator=(const SqlFile&) = delete;
 
-    // Every row of a query, its columns as text joined by '|' (NULL reads "NULL").
+    // Every row of a query (on a connection of its own), its columns as text joined by '|' (NULL
+    // reads "NULL").
     Rows rows(const std::string& sql) const {
         Rows result;
-        sqlite3_stmt* stmt = nullptr;
-        if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) {
-            ADD_FAILURE() << sql << ": " << sqlite3_errmsg(db_);
-        }
-        while (stmt && sqlite3_step(stmt) == SQLITE_ROW) {
+        const bool read = sqlRows(file_.string(), sql, [&](sqlite3_stmt* st) {
             std::string row;
-            for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
-                const auto* text = sqlite3_column_text(stmt, i);
-                row += (i ? "|" : "") + std::string(text ? reinterpret_cast<const char*>(text) : "NULL");
-            }
+            for (int i = 0; i < sqlite3_column_count(st); ++i) row += (i ? "|" : "") + columnText(st, i, "NULL");
             result.push_back(row);
-        }
-        sqlite3_finalize(stmt);
+        });
+        if (!read) ADD_FAILURE() << sql;
         return result;
     }
     std::string value(const std::string& sql) const { return rows(sql).empty() ? "" : rows(sql).front(); }
@@ -88,16 +81,6 @@ public:
         sqlite3_free(error);
     }
     Rows tables() const { return rows("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY rowid"); }
-    // Every row of every table, each as "table|columns…".
-    Rows dump() const {
-        Rows all;
-        for (const std::string& table : tables()) {
-            for (const std::string& row : rows("SELECT * FROM \"" + table + "\" ORDER BY rowid")) {
-                all.push_back(table + "|" + row);
-            }
-        }
-        return all;
-    }
     // A trigger that refuses the statements `when` describes ("BEFORE INSERT ON t WHEN …"),
     // with RAISE(ABORT) or RAISE(ROLLBACK); allowAll() drops every one.
     void refuse(const std::string& when, const char* action = "ABORT") {
@@ -109,14 +92,10 @@ public:
     }
 
 private:
+    std::filesystem::path file_;
     sqlite3* db_ = nullptr;
     int triggers_ = 0;
 };
-
-inline std::string fileBytes(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 // A database file opened the way the application opens it, the console captured from the start.
 class StoreTest : public ::testing::Test {

@@ -4,6 +4,8 @@
 #include <stdlib.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -30,6 +32,12 @@ public:
 private:
     std::filesystem::path path_;
 };
+
+// Every byte of a file ("" when it cannot be read).
+inline std::string fileBytes(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
 
 // What the program prints on its diagnostic console while this lives.
 class ConsoleCapture {

@@ -1,10 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
-
 #include "protocol/key_mapping.h"
 #include "protocol/light_mode.h"
 #include "support/wire_fixture.h"
@@ -42,8 +37,8 @@ TEST_F(VirtualKeyboard, BlockCutShortByALostReportIsDropped) {
 }
 
 TEST_F(VirtualKeyboard, BadStateFilesAreRefusedAndChangeNothing) {
-    const std::string file = (std::filesystem::temp_directory_path() /
-                              ("qx9-virtual-" + std::to_string(::getpid()) + ".json")).string();
+    const TempDir dir;
+    const std::string file = (dir / "state.json").string();
     send(protocol::lightModeTransaction(2, std::nullopt));
     const VirtualQX9Memory before = keyboard_->memory();
     const std::string bad[] = {
