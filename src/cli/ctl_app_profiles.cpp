@@ -12,7 +12,7 @@ Table rulesTable(const std::vector<ops::AppProfileRule>& rules, const std::strin
                  const std::string& title = {}) {
     Table table({"application", "title", "profile"});
     for (const ops::AppProfileRule& r : rules) {
-        if (application.empty() || (lower(r.application) == lower(application) && lower(r.title) == lower(title))) {
+        if (application.empty() || (sameIgnoringCase(r.application, application) && sameIgnoringCase(r.title, title))) {
             table.add({r.application, r.title, r.profile});
         }
     }

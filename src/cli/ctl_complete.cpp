@@ -189,7 +189,7 @@ void complete(const Grammar& g, const std::vector<std::string>& words, std::ostr
     for (const std::string& c : candidates) {
         if (!printed.insert(c).second) continue;
         if (c.starts_with(kFiles)) out << kFiles << lead << c.substr(std::string(kFiles).size()) << '\n';
-        else if (lower(lead + c).starts_with(lower(typed))) out << lead << c << '\n';
+        else if (asciiLower(lead + c).starts_with(asciiLower(typed))) out << lead << c << '\n';
     }
 }
 

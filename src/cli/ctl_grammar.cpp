@@ -43,11 +43,6 @@ std::string readDevice(std::string& device) {
 
 }  // namespace
 
-std::string lower(std::string text) {
-    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return text;
-}
-
 std::optional<std::int64_t> parseNumber(std::string_view digits) {
     int base = 10;
     if (digits.size() > 2 && (digits.substr(0, 2) == "0x" || digits.substr(0, 2) == "0X")) {
@@ -81,7 +76,7 @@ std::string alternatives(const std::vector<std::string>& words) {
 Reader oneOf(std::vector<std::string> words) {
     return [words = std::move(words)](std::string& word) -> std::string {
         for (const std::string& w : words) {
-            if (lower(w) == lower(word)) {
+            if (sameIgnoringCase(w, word)) {
                 word = w;
                 return "";
             }
@@ -91,9 +86,9 @@ Reader oneOf(std::vector<std::string> words) {
 }
 
 std::optional<std::int64_t> keyCode(const std::string& word) {
-    const std::string wanted = lower(word);
+    const std::string wanted = asciiLower(word);
     for (const KeyNameEntry& e : G_KB_SuperKeyNameMap.entries()) {
-        if (lower(e.name) == wanted && G_KB_SuperKeyCodeMap.contains(e.key_code)) return e.key_code;
+        if (asciiLower(e.name) == wanted && G_KB_SuperKeyCodeMap.contains(e.key_code)) return e.key_code;
     }
     const std::optional<std::int64_t> code = word.empty() || !std::isdigit(static_cast<unsigned char>(word[0]))
                                                  ? std::nullopt : parseNumber(word);

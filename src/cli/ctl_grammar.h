@@ -12,6 +12,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/ctl_context.h"
+#include "common/ascii_case.h"
 
 namespace qx9::ctl {
 
@@ -33,7 +34,6 @@ Reader keyReader(bool paintable);
 Reader colorReader();
 // The code of a key of the QX9 by name (any case) or code.
 std::optional<std::int64_t> keyCode(const std::string& word);
-std::string lower(std::string text);
 // "a, b or c", for messages.
 std::string alternatives(const std::vector<std::string>& words);
 

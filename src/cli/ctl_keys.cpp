@@ -28,7 +28,7 @@ std::vector<std::string> split(const std::string& text, char sep) {
 // FUNCTION read into the form functionWord prints; whether a macro exists is the command's.
 std::string readFunction(std::string& word) {
     const std::vector<std::string> parts = split(word, ':');
-    const std::string kind = lower(parts[0]);
+    const std::string kind = asciiLower(parts[0]);
     const auto number = [&](std::size_t i, std::int64_t lo, std::int64_t hi) {
         std::string value = parts[i];
         const std::string error = numberIn(lo, hi)(value);
@@ -57,7 +57,7 @@ std::string readFunction(std::string& word) {
     }
     if (kind == "macro" && parts.size() >= 2 && parts.size() <= 4) {
         const std::string id = number(1, 0, INT64_MAX);
-        const std::string mode = parts.size() > 2 ? lower(parts[2]) : "once";
+        const std::string mode = parts.size() > 2 ? asciiLower(parts[2]) : "once";
         if ((mode == "once" || mode == "toggle") && parts.size() <= 3) word = "macro:" + id + ":" + mode;
         else if (mode == "repeat" && parts.size() == 4) word = "macro:" + id + ":repeat:" + number(3, 1, ops::kMaxPlayCount);
         else return "macro takes ID[:once|:repeat:N|:toggle]";

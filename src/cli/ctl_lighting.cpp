@@ -43,7 +43,7 @@ std::vector<std::string> effectWords() {
 std::string readEffect(std::string& word) {
     const auto bare = [](const std::string& w) {
         std::string b;
-        for (char c : lower(w)) if (std::isalnum(static_cast<unsigned char>(c))) b += c;
+        for (char c : asciiLower(w)) if (std::isalnum(static_cast<unsigned char>(c))) b += c;
         return b;
     };
     for (int r = 0; r < ops::kEffectRows; ++r) {

@@ -28,7 +28,7 @@ std::string readDelay(const std::string& kind, std::string ms) {
 // EVENT read as key:CODE, mouse:BUTTON or delay:MS.
 std::string readEvent(std::string& event) {
     const std::size_t colon = event.find(':');
-    const std::string kind = lower(event.substr(0, colon));
+    const std::string kind = asciiLower(event.substr(0, colon));
     std::string value = colon == std::string::npos ? "" : event.substr(colon + 1);
     if (kind == "key" && colon != std::string::npos) {
         const std::optional<std::int64_t> code = keyCode(value);
@@ -58,7 +58,7 @@ std::vector<ops::RecordRow> events(const std::string& event) {
 
 // MODE read as record, none or default:MS.
 std::string readDelayMode(std::string& mode) {
-    const std::string kind = lower(mode.substr(0, mode.find(':')));
+    const std::string kind = asciiLower(mode.substr(0, mode.find(':')));
     if ((kind == "record" || kind == "none") && kind.size() == mode.size()) mode = kind;
     else if (kind == "default" && mode.size() > kind.size()) mode = "default:" + readDelay(kind, mode.substr(kind.size() + 1));
     else return "\"" + mode + "\" is not record, none or default:MS";

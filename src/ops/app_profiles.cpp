@@ -5,12 +5,14 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <sstream>
 
 #include "common/app_id.h"
+#include "common/ascii_case.h"
 #include "common/private_file.h"
 #include "common/unique_fd.h"
 #include "ops/profiles.h"
@@ -28,13 +30,6 @@ constexpr const char* kHeader =
     "# Edited by the window (settings page) and by `qx9ctl app-profile`.\n";
 // A rule file larger than this is not a rules file.
 constexpr std::uintmax_t kMostBytes = 1 << 20;
-
-std::string lower(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
-}
-
-bool sameText(const std::string& a, const std::string& b) { return lower(a) == lower(b); }
 
 // One word of a rule: bare up to a blank or '=', or in double quotes with \" and \\ inside.
 bool readWord(std::string_view& line, std::string& word) {
@@ -84,13 +79,10 @@ bool parseRule(std::string_view line, AppProfileRule& rule, std::string& why) {
     std::string number(line);
     number.erase(0, number.find_first_not_of(" \t"));
     number.erase(number.find_last_not_of(" \t\r") + 1);
-    std::size_t used = 0;
-    try {
-        rule.profile = std::stoll(number, &used);
-    } catch (const std::exception&) {
-        used = 0;
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), rule.profile);
+    if (number.empty() || error != std::errc() || end != number.data() + number.size() || rule.profile < 1) {
+        return why = "the profile is not a number", false;
     }
-    if (number.empty() || used != number.size() || rule.profile < 1) return why = "the profile is not a number", false;
     return true;
 }
 
@@ -166,7 +158,7 @@ Outcome setAppProfile(const std::filesystem::path& file, DeviceSQLite& db, const
     if (!profileExists(db, rule.profile)) return Outcome::refused(Reason::kNoProfile, {std::to_string(rule.profile)});
     return changeRules(file, [&](std::vector<AppProfileRule>& rules) {
         for (AppProfileRule& r : rules) {
-            if (sameText(r.application, rule.application) && sameText(r.title, rule.title)) {
+            if (sameIgnoringCase(r.application, rule.application) && sameIgnoringCase(r.title, rule.title)) {
                 r.profile = rule.profile;
                 return Outcome::done();
             }
@@ -179,7 +171,7 @@ Outcome setAppProfile(const std::filesystem::path& file, DeviceSQLite& db, const
 Outcome removeAppProfile(const std::filesystem::path& file, const std::string& application, const std::string& title) {
     return changeRules(file, [&](std::vector<AppProfileRule>& rules) {
         const auto gone = std::remove_if(rules.begin(), rules.end(), [&](const AppProfileRule& r) {
-            return sameText(r.application, application) && sameText(r.title, title);
+            return sameIgnoringCase(r.application, application) && sameIgnoringCase(r.title, title);
         });
         if (gone == rules.end()) {
             return Outcome::refused(Reason::kNoAppProfile, {application + (title.empty() ? "" : " \"" + title + "\"")});
@@ -190,13 +182,13 @@ Outcome removeAppProfile(const std::filesystem::path& file, const std::string& a
 }
 
 const AppProfileRule* matchAppProfile(const std::vector<AppProfileRule>& rules, const FocusedWindow& window) {
-    const std::string title = lower(window.title);
+    const std::string title = asciiLower(window.title);
     const AppProfileRule* any = nullptr;
     for (const AppProfileRule& r : rules) {
-        if (!sameText(r.application, window.appId) && !sameText(r.application, window.windowClass)) continue;
+        if (!sameIgnoringCase(r.application, window.appId) && !sameIgnoringCase(r.application, window.windowClass)) continue;
         if (r.title.empty()) {
             if (!any) any = &r;
-        } else if (title.find(lower(r.title)) != std::string::npos) {
+        } else if (title.find(asciiLower(r.title)) != std::string::npos) {
             return &r;
         }
     }

@@ -1,9 +1,7 @@
 #include "session/auto_profile.h"
 
-#include <algorithm>
-#include <cctype>
-
 #include "common/app_id.h"
+#include "common/ascii_case.h"
 
 namespace qx9 {
 
@@ -12,12 +10,8 @@ namespace {
 // This application's own window: going to it (to choose a profile by hand, say) is not going to
 // another application.
 bool isOwnWindow(const ops::FocusedWindow& w) {
-    const auto same = [](const std::string& a, std::string_view b) {
-        return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                          [](char x, char y) { return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y)); });
-    };
     for (const std::string_view own : {std::string_view(kApplicationId), std::string_view("halvorn-qx9")}) {
-        if (same(w.appId, own) || same(w.windowClass, own)) return true;
+        if (sameIgnoringCase(w.appId, own) || sameIgnoringCase(w.windowClass, own)) return true;
     }
     return false;
 }

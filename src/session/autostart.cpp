@@ -14,9 +14,9 @@ namespace {
 
 constexpr const char* kOptionKeys[] = {"automatic-profiles", "dark-when-locked"};
 
-// An argument of Exec as the Desktop Entry Specification reads it: bare when it has no reserved
-// character, otherwise in double quotes with ", `, $ and \ escaped (and \ escaped again, as
-// every string value of the file is: a quote is \\" in the file, a backslash four of them).
+// An argument of Exec as desktops read it: bare when it has no reserved character, otherwise in
+// double quotes with ", `, $ and \ escaped, and \ escaped again as in every string value of a
+// desktop file: a quote is \\" in the file, a backslash four of them.
 std::string execArgument(const std::string& argument) {
     const bool bare = !argument.empty() && argument.find_first_not_of(
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._+-,:@") == std::string::npos;
