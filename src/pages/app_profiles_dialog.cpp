@@ -91,6 +91,11 @@ AppProfilesDialog::AppProfilesDialog(KeyboardSession& session, QWidget* parent) 
     application_->setText(QString::fromStdString(front.appId.empty() ? front.windowClass : front.appId));
 }
 
+void AppProfilesDialog::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    application_->setFocus();
+}
+
 void AppProfilesDialog::retranslate() {
     setWindowTitle(text(ExtraText::kAutomaticProfiles));
     rules_->setHorizontalHeaderLabels({text(ExtraText::kApplication), text(ExtraText::kTitleContains), text(ExtraText::kProfile)});

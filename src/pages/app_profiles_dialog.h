@@ -22,6 +22,10 @@ public:
     void sync();
     void retranslate();
 
+protected:
+    // Opens on the application's field: what the user came to type.
+    void showEvent(QShowEvent* event) override;
+
 private:
     KeyboardSession& session_;
     QTableWidget* rules_;
