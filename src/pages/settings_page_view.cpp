@@ -133,14 +133,11 @@ QLayout* SettingsPageView::desktopColumn() {
     editRules_->setObjectName("config_btn_rules");
     // Without a tray a hidden start could not be reached: the switch stays off, and says why.
     const bool tray = QSystemTrayIcon::isSystemTrayAvailable();
-    startAtLogin_->setEnabled(tray || autostartEnabled());
+    startAtLogin_->setEnabled(tray || session_.follow.startAtLogin());
     noTray_->setVisible(!tray);
     connect(startAtLogin_, &QCheckBox::toggled, this, [this](bool on) {
         if (syncing_) return;
-        std::string error;
-        if (!setAutostart(on, QCoreApplication::applicationFilePath().toStdString(), error)) {
-            session_.core.warn(extraText(ExtraText::kNotStoredTitle), error);
-        }
+        session_.follow.setStartAtLogin(on, QCoreApplication::applicationFilePath().toStdString());
         sync();
     });
     connect(darkWhenLocked_, &QCheckBox::toggled, this, &SettingsPageView::setDesktopOptions);
@@ -186,7 +183,7 @@ void SettingsPageView::sync() {
     syncing_ = true;
     combo_language->setCurrentIndex(session_.settings.languageRow());
     for (int tag = 0; tag < 4; ++tag) boxes_[tag]->setChecked(session_.settings.box(tag));
-    startAtLogin_->setChecked(autostartEnabled());
+    startAtLogin_->setChecked(session_.follow.startAtLogin());
     darkWhenLocked_->setChecked(session_.follow.options().darkWhenLocked);
     automaticProfiles_->setChecked(session_.follow.options().automaticProfiles);
     const std::string& source = session_.follow.focusSource();

@@ -145,6 +145,11 @@ void FollowUser::applyDark() {
     if (result.status == SendResult::kNotSent && core_.events) core_.events->notice(extraText(ExtraText::kNotSent));
 }
 
+void FollowUser::setStartAtLogin(bool on, const std::string& program) {
+    std::string error;
+    if (!setAutostart(on, program, error)) core_.warn(extraText(ExtraText::kNotStoredTitle), error);
+}
+
 bool FollowUser::setOptions(const DesktopOptions& options) {
     std::string error;
     if (!writeDesktopOptions(options, error)) {

@@ -56,6 +56,11 @@ public:
     void screenLocked(bool locked);
     bool dark() const;
 
+    // Starting at login, hidden in the tray: the autostart entry for `program`, written or removed
+    // (a warning when it could not be).
+    bool startAtLogin() const { return autostartEnabled(); }
+    void setStartAtLogin(bool on, const std::string& program);
+
     // The options of the settings page; false (and a warning) when the file did not take them.
     const DesktopOptions& options() const { return options_; }
     bool setOptions(const DesktopOptions& options);
