@@ -48,6 +48,7 @@ void addCommands(Grammar& g) {
     addUserLightCommands(g);
     addFileCommands(g);
     addAppProfileCommands(g);
+    addHistoryCommands(g);
 }
 
 // The deepest command the parse reached.

@@ -93,6 +93,7 @@ void addLightCommands(Grammar& g);     // ctl_lighting.cpp
 void addUserLightCommands(Grammar& g); // ctl_userlight.cpp
 void addFileCommands(Grammar& g);      // export, import (ctl_export.cpp)
 void addAppProfileCommands(Grammar& g);  // app-profile (ctl_app_profiles.cpp)
+void addHistoryCommands(Grammar& g);  // history, undo, redo (ctl_history.cpp)
 
 // The words that complete the last of `words` (the command line after the program's name),
 // one per line; "FILES\tLEAD" stands for the file names after LEAD.

@@ -97,7 +97,8 @@ void addUserLightCommands(Grammar& g) {
     g.action(withId("apply", "ID", "Send a set to the keyboard"), [](Context& c, const CLI::App& a) {
         const std::int64_t set = existingSet(c, a);
         // The set stored again as it is, and sent.
-        check(ops::changeUserLight(c.target(), set, [](std::vector<std::uint32_t>&) { return ops::Outcome::done(); }));
+        check(ops::changeUserLight(c.target(), set, [](std::vector<std::uint32_t>&) { return ops::Outcome::done(); },
+                                   {"set-colours", {std::to_string(set)}}));
         printResult(c, colorTable(c, set));
     });
     g.action(withId("reset", "ID", "Every key of a set back to its default color"), [](Context& c, const CLI::App& a) {

@@ -15,6 +15,7 @@
 #include <unordered_set>
 
 #include "layout/key_maps.h"
+#include "ops/history.h"
 #include "ops/key_assignment.h"
 #include "ops/settings.h"
 #include "ops/user_lights.h"
@@ -385,18 +386,18 @@ Outcome importConfiguration(const Target& target, std::string_view document) {
     if (!c) return Outcome::refused(Reason::kNotAConfiguration, {error});
     std::vector<BlockRequest> blocks;
     {
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
         if (!target.db.replaceConfiguration(*c, error)) return Outcome::notStored(error + "; the database is unchanged");
         // Everything goes to the keyboard again, profile 1's key map with the macros.
-        if (!storeKeyboardProfile(target.db, kSettingsProfile) || !storeSetting(target.db, kMacroDeletions, "0") ||
-            !transaction.commit()) {
-            return Outcome::notStored("cannot write the database; the database is unchanged");
-        }
         // The effect first: a per-key set, when there is one, is what the keyboard then shows, as
         // after a connection.
         blocks = {SendLightModeData(kSettingsProfile, kSettingsProfile)};
         for (const BlockRequest& b : wholeConfiguration(target.db)) blocks.push_back(b);
         blocks.push_back(SaveMacroToKeyboard());
+        if (!storeKeyboardProfile(target.db, kSettingsProfile) || !storeBookkeeping(target.db, kMacroDeletions, "0") ||
+            !commitStep(transaction, {"import", {}}, blocks)) {
+            return Outcome::notStored("cannot write the database; the database is unchanged");
+        }
     }
     return send(target, blocks);
 }

@@ -6,6 +6,7 @@
 #include "i18n/text_ids.h"
 #include "layout/custom_key_func.h"
 #include "layout/key_maps.h"
+#include "ops/history.h"
 #include "ops/profiles.h"
 #include "ops/settings.h"
 
@@ -94,6 +95,16 @@ std::optional<ProfileKey> listFunction(std::int64_t macroType, std::size_t index
     return function(macroType, list[index].value, localizedText(list[index].textId));
 }
 
+namespace {
+
+// The key as its cap names it ("Caps Lock").
+std::string keyFullName(std::int64_t key) {
+    const KeyCodeEntry* entry = G_KB_SuperKeyCodeMap.find(static_cast<int>(key));
+    return entry && !entry->full_name.empty() ? entry->full_name : std::to_string(key);
+}
+
+}  // namespace
+
 Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer, std::int64_t key,
                   ProfileKey function) {
     if (!validLayer(layer)) return Outcome::refused(Reason::kNoLayer);
@@ -105,7 +116,7 @@ Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer
     function.fnlayerId = layer;
     function.keyValue = key;
     {
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
         // What the assignment names must still be there when it is stored.
         if (!profileExists(target.db, profile)) return Outcome::refused(Reason::kNoProfile, {std::to_string(profile)});
         if (function.macroType == kMacroTypeMacro) {
@@ -123,7 +134,9 @@ Outcome assignKey(const Target& target, std::int64_t profile, std::int64_t layer
             stored = store();
         }
         stored = stored && storeKeyboardProfile(target.db, profile);
-        if (!stored || !transaction.commit()) return Outcome::notStored("the database did not take the assignment");
+        if (!stored || !commitStep(transaction, {"assign", {keyFullName(key)}}, {SendKeyMacroData(profile, 0)})) {
+            return Outcome::notStored("the database did not take the assignment");
+        }
     }
     return send(target, {SendKeyMacroData(profile, 0)});
 }
@@ -133,7 +146,7 @@ Outcome sendKeyMap(const Target& target, std::int64_t profile, std::int64_t laye
 }
 
 bool storeKeyboardProfile(DeviceSQLite& db, std::int64_t profile) {
-    return storeSetting(db, kKeyboardProfile, std::to_string(profile));
+    return storeBookkeeping(db, kKeyboardProfile, std::to_string(profile));
 }
 
 }  // namespace qx9::ops

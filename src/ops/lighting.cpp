@@ -1,6 +1,7 @@
 #include "ops/lighting.h"
 
 #include "i18n/text_ids.h"
+#include "ops/history.h"
 #include "ops/settings.h"
 
 namespace qx9::ops {
@@ -53,9 +54,10 @@ Outcome selectEffect(const Target& target, std::int64_t profile, std::int64_t ef
     // The selection is one for the application; the record is that of the current profile.
     record.fill(0);
     {
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
         target.db.writeLightProfile(profile);  // a profile's lighting rows are made when first needed
-        if (!target.db.selectLightMode(kSettingsProfile, effect) || !transaction.commit()) {
+        if (!target.db.selectLightMode(kSettingsProfile, effect) ||
+            !commitStep(transaction, {"effect", {std::to_string(effect)}}, {SendLightModeData(profile, kSettingsProfile)})) {
             return Outcome::notStored("the database did not take the effect");
         }
         if (!readLightRecord(target.db, profile, effect, record)) {
@@ -66,10 +68,10 @@ Outcome selectEffect(const Target& target, std::int64_t profile, std::int64_t ef
 }
 
 Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64_t selection,
-                          const std::function<void(LightRecord&)>& change) {
+                          const std::function<void(LightRecord&)>& change, const StepName& step) {
     {
         // The effect and its record as they are now, whatever another program did before.
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
         target.db.writeLightProfile(profile);
         const std::int64_t effect = target.db.getLightModeSelectIndex(selection);
         LightRecord record{};
@@ -77,7 +79,8 @@ Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64
             return Outcome::refused(Reason::kUnreadableEffect, {std::to_string(effect)});
         }
         change(record);
-        if (!target.db.modifyLightData(profile, effect, record) || !transaction.commit()) {
+        if (!target.db.modifyLightData(profile, effect, record) ||
+            !commitStep(transaction, step, {SendLightModeData(profile, selection)})) {
             return Outcome::notStored("the database did not take the change");
         }
     }
@@ -90,29 +93,33 @@ Outcome setLightColour(const Target& target, std::int64_t profile, std::int64_t 
         r[kLightRed] = red;
         r[kLightGreen] = green;
         r[kLightBlue] = blue;
-    });
+    }, {"light-colour", {colourName(std::uint32_t{red} << 16 | std::uint32_t{green} << 8 | blue)}});
 }
 
 Outcome setRandomColour(const Target& target, std::int64_t profile, std::int64_t selection, bool on) {
-    return changeLightRecord(target, profile, selection, [&](LightRecord& r) { r[kLightRandom] = on ? kRandomOn : 0; });
+    return changeLightRecord(target, profile, selection, [&](LightRecord& r) { r[kLightRandom] = on ? kRandomOn : 0; },
+                             {on ? "random-colour-on" : "random-colour-off", {}});
 }
 
 Outcome setBrightness(const Target& target, std::int64_t profile, std::int64_t selection, std::int64_t value) {
     if (Outcome o = byteValue(value, "the brightness"); !o) return o;
     return changeLightRecord(target, profile, selection,
-                             [&](LightRecord& r) { r[kLightBrightness] = static_cast<std::uint8_t>(value); });
+                             [&](LightRecord& r) { r[kLightBrightness] = static_cast<std::uint8_t>(value); },
+                             {"brightness", {std::to_string(value)}});
 }
 
 Outcome setSpeed(const Target& target, std::int64_t profile, std::int64_t selection, std::int64_t value) {
     if (Outcome o = byteValue(value, "the speed"); !o) return o;
     return changeLightRecord(target, profile, selection,
-                             [&](LightRecord& r) { r[kLightSpeed] = static_cast<std::uint8_t>(value); });
+                             [&](LightRecord& r) { r[kLightSpeed] = static_cast<std::uint8_t>(value); },
+                             {"speed", {std::to_string(value)}});
 }
 
 Outcome setDirection(const Target& target, std::int64_t profile, std::int64_t selection, std::int64_t direction) {
     if (Outcome o = byteValue(direction, "the direction"); !o) return o;
     return changeLightRecord(target, profile, selection,
-                             [&](LightRecord& r) { r[kLightDirection] = static_cast<std::uint8_t>(direction); });
+                             [&](LightRecord& r) { r[kLightDirection] = static_cast<std::uint8_t>(direction); },
+                             {"direction", {std::to_string(direction)}});
 }
 
 Outcome sendLightMode(const Target& target, std::int64_t profile, std::int64_t selection) {

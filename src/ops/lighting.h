@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 
+#include "ops/history.h"
 #include "ops/target.h"
 #include "store/records.h"
 
@@ -56,7 +57,7 @@ bool readLightRecord(const DeviceSQLite& db, std::int64_t profile, std::int64_t 
 // profile whose own selection the page shows): read, changed by `change` and stored in one
 // transaction, then sent.
 Outcome changeLightRecord(const Target& target, std::int64_t profile, std::int64_t selection,
-                          const std::function<void(LightRecord&)>& change);
+                          const std::function<void(LightRecord&)>& change, const StepName& step);
 Outcome setLightColour(const Target& target, std::int64_t profile, std::int64_t selection, std::uint8_t red,
                        std::uint8_t green, std::uint8_t blue);
 Outcome setRandomColour(const Target& target, std::int64_t profile, std::int64_t selection, bool on);

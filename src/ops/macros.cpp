@@ -6,6 +6,7 @@
 #include "layout/key_maps.h"
 #include "protocol/macro_download.h"
 #include "ops/settings.h"
+#include "ops/history.h"
 #include "sender/blocks.h"
 #include "store/config_value.h"
 
@@ -92,6 +93,15 @@ std::vector<RecordRow> storedEvents(const DeviceSQLite& db, std::int64_t macro) 
     return events;
 }
 
+namespace {
+
+std::string macroName(const DeviceSQLite& db, std::int64_t macro) {
+    MacroInfo info;
+    return db.queryMacroInfo(macro, info) ? info.macroName : std::to_string(macro);
+}
+
+}  // namespace
+
 bool macroExists(const DeviceSQLite& db, std::int64_t macro) {
     MacroInfo info;
     return db.queryMacroInfo(macro, info);
@@ -99,14 +109,14 @@ bool macroExists(const DeviceSQLite& db, std::int64_t macro) {
 
 Outcome addMacro(const Target& target, std::string& name, std::int64_t& id) {
     id = 0;
-    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
     const std::int64_t macros = target.db.countMacros();
     if (macros >= kMaxMacros) {
         return Outcome::refused(Reason::kTooManyMacros, {std::to_string(kMaxMacros)});
     }
     name = newMacroName(static_cast<std::size_t>(macros));
     id = target.db.addMacroProfile(name);
-    if (id < 1 || !transaction.commit()) {
+    if (id < 1 || !commitStep(transaction, {"add-macro", {name}}, {})) {
         id = 0;
         return Outcome::notStored("the database refused the new macro");
     }
@@ -115,23 +125,24 @@ Outcome addMacro(const Target& target, std::string& name, std::int64_t& id) {
 
 Outcome renameMacro(const Target& target, std::int64_t macro, const std::string& name) {
     if (name.empty()) return Outcome::refused(Reason::kEmptyName, {"macro"});
-    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
     if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
-    if (!target.db.updateMacroProfileName(macro, name) || !transaction.commit()) {
+    if (!target.db.updateMacroProfileName(macro, name) || !commitStep(transaction, {"rename-macro", {name}}, {})) {
         return Outcome::notStored("the database refused the new name");
     }
     return Outcome::done();
 }
 
 Outcome deleteMacro(const Target& target, std::int64_t macro) {
-    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
+    const std::string name = macroName(target.db, macro);
     if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
     // The macros after it move up a position, and keys name macros by position: the next macro
     // download takes the key map along.
     const std::int64_t deletions = parseConfigInteger(target.db.getConfigData(kSettingsProfile, kMacroDeletions),
                                                       kMacroDeletions, 0, INT64_MAX - 1);
-    if (!target.db.deleteMacroProfile(macro) || !storeSetting(target.db, kMacroDeletions, std::to_string(deletions + 1)) ||
-        !transaction.commit()) {
+    if (!target.db.deleteMacroProfile(macro) || !storeBookkeeping(target.db, kMacroDeletions, std::to_string(deletions + 1)) ||
+        !commitStep(transaction, {"delete-macro", {name}}, {SaveMacroToKeyboard()})) {
         return Outcome::notStored("the database refused to delete the macro");
     }
     return Outcome::done();
@@ -155,9 +166,9 @@ Outcome replaceEvents(const Target& target, std::int64_t macro, const std::vecto
 
 Outcome storeEvents(const Target& target, std::int64_t macro, const std::vector<RecordRow>& events,
                     const std::vector<RecordRow>* loaded) {
-    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
     if (Outcome o = replaceEvents(target, macro, events, loaded); !o) return o;
-    if (!transaction.commit()) return Outcome::notStored("the database did not take the macro's events");
+    if (!commitStep(transaction, {"record-macro", {macroName(target.db, macro)}}, {SaveMacroToKeyboard()})) return Outcome::notStored("the database did not take the macro's events");
     return Outcome::done();
 }
 
@@ -165,7 +176,7 @@ Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<Re
                   std::int64_t delayMode, std::int64_t delayTime, const std::vector<RecordRow>* loaded) {
     std::vector<BlockRequest> blocks;
     {
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
         if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
         if (loaded && storedEvents(target.db, macro) != *loaded) return Outcome::changedMeanwhile("the macro");
         if (delayMode == kKeepDelayMode) {
@@ -182,7 +193,9 @@ Outcome saveMacro(const Target& target, std::int64_t macro, const std::vector<Re
         const std::vector<RecordRow> list = events ? *events : storedEvents(target.db, macro);
         if (!target.db.saveMacro(info, records(macro, list))) return Outcome::notStored("the database did not take the macro");
         blocks = macroDownload(target.db);
-        if (!transaction.commit()) return Outcome::notStored("the database did not take the macro");
+        if (!commitStep(transaction, {"edit-macro", {macroName(target.db, macro)}}, blocks)) {
+            return Outcome::notStored("the database did not take the macro");
+        }
     }
     return send(target, blocks);
 }
@@ -200,13 +213,15 @@ Outcome changeEvents(const Target& target, std::int64_t macro,
                      const std::function<Outcome(std::vector<RecordRow>&)>& change) {
     std::vector<BlockRequest> blocks;
     {
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
         if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
         std::vector<RecordRow> events = storedEvents(target.db, macro);
         if (Outcome o = change(events); !o) return o;
         if (Outcome o = replaceEvents(target, macro, events, nullptr); !o) return o;
         blocks = macroDownload(target.db);
-        if (!transaction.commit()) return Outcome::notStored("the database did not take the macro's events");
+        if (!commitStep(transaction, {"edit-macro", {macroName(target.db, macro)}}, blocks)) {
+            return Outcome::notStored("the database did not take the macro's events");
+        }
     }
     return send(target, blocks);
 }
@@ -216,7 +231,7 @@ std::vector<BlockRequest> macroDownload(DeviceSQLite& db) {
     const std::string deletions = db.getConfigData(kSettingsProfile, kMacroDeletions);
     if (!deletions.empty() && deletions != "0") {
         blocks.push_back(SendKeyMacroData(keyboardProfile(db), 0));
-        storeSetting(db, kMacroDeletions, "0");
+        storeBookkeeping(db, kMacroDeletions, "0");
     }
     return blocks;
 }

@@ -25,6 +25,11 @@ std::string describe(const Outcome& outcome) {
         case Reason::kNotAConfiguration:
         case Reason::kNotRead: return arg(0);
         case Reason::kNoAppProfile: return "no automatic profile for " + arg(0);
+        case Reason::kNothingToUndo: return "nothing to undo";
+        case Reason::kNothingToRedo: return "nothing to redo";
+        case Reason::kNoHistory: return "the change history beside the database cannot be used";
+        case Reason::kStepChanged:
+            return "\"" + arg(0) + "\" was not undone or redone: another program has changed the same settings since";
         case Reason::kNotStored: return arg(0);
         case Reason::kNotSent: return "stored, but the keyboard did not take " + arg(0);
         case Reason::kTooLarge: return "stored, but nothing was sent: " + arg(0);

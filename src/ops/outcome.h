@@ -29,6 +29,10 @@ enum class Reason {
     kNotAConfiguration, // {why}
     kNotRead,           // {why}: a file or the database could not be read
     kNoAppProfile,      // {application}: no automatic profile for it
+    kNothingToUndo,     // {}
+    kNothingToRedo,     // {}
+    kNoHistory,         // {}: the history beside the database could not be opened
+    kStepChanged,       // {the step}: another program changed its rows since
     // The other endings.
     kNotStored,         // {what the database did not take, or why}
     kNotSent,           // {the block, and why when known}

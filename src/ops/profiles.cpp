@@ -2,6 +2,7 @@
 
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
+#include "ops/history.h"
 #include "ops/key_assignment.h"
 
 namespace qx9::ops {
@@ -28,12 +29,12 @@ bool profileExists(const DeviceSQLite& db, std::int64_t profile) {
 }
 
 Outcome addProfile(const Target& target, std::string& name, std::int64_t& id) {
-    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
     std::vector<ProfileData> profiles;
     target.db.queryProfileList(profiles);
     name = newProfileName(profiles.size());
     id = target.db.addProfile(name);
-    if (id < 1 || !transaction.commit()) {
+    if (id < 1 || !commitStep(transaction, {"add-profile", {displayedProfileName(name)}}, {})) {
         id = 0;
         return Outcome::notStored("the database refused the new profile");
     }
@@ -42,23 +43,28 @@ Outcome addProfile(const Target& target, std::string& name, std::int64_t& id) {
 
 Outcome renameProfile(const Target& target, std::int64_t profile, const std::string& name) {
     if (name.empty()) return Outcome::refused(Reason::kEmptyName, {"profile"});
-    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
     if (!profileExists(target.db, profile)) return Outcome::refused(Reason::kNoProfile, {std::to_string(profile)});
-    if (!target.db.updateProfileName(profile, name) || !transaction.commit()) {
+    if (!target.db.updateProfileName(profile, name) ||
+        !commitStep(transaction, {"rename-profile", {displayedProfileName(name)}}, {})) {
         return Outcome::notStored("the database refused the new name");
     }
     return Outcome::done();
 }
 
 Outcome deleteProfile(const Target& target, std::int64_t profile) {
-    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
     std::vector<ProfileData> profiles;
     target.db.queryProfileList(profiles);
+    std::string name = std::to_string(profile);
+    for (const ProfileData& p : profiles) {
+        if (p.profId == profile) name = displayedProfileName(p.name);
+    }
     if (profiles.size() <= 1) {
         return Outcome::refused(Reason::kLastProfile);
     }
     if (!profileExists(target.db, profile)) return Outcome::refused(Reason::kNoProfile, {std::to_string(profile)});
-    if (!target.db.deleteProfile(profile) || !transaction.commit()) {
+    if (!target.db.deleteProfile(profile) || !commitStep(transaction, {"delete-profile", {name}}, {})) {
         return Outcome::notStored("the database refused to delete the profile");
     }
     return Outcome::done();

@@ -4,6 +4,7 @@
 
 #include "i18n/language.h"
 #include "ops/configuration.h"
+#include "ops/history.h"
 #include "ops/key_assignment.h"
 #include "ops/profiles.h"
 
@@ -18,9 +19,28 @@ const char* blockKey(Block block) {
     return kBlockWin;
 }
 
+namespace {
+
+// The keys a block switch keeps from the computer, as the settings page names them.
+const char* blockName(Block block) {
+    switch (block) {
+        case Block::kAltTab: return "Alt+Tab";
+        case Block::kAltF4: return "Alt+F4";
+        case Block::kWin: return "Win";
+    }
+    return "Win";
+}
+
+}  // namespace
+
 bool storeSetting(DeviceSQLite& db, const char* key, const std::string& value) {
     if (db.hasConfigData(kSettingsProfile, key)) return db.updateConfigData(kSettingsProfile, key, value);
     return db.writeConfigData(kSettingsProfile, key, value);
+}
+
+bool storeBookkeeping(DeviceSQLite& db, const char* key, const std::string& value) {
+    const DeviceSQLite::Unrecorded unrecorded(db);
+    return storeSetting(db, key, value);
 }
 
 namespace {
@@ -58,7 +78,10 @@ Outcome setLanguage(const Target& target, int language) {
         language != kLanguageTraditionalChinese) {
         return Outcome::refused(Reason::kNoLanguage, {std::to_string(language)});
     }
-    if (!storeSetting(target.db, kLanguage, std::to_string(language))) return Outcome::notStored("the database did not take the language");
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
+    if (!storeSetting(target.db, kLanguage, std::to_string(language)) || !commitStep(transaction, {"language", {}}, {})) {
+        return Outcome::notStored("the database did not take the language");
+    }
     return Outcome::done();
 }
 
@@ -66,9 +89,13 @@ namespace {
 
 // Stores one setting of profile 1, then sends the system functions with `switches`.
 Outcome storeAndSend(const Target& target, const char* key, const std::string& value,
-                     const protocol::SystemSwitches& switches) {
-    if (!target.db.updateConfigData(kSettingsProfile, key, value)) {
-        return Outcome::notStored(std::string("the database did not take ") + key);
+                     const protocol::SystemSwitches& switches, const StepName& step) {
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
+        if (!target.db.updateConfigData(kSettingsProfile, key, value) ||
+            !commitStep(transaction, step, {SendSystemFunctionData()})) {
+            return Outcome::notStored(std::string("the database did not take ") + key);
+        }
     }
     return sendSystemFunctions(target, switches);
 }
@@ -76,14 +103,15 @@ Outcome storeAndSend(const Target& target, const char* key, const std::string& v
 }  // namespace
 
 Outcome setFnMode(const Target& target, bool fnKey, const protocol::SystemSwitches& shown) {
-    return storeAndSend(target, kFnFunction, fnKey ? "1" : "0", shown);
+    return storeAndSend(target, kFnFunction, fnKey ? "1" : "0", shown, {fnKey ? "fn-mode-fn" : "fn-mode-default", {}});
 }
 
 Outcome setGameMode(const Target& target, bool on, protocol::SystemSwitches& shown) {
     {
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
         shown = on ? gameModeSwitches(target.db) : protocol::SystemSwitches{};  // off: the blocks stay stored
-        if (!target.db.updateConfigData(kSettingsProfile, kGameMode, on ? "1" : "0") || !transaction.commit()) {
+        if (!target.db.updateConfigData(kSettingsProfile, kGameMode, on ? "1" : "0") ||
+            !commitStep(transaction, {on ? "game-mode-on" : "game-mode-off", {}}, {SendSystemFunctionData()})) {
             return Outcome::notStored(std::string("the database did not take ") + kGameMode);
         }
     }
@@ -96,22 +124,23 @@ Outcome setBlock(const Target& target, Block block, bool on, protocol::SystemSwi
         case Block::kAltF4: shown.blockAltF4 = on; break;
         case Block::kWin: shown.lockWin = on; break;
     }
-    return storeAndSend(target, blockKey(block), on ? "1" : "0", shown);
+    return storeAndSend(target, blockKey(block), on ? "1" : "0", shown, {on ? "block-on" : "block-off", {blockName(block)}});
 }
 
 Outcome setSleepTime(const Target& target, std::int64_t value, const protocol::SystemSwitches& shown) {
     if (value < 0 || value >= kSleepTimeCount) {
         return Outcome::refused(Reason::kSleepTimeRange, {std::to_string(kSleepTimeCount - 1)});
     }
-    return storeAndSend(target, kSleepLight, std::to_string(value), shown);
+    return storeAndSend(target, kSleepLight, std::to_string(value), shown, {"sleep-time", {std::to_string(value)}});
 }
 
 Outcome resetKeys(const Target& target, std::int64_t profile, std::int64_t& lightMode) {
     {
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
         target.db.resetProfile(profile);
         target.db.writeLightProfile(profile);
-        if (!storeKeyboardProfile(target.db, profile) || !transaction.commit()) {
+        if (!storeKeyboardProfile(target.db, profile) ||
+            !commitStep(transaction, {"reset-keys", {std::to_string(profile)}}, {SendKeyMacroData(profile, 0)})) {
             return Outcome::notStored("the database did not take the reset");
         }
         lightMode = target.db.getLightModeSelectIndex(profile);
@@ -121,12 +150,16 @@ Outcome resetKeys(const Target& target, std::int64_t profile, std::int64_t& ligh
 }
 
 Outcome resetAll(const Target& target) {
+    std::vector<BlockRequest> blocks;
     {
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
+        target.db.clearTables();  // row by row first, so that the step holds what was there
         target.db.dropTable();
         target.db.createTable();
         target.db.writeLightProfile(kSettingsProfile);
-        if (!transaction.commit()) return Outcome::notStored("the database did not take the reset");
+        blocks = {SendLightModeData(kSettingsProfile, kSettingsProfile), SaveMacroToKeyboard()};
+        for (const BlockRequest& b : wholeConfiguration(target.db)) blocks.push_back(b);
+        if (!commitStep(transaction, {"reset-all", {}}, blocks)) return Outcome::notStored("the database did not take the reset");
     }
     return send(target, wholeConfiguration(target.db));
 }

@@ -3,6 +3,7 @@
 #include "i18n/language.h"
 #include "i18n/text_ids.h"
 #include "layout/key_maps.h"
+#include "ops/history.h"
 #include "ops/settings.h"
 
 namespace qx9::ops {
@@ -14,6 +15,15 @@ constexpr std::uint32_t kMaxColour = 0xFFFFFF;
 Outcome requireSet(const DeviceSQLite& db, std::int64_t set) {
     if (set >= 1 && userLightExists(db, set)) return Outcome::done();
     return Outcome::refused(Reason::kNoUserLight, {std::to_string(std::max<std::int64_t>(set, 0))});
+}
+
+std::string setName(const DeviceSQLite& db, std::int64_t set) {
+    std::vector<UserLightData> sets;
+    db.getUserLightData(kSettingsProfile, sets);
+    for (const UserLightData& s : sets) {
+        if (s.userlight_id == set) return s.userlight_name;
+    }
+    return std::to_string(set);
 }
 
 }  // namespace
@@ -57,12 +67,12 @@ std::vector<std::uint32_t> setColours(const DeviceSQLite& db, std::int64_t set) 
 }
 
 Outcome addUserLight(const Target& target, std::string& name, std::int64_t& id) {
-    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
     std::vector<UserLightData> sets;
     target.db.getUserLightData(kSettingsProfile, sets);
     name = newUserLightName(sets.size());
     id = target.db.addUserLight(kSettingsProfile, name);
-    if (id < 1 || !transaction.commit()) {
+    if (id < 1 || !commitStep(transaction, {"add-set", {name}}, {})) {
         id = 0;
         return Outcome::notStored("the database refused the new user light");
     }
@@ -71,18 +81,19 @@ Outcome addUserLight(const Target& target, std::string& name, std::int64_t& id) 
 
 Outcome renameUserLight(const Target& target, std::int64_t set, const std::string& name) {
     if (name.empty()) return Outcome::refused(Reason::kEmptyName, {"user light's"});
-    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
     if (Outcome o = requireSet(target.db, set); !o) return o;
-    if (!target.db.updateUserLightName(set, name) || !transaction.commit()) {
+    if (!target.db.updateUserLightName(set, name) || !commitStep(transaction, {"rename-set", {name}}, {})) {
         return Outcome::notStored("the database refused the new name");
     }
     return Outcome::done();
 }
 
 Outcome deleteUserLight(const Target& target, std::int64_t set) {
-    DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+    DeviceSQLite::Transaction transaction = target.db.beginStep();
     if (Outcome o = requireSet(target.db, set); !o) return o;
-    if (!target.db.deleteUserLight(set) || !transaction.commit()) {
+    const std::string name = setName(target.db, set);
+    if (!target.db.deleteUserLight(set) || !commitStep(transaction, {"delete-set", {name}}, {})) {
         return Outcome::notStored("the database refused to delete the user light");
     }
     return Outcome::done();
@@ -98,11 +109,14 @@ Outcome applyUserLight(const Target& target, std::int64_t set, const std::vector
             if (!loaded || i >= loaded->size() || colours[i] != (*loaded)[i]) stored[i] = colours[i] & kMaxColour;
         }
         return Outcome::done();
-    });
+    }, {"set-colours", {setName(target.db, set)}});
 }
 
 Outcome resetUserLight(const Target& target, std::int64_t set) {
-    return applyUserLight(target, set, std::vector<std::uint32_t>(paintableKeys().size(), 0));
+    return changeUserLight(target, set, [](std::vector<std::uint32_t>& stored) {
+        std::fill(stored.begin(), stored.end(), 0);
+        return Outcome::done();
+    }, {"reset-set", {setName(target.db, set)}});
 }
 
 Outcome paintKeys(const Target& target, std::int64_t set, const std::vector<std::int64_t>& keys, std::uint32_t rgb) {
@@ -114,13 +128,13 @@ Outcome paintKeys(const Target& target, std::int64_t set, const std::vector<std:
             colours[*position] = rgb;
         }
         return Outcome::done();
-    });
+    }, {"paint", {std::to_string(keys.size()), colourName(rgb)}});
 }
 
 Outcome changeUserLight(const Target& target, std::int64_t set,
-                        const std::function<Outcome(std::vector<std::uint32_t>&)>& change) {
+                        const std::function<Outcome(std::vector<std::uint32_t>&)>& change, const StepName& step) {
     {
-        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        DeviceSQLite::Transaction transaction = target.db.beginStep();
         if (Outcome o = requireSet(target.db, set); !o) return o;
         std::vector<std::uint32_t> colours = setColours(target.db, set);
         if (Outcome o = change(colours); !o) return o;
@@ -130,7 +144,9 @@ Outcome changeUserLight(const Target& target, std::int64_t set,
         for (std::size_t i = 0; i < keys.size() && i < colours.size(); ++i) {
             target.db.addUserLightLEDData({0, set, keys[i].keycode, colours[i] & kMaxColour});
         }
-        if (!transaction.commit()) return Outcome::notStored("the database did not take the colours");
+        if (!commitStep(transaction, step, {SendUserLightLedData(set)})) {
+            return Outcome::notStored("the database did not take the colours");
+        }
     }
     return sendUserLightColours(target, set);
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "layout/keyboard_layout.h"
+#include "ops/history.h"
 #include "ops/target.h"
 
 namespace qx9::ops {
@@ -44,7 +45,7 @@ Outcome paintKeys(const Target& target, std::int64_t set, const std::vector<std:
 // Reads the set's colours, lets `change` change them and stores them, in one transaction; then
 // sends the set.
 Outcome changeUserLight(const Target& target, std::int64_t set,
-                        const std::function<Outcome(std::vector<std::uint32_t>&)>& change);
+                        const std::function<Outcome(std::vector<std::uint32_t>&)>& change, const StepName& step);
 
 // Sends the per-key mode; the key colours of one set, then the per-key mode.
 Outcome sendUserLightMode(const Target& target);

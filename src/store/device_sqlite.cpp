@@ -141,6 +141,7 @@ void DeviceSQLite::open(const std::filesystem::path& directory, const std::files
         readOnlyCause_ = cause;
     }
     console() << "init: connect success\n";
+    if (readOnlyCause_ == StoreProblem::kNone) openHistory();
 }
 
 bool DeviceSQLite::connect(const std::filesystem::path& file, bool unchanging) {

@@ -11,7 +11,9 @@
 #include <vector>
 
 #include "common/app_id.h"
+#include "store/change_session.h"
 #include "store/configuration.h"
+#include "store/history.h"
 #include "store/records.h"
 #include "store/sqlite_handle.h"
 #include "store/store_problem.h"
@@ -48,6 +50,14 @@ public:
         bool commit() { return guard_ && guard_->commit(); }
         // Begun and not lost: the operations can still succeed.
         bool active() const { return guard_ && guard_->active(); }
+        // For a transaction begun with beginStep: records what it changed as one step of the
+        // history (nothing when it changed nothing, or without a history), then commits. Both or
+        // neither reach the files.
+        bool commitStep(const HistoryStep& step);
+
+        Transaction(Transaction&&) noexcept = default;
+        Transaction& operator=(Transaction&&) = delete;
+        ~Transaction();
 
     private:
         friend class DeviceSQLite;
@@ -55,10 +65,32 @@ public:
         explicit Transaction(sqlite::Connection::Transaction guard) : guard_(std::move(guard)) {}
 
         std::optional<sqlite::Connection::Transaction> guard_;
+        std::unique_ptr<sqlite::ChangeSession> session_;  // a step's: what it changes
+        DeviceSQLite* owner_ = nullptr;
+    };
+
+    // Keeps the rows written during its life out of the step being recorded (values that say
+    // what the keyboard was sent, not what the user chose). Ends before the transaction.
+    class Unrecorded {
+    public:
+        explicit Unrecorded(DeviceSQLite& db) : session_(db.recording_) {
+            if (session_) session_->pause(true);
+        }
+        ~Unrecorded() {
+            if (session_) session_->pause(false);
+        }
+        Unrecorded(const Unrecorded&) = delete;
+        Unrecorded& operator=(const Unrecorded&) = delete;
+
+    private:
+        sqlite::ChangeSession* session_;
     };
 
     // Without a connection: a guard that does nothing, and whose commit() is false.
     Transaction beginTransaction();
+    // A write transaction whose changes become one step of the history (commitStep). Inside
+    // another transaction it is a level of that one, and the outer one's step holds them.
+    Transaction beginStep();
     // One snapshot of the file for several reads (BEGIN): what other programs commit meanwhile
     // is not seen until it ends. Never writes.
     Transaction beginRead() const;
@@ -100,6 +132,22 @@ public:
     bool readable() const;
     // Why the file could not be opened or read, or why the last transaction's write failed.
     StoreProblem problem() const;
+
+    // The history of user changes (history.h)
+    // Whether the history file is open beside the database.
+    bool hasHistory() const { return historyOpen_; }
+    // The steps, newest first.
+    std::vector<HistoryStep> readHistory() const;
+    // The step an undo would take back (the newest in force) and the one a redo would make again
+    // (the oldest undone); none when there is none.
+    std::optional<HistoryStep> stepToUndo() const;
+    std::optional<HistoryStep> stepToRedo() const;
+    // Takes back or makes again that step, in the caller's transaction (the history's mark
+    // included); `step` is the step concerned.
+    StepResult undoStep(HistoryStep& step);
+    StepResult redoStep(HistoryStep& step);
+    // Deletes every row of the tables dropTable drops, one by one, so that a step records them.
+    void clearTables();
 
     // Tables
     void createTable();
@@ -190,8 +238,14 @@ private:
     // An existing file: whether it holds this application's tables (any missing one is created).
     bool checkExistingFile();
 
+    // Attaches the history file beside the database; without it, changes take no step.
+    void openHistory();
+    StepResult moveStep(bool undo, HistoryStep& step);
+
     std::optional<sqlite::Connection> db_;
     std::filesystem::path file_;
+    bool historyOpen_ = false;
+    sqlite::ChangeSession* recording_ = nullptr;  // the step being recorded, while there is one
     StoreProblem openProblem_ = StoreProblem::kNone;
     StoreProblem readOnlyCause_ = StoreProblem::kNone;  // why the file was opened read-only
 };

@@ -80,6 +80,20 @@ std::string Statement::text(int column) const {
     return std::string(reinterpret_cast<const char*>(chars), static_cast<std::size_t>(size));
 }
 
+std::vector<unsigned char> Statement::blob(int column) const {
+    const auto* bytes = static_cast<const unsigned char*>(sqlite3_column_blob(stmt_.get(), column));
+    const int size = sqlite3_column_bytes(stmt_.get(), column);
+    return bytes ? std::vector<unsigned char>(bytes, bytes + size) : std::vector<unsigned char>{};
+}
+
+void Statement::bindOne(int index, Blob value) {
+    if (value.bytes.size() > INT_MAX) throw Error("string or blob too big", SQLITE_TOOBIG);
+    if (sqlite3_bind_blob(stmt_.get(), index, value.bytes.data(), static_cast<int>(value.bytes.size()),
+                          SQLITE_TRANSIENT) != SQLITE_OK) {
+        fail();
+    }
+}
+
 void Statement::bindOne(int index, std::int64_t value) {
     if (sqlite3_bind_int64(stmt_.get(), index, value) != SQLITE_OK) fail();
 }

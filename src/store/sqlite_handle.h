@@ -6,6 +6,7 @@
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -34,6 +35,11 @@ private:
 struct Failure {
     int code = SQLITE_OK;
     int systemErrno = 0;
+};
+
+// Bytes bound as a BLOB.
+struct Blob {
+    std::span<const unsigned char> bytes;
 };
 
 // One prepared statement. Values are always bound, never spliced into the SQL text.
@@ -67,6 +73,7 @@ public:
     bool isNull(int column) const;
     std::int64_t integer(int column) const;
     std::string text(int column) const;  // NULL reads as the empty string
+    std::vector<unsigned char> blob(int column) const;
 
     // Reads every remaining row with `read(statement)` and appends the records to `out`. The
     // list changes only when every row was read: an error part-way leaves it as it was.
@@ -85,6 +92,7 @@ private:
 
     void bindOne(int index, std::int64_t value);
     void bindOne(int index, std::string_view value);
+    void bindOne(int index, Blob value);
     // An empty optional is bound as NULL.
     template <typename T>
     void bindOne(int index, const std::optional<T>& value) {
@@ -200,6 +208,9 @@ public:
         run(sql, args...);
         return sqlite3_last_insert_rowid(state_->db);
     }
+
+    // The handle itself, for SQLite's change sessions (store/change_session.h).
+    sqlite3* handle() const { return state_->db; }
 
     template <typename... Args>
     bool hasRow(std::string_view sql, const Args&... args) const {

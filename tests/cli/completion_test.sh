@@ -38,7 +38,7 @@ check "default disable" key set 1 0 a d
 check "rename" macro re
 check "backup.json" import ba
 check "backup.json" export ba
-check "db.sqlite3" --db = d
+check "db.sqlite3 db.sqlite3-history" --db = d
 check "virtual virtual:" --device = vi
 check "backup.json" --device virtual : ba
 check "--header --help" profile list --he

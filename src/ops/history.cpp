@@ -1,0 +1,156 @@
+#include "ops/history.h"
+
+#include <charconv>
+
+#include "i18n/language.h"
+#include "i18n/step_texts.h"
+#include "sender/blocks.h"
+
+namespace qx9::ops {
+
+namespace {
+
+constexpr char kBlockSeparator = ';';
+constexpr char kFieldSeparator = ':';  // between a block's numbers
+constexpr std::size_t kBlockFields = 6;
+
+HistoryEntry entryOf(HistoryStep step) {
+    return {step.id, {std::move(step.kind), std::move(step.args)}, step.time, step.done};
+}
+
+std::vector<std::int64_t> numbers(std::string_view text) {
+    std::vector<std::int64_t> values;
+    while (true) {
+        const std::size_t end = std::min(text.find(kFieldSeparator), text.size());
+        std::int64_t value = 0;
+        const auto [ptr, ec] = std::from_chars(text.data(), text.data() + end, value);
+        if (ec != std::errc() || ptr != text.data() + end) return {};
+        values.push_back(value);
+        if (end == text.size()) return values;
+        text.remove_prefix(end + 1);
+    }
+}
+
+std::optional<BlockRequest> blockFrom(std::string_view text) {
+    const std::vector<std::int64_t> v = numbers(text);
+    if (v.size() != kBlockFields || v[0] < BlockRequest::kKeyMap || v[0] > BlockRequest::kSystemFunctions) return std::nullopt;
+    BlockRequest block;
+    block.kind = static_cast<BlockRequest::Kind>(v[0]);
+    block.profile = v[1];
+    block.layer = v[2];
+    block.selection = v[3];
+    block.set = v[4];
+    block.dark = v[5] != 0;
+    return block;
+}
+
+// The blocks to send after an undo or redo. The keyboard holds the key map of the profile it was
+// last sent: another profile's map is not sent. Macros move keys' references by position, so
+// the key map goes with them.
+std::vector<BlockRequest> blocksAfter(const DeviceSQLite& db, const std::string& text) {
+    const std::int64_t held = keyboardProfile(db);
+    std::vector<BlockRequest> blocks;
+    bool keyMap = false;
+    const auto add = [&](const BlockRequest& b) {
+        for (const BlockRequest& other : blocks) {
+            if (other.sameBlock(b)) return;
+        }
+        blocks.push_back(b);
+    };
+    for (BlockRequest b : blocksFromText(text)) {
+        if (b.kind == BlockRequest::kKeyMap) {
+            keyMap = keyMap || b.profile == held;
+            continue;
+        }
+        add(b);
+        keyMap = keyMap || b.kind == BlockRequest::kMacros;
+    }
+    if (keyMap) add(SendKeyMacroData(held, 0));
+    return blocks;
+}
+
+Outcome move(const Target& target, bool undo, HistoryEntry& entry) {
+    if (!target.db.hasHistory()) return Outcome::refused(Reason::kNoHistory);
+    std::string blocks;
+    {
+        DeviceSQLite::Transaction transaction = target.db.beginTransaction();
+        HistoryStep step;
+        const StepResult result = undo ? target.db.undoStep(step) : target.db.redoStep(step);
+        entry = entryOf(step);
+        switch (result) {
+            case StepResult::kDone: break;
+            case StepResult::kNone: return Outcome::refused(undo ? Reason::kNothingToUndo : Reason::kNothingToRedo);
+            case StepResult::kNoHistory: return Outcome::refused(Reason::kNoHistory);
+            case StepResult::kConflict: return Outcome::refused(Reason::kStepChanged, {describe(entry.name)});
+            case StepResult::kFailed: return Outcome::notStored("the database did not take the " + std::string(undo ? "undo" : "redo"));
+        }
+        if (!transaction.commit()) return Outcome::notStored("the database did not take the " + std::string(undo ? "undo" : "redo"));
+        blocks = step.blocks;
+    }
+    return send(target, blocksAfter(target.db, blocks));
+}
+
+}  // namespace
+
+bool commitStep(DeviceSQLite::Transaction& transaction, const StepName& name, const std::vector<BlockRequest>& blocks) {
+    HistoryStep step;
+    step.kind = name.kind;
+    step.args = name.args;
+    step.blocks = blocksText(blocks);
+    return transaction.commitStep(step);
+}
+
+std::vector<HistoryEntry> history(const DeviceSQLite& db) {
+    std::vector<HistoryEntry> entries;
+    for (HistoryStep& step : db.readHistory()) entries.push_back(entryOf(std::move(step)));
+    return entries;
+}
+
+std::optional<HistoryEntry> nextUndo(const DeviceSQLite& db) {
+    std::optional<HistoryStep> step = db.stepToUndo();
+    return step ? std::optional(entryOf(std::move(*step))) : std::nullopt;
+}
+
+std::optional<HistoryEntry> nextRedo(const DeviceSQLite& db) {
+    std::optional<HistoryStep> step = db.stepToRedo();
+    return step ? std::optional(entryOf(std::move(*step))) : std::nullopt;
+}
+
+Outcome undo(const Target& target, HistoryEntry& step) { return move(target, true, step); }
+Outcome redo(const Target& target, HistoryEntry& step) { return move(target, false, step); }
+
+std::string describe(const StepName& name) { return stepText(name.kind, name.args, kLanguageEnglish); }
+
+std::string colourName(std::uint32_t rgb) {
+    constexpr const char* kDigits = "0123456789ABCDEF";
+    std::string text = "#";
+    for (int shift = 20; shift >= 0; shift -= 4) text += kDigits[(rgb >> shift) & 0xF];
+    return text;
+}
+
+std::string blocksText(const std::vector<BlockRequest>& blocks) {
+    std::string text;
+    for (const BlockRequest& b : blocks) {
+        if (!text.empty()) text += kBlockSeparator;
+        const char* separator = "";
+        for (const std::int64_t v : {std::int64_t{b.kind}, b.profile, b.layer, b.selection, b.set, std::int64_t{b.dark}}) {
+            text += separator;
+            text += std::to_string(v);
+            separator = ":";
+        }
+    }
+    return text;
+}
+
+std::vector<BlockRequest> blocksFromText(const std::string& text) {
+    std::vector<BlockRequest> blocks;
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find(kBlockSeparator), rest.size());
+        if (std::optional<BlockRequest> b = blockFrom(rest.substr(0, end))) blocks.push_back(*b);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return blocks;
+}
+
+}  // namespace qx9::ops

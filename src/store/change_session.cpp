@@ -1,0 +1,89 @@
+#include "store/change_session.h"
+
+#include <climits>
+
+namespace qx9::sqlite {
+
+namespace {
+
+struct Freer {
+    void operator()(void* p) const { sqlite3_free(p); }
+};
+
+std::optional<std::string> textOf(sqlite3_value* value) {
+    if (!value || sqlite3_value_type(value) == SQLITE_NULL) return std::nullopt;
+    const auto* chars = sqlite3_value_text(value);
+    if (!chars) return std::nullopt;
+    return std::string(reinterpret_cast<const char*>(chars), static_cast<std::size_t>(sqlite3_value_bytes(value)));
+}
+
+struct ApplyContext {
+    const IgnorableRow* ignorable;
+    bool conflict = false;
+};
+
+int onConflict(void* context, int kind, sqlite3_changeset_iter* row) {
+    auto& c = *static_cast<ApplyContext*>(context);
+    const char* table = nullptr;
+    int columns = 0, op = 0, indirect = 0;
+    if (sqlite3changeset_op(row, &table, &columns, &op, &indirect) != SQLITE_OK || !table) return SQLITE_CHANGESET_ABORT;
+    const ColumnText text = [&](int column) -> std::optional<std::string> {
+        if (column < 0 || column >= columns) return std::nullopt;
+        sqlite3_value* value = nullptr;
+        if ((kind == SQLITE_CHANGESET_DATA || kind == SQLITE_CHANGESET_CONFLICT) &&
+            sqlite3changeset_conflict(row, column, &value) == SQLITE_OK && value) {
+            return textOf(value);
+        }
+        if (op != SQLITE_INSERT && sqlite3changeset_old(row, column, &value) == SQLITE_OK && value) return textOf(value);
+        if (op != SQLITE_DELETE && sqlite3changeset_new(row, column, &value) == SQLITE_OK && value) return textOf(value);
+        return std::nullopt;
+    };
+    const bool rowConflict = kind == SQLITE_CHANGESET_DATA || kind == SQLITE_CHANGESET_NOTFOUND ||
+                             kind == SQLITE_CHANGESET_CONFLICT;
+    if (rowConflict && *c.ignorable && (*c.ignorable)(table, text)) return SQLITE_CHANGESET_OMIT;
+    c.conflict = true;
+    return SQLITE_CHANGESET_ABORT;
+}
+
+}  // namespace
+
+ChangeSession::ChangeSession(sqlite3* db) {
+    sqlite3_session* raw = nullptr;
+    if (sqlite3session_create(db, "main", &raw) != SQLITE_OK) return;
+    session_.reset(raw);
+    if (sqlite3session_attach(raw, nullptr) != SQLITE_OK) session_.reset();
+}
+
+void ChangeSession::pause(bool paused) {
+    if (session_) sqlite3session_enable(session_.get(), paused ? 0 : 1);
+}
+
+std::vector<unsigned char> ChangeSession::changes() const {
+    if (!session_) return {};
+    int size = 0;
+    void* raw = nullptr;
+    if (sqlite3session_changeset(session_.get(), &size, &raw) != SQLITE_OK) return {};
+    const std::unique_ptr<void, Freer> owned(raw);
+    const auto* bytes = static_cast<const unsigned char*>(raw);
+    return bytes && size > 0 ? std::vector<unsigned char>(bytes, bytes + size) : std::vector<unsigned char>{};
+}
+
+ApplyResult applyChanges(sqlite3* db, std::span<const unsigned char> changes, bool inverse,
+                         const IgnorableRow& ignorable) {
+    if (changes.size() > INT_MAX) return ApplyResult::kFailed;
+    void* data = const_cast<unsigned char*>(changes.data());
+    int size = static_cast<int>(changes.size());
+    std::unique_ptr<void, Freer> inverted;
+    if (inverse) {
+        void* raw = nullptr;
+        if (sqlite3changeset_invert(size, data, &size, &raw) != SQLITE_OK) return ApplyResult::kFailed;
+        inverted.reset(raw);
+        data = raw;
+    }
+    ApplyContext context{&ignorable};
+    const int rc = sqlite3changeset_apply(db, size, data, nullptr, onConflict, &context);
+    if (rc == SQLITE_OK) return ApplyResult::kApplied;
+    return context.conflict ? ApplyResult::kConflict : ApplyResult::kFailed;
+}
+
+}  // namespace qx9::sqlite
