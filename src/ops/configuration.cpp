@@ -394,7 +394,7 @@ Outcome importConfiguration(const Target& target, std::string_view document) {
         blocks = {SendLightModeData(kSettingsProfile, kSettingsProfile)};
         for (const BlockRequest& b : wholeConfiguration(target.db)) blocks.push_back(b);
         blocks.push_back(SaveMacroToKeyboard());
-        if (!storeKeyboardProfile(target.db, kSettingsProfile) || !storeBookkeeping(target.db, kMacroDeletions, "0") ||
+        if (!storeKeyboardProfile(target.db, kSettingsProfile) || !storeSetting(target.db, kMacroDeletions, "0") ||
             !commitStep(transaction, {"import", {}}, blocks)) {
             return Outcome::notStored("cannot write the database; the database is unchanged");
         }

@@ -12,7 +12,20 @@ namespace {
 
 constexpr char kBlockSeparator = ';';
 constexpr char kFieldSeparator = ':';  // between a block's numbers
-constexpr std::size_t kBlockFields = 6;
+// kind, profile, layer, selection, set, dark, and the switches shown (a bit each; -1: as stored)
+constexpr std::size_t kBlockFields = 7;
+constexpr std::int64_t kStoredSwitches = -1;
+
+std::int64_t switchBits(const std::optional<protocol::SystemSwitches>& s) {
+    if (!s) return kStoredSwitches;
+    return std::int64_t{s->gameMode} | std::int64_t{s->blockAltTab} << 1 | std::int64_t{s->blockAltF4} << 2 |
+           std::int64_t{s->lockWin} << 3;
+}
+
+std::optional<protocol::SystemSwitches> switchesOf(std::int64_t bits) {
+    if (bits < 0) return std::nullopt;
+    return protocol::SystemSwitches{(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0};
+}
 
 HistoryEntry entryOf(HistoryStep step) {
     return {step.id, {std::move(step.kind), std::move(step.args)}, step.time, step.done};
@@ -41,13 +54,15 @@ std::optional<BlockRequest> blockFrom(std::string_view text) {
     block.selection = v[3];
     block.set = v[4];
     block.dark = v[5] != 0;
+    block.switches = switchesOf(v[6]);
     return block;
 }
 
 // The blocks to send after an undo or redo. The keyboard holds the key map of the profile it was
-// last sent: another profile's map is not sent. Macros move keys' references by position, so
-// the key map goes with them.
-std::vector<BlockRequest> blocksAfter(const DeviceSQLite& db, const std::string& text) {
+// last sent, which the step may have changed: that profile's map is sent for a key map. Macros
+// move keys' references by position, so the key map goes with them. A redo sends the switches as the change showed them, an undo as
+// they are stored.
+std::vector<BlockRequest> blocksAfter(const DeviceSQLite& db, const std::string& text, bool undo) {
     const std::int64_t held = keyboardProfile(db);
     std::vector<BlockRequest> blocks;
     bool keyMap = false;
@@ -58,8 +73,9 @@ std::vector<BlockRequest> blocksAfter(const DeviceSQLite& db, const std::string&
         blocks.push_back(b);
     };
     for (BlockRequest b : blocksFromText(text)) {
+        if (undo) b.switches.reset();
         if (b.kind == BlockRequest::kKeyMap) {
-            keyMap = keyMap || b.profile == held;
+            keyMap = true;
             continue;
         }
         add(b);
@@ -87,7 +103,7 @@ Outcome move(const Target& target, bool undo, HistoryEntry& entry) {
         if (!transaction.commit()) return Outcome::notStored("the database did not take the " + std::string(undo ? "undo" : "redo"));
         blocks = step.blocks;
     }
-    return send(target, blocksAfter(target.db, blocks));
+    return send(target, blocksAfter(target.db, blocks, undo));
 }
 
 }  // namespace
@@ -133,7 +149,8 @@ std::string blocksText(const std::vector<BlockRequest>& blocks) {
     for (const BlockRequest& b : blocks) {
         if (!text.empty()) text += kBlockSeparator;
         const char* separator = "";
-        for (const std::int64_t v : {std::int64_t{b.kind}, b.profile, b.layer, b.selection, b.set, std::int64_t{b.dark}}) {
+        for (const std::int64_t v : {std::int64_t{b.kind}, b.profile, b.layer, b.selection, b.set, std::int64_t{b.dark},
+                                     switchBits(b.switches)}) {
             text += separator;
             text += std::to_string(v);
             separator = ":";

@@ -146,7 +146,7 @@ Outcome sendKeyMap(const Target& target, std::int64_t profile, std::int64_t laye
 }
 
 bool storeKeyboardProfile(DeviceSQLite& db, std::int64_t profile) {
-    return storeBookkeeping(db, kKeyboardProfile, std::to_string(profile));
+    return storeSetting(db, kKeyboardProfile, std::to_string(profile));
 }
 
 }  // namespace qx9::ops

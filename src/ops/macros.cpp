@@ -141,8 +141,8 @@ Outcome deleteMacro(const Target& target, std::int64_t macro) {
     // download takes the key map along.
     const std::int64_t deletions = parseConfigInteger(target.db.getConfigData(kSettingsProfile, kMacroDeletions),
                                                       kMacroDeletions, 0, INT64_MAX - 1);
-    if (!target.db.deleteMacroProfile(macro) || !storeBookkeeping(target.db, kMacroDeletions, std::to_string(deletions + 1)) ||
-        !commitStep(transaction, {"delete-macro", {name}}, {SaveMacroToKeyboard()})) {
+    if (!target.db.deleteMacroProfile(macro) || !storeSetting(target.db, kMacroDeletions, std::to_string(deletions + 1)) ||
+        !commitStep(transaction, {"delete-macro", {name}}, {})) {
         return Outcome::notStored("the database refused to delete the macro");
     }
     return Outcome::done();
@@ -168,7 +168,7 @@ Outcome storeEvents(const Target& target, std::int64_t macro, const std::vector<
                     const std::vector<RecordRow>* loaded) {
     DeviceSQLite::Transaction transaction = target.db.beginStep();
     if (Outcome o = replaceEvents(target, macro, events, loaded); !o) return o;
-    if (!commitStep(transaction, {"record-macro", {macroName(target.db, macro)}}, {SaveMacroToKeyboard()})) return Outcome::notStored("the database did not take the macro's events");
+    if (!commitStep(transaction, {"record-macro", {macroName(target.db, macro)}}, {})) return Outcome::notStored("the database did not take the macro's events");
     return Outcome::done();
 }
 
@@ -231,7 +231,7 @@ std::vector<BlockRequest> macroDownload(DeviceSQLite& db) {
     const std::string deletions = db.getConfigData(kSettingsProfile, kMacroDeletions);
     if (!deletions.empty() && deletions != "0") {
         blocks.push_back(SendKeyMacroData(keyboardProfile(db), 0));
-        storeBookkeeping(db, kMacroDeletions, "0");
+        storeSetting(db, kMacroDeletions, "0");
     }
     return blocks;
 }

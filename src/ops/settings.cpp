@@ -38,11 +38,6 @@ bool storeSetting(DeviceSQLite& db, const char* key, const std::string& value) {
     return db.writeConfigData(kSettingsProfile, key, value);
 }
 
-bool storeBookkeeping(DeviceSQLite& db, const char* key, const std::string& value) {
-    const DeviceSQLite::Unrecorded unrecorded(db);
-    return storeSetting(db, key, value);
-}
-
 namespace {
 
 // The stored language as start-up applies it; none for a value it ignores.
@@ -93,7 +88,7 @@ Outcome storeAndSend(const Target& target, const char* key, const std::string& v
     {
         DeviceSQLite::Transaction transaction = target.db.beginStep();
         if (!target.db.updateConfigData(kSettingsProfile, key, value) ||
-            !commitStep(transaction, step, {SendSystemFunctionData()})) {
+            !commitStep(transaction, step, {SendSystemFunctionData(switches)})) {
             return Outcome::notStored(std::string("the database did not take ") + key);
         }
     }
@@ -111,7 +106,7 @@ Outcome setGameMode(const Target& target, bool on, protocol::SystemSwitches& sho
         DeviceSQLite::Transaction transaction = target.db.beginStep();
         shown = on ? gameModeSwitches(target.db) : protocol::SystemSwitches{};  // off: the blocks stay stored
         if (!target.db.updateConfigData(kSettingsProfile, kGameMode, on ? "1" : "0") ||
-            !commitStep(transaction, {on ? "game-mode-on" : "game-mode-off", {}}, {SendSystemFunctionData()})) {
+            !commitStep(transaction, {on ? "game-mode-on" : "game-mode-off", {}}, {SendSystemFunctionData(shown)})) {
             return Outcome::notStored(std::string("the database did not take ") + kGameMode);
         }
     }
@@ -157,11 +152,10 @@ Outcome resetAll(const Target& target) {
         target.db.dropTable();
         target.db.createTable();
         target.db.writeLightProfile(kSettingsProfile);
-        blocks = {SendLightModeData(kSettingsProfile, kSettingsProfile), SaveMacroToKeyboard()};
-        for (const BlockRequest& b : wholeConfiguration(target.db)) blocks.push_back(b);
+        blocks = wholeConfiguration(target.db);
         if (!commitStep(transaction, {"reset-all", {}}, blocks)) return Outcome::notStored("the database did not take the reset");
     }
-    return send(target, wholeConfiguration(target.db));
+    return send(target, blocks);
 }
 
 Outcome sendSystemFunctions(const Target& target, const protocol::SystemSwitches& switches) {

@@ -31,9 +31,6 @@ const char* blockKey(Block block);
 // A setting of profile 1, written even when its row is missing (a reset of profile 1 deletes
 // the rows of the settings).
 bool storeSetting(DeviceSQLite& db, const char* key, const std::string& value);
-// The same for a value that says what the keyboard was sent, not what the user chose: it takes no
-// part in the step being recorded.
-bool storeBookkeeping(DeviceSQLite& db, const char* key, const std::string& value);
 
 // The stored language applied at start-up: the language to use and the row of the language
 // box. A missing value means Simplified Chinese with the English row showing, and "2052" is

@@ -18,7 +18,7 @@ std::optional<std::string> textOf(sqlite3_value* value) {
 }
 
 struct ApplyContext {
-    const IgnorableRow* ignorable;
+    const ConflictRule* rule;
     bool conflict = false;
 };
 
@@ -27,20 +27,25 @@ int onConflict(void* context, int kind, sqlite3_changeset_iter* row) {
     const char* table = nullptr;
     int columns = 0, op = 0, indirect = 0;
     if (sqlite3changeset_op(row, &table, &columns, &op, &indirect) != SQLITE_OK || !table) return SQLITE_CHANGESET_ABORT;
-    const ColumnText text = [&](int column) -> std::optional<std::string> {
+    const bool foundRow = kind == SQLITE_CHANGESET_DATA || kind == SQLITE_CHANGESET_CONFLICT;
+    const ColumnText found = [&](int column) -> std::optional<std::string> {
+        sqlite3_value* value = nullptr;
+        if (!foundRow || column < 0 || column >= columns || sqlite3changeset_conflict(row, column, &value) != SQLITE_OK) {
+            return std::nullopt;
+        }
+        return textOf(value);
+    };
+    const ColumnText change = [&](int column) -> std::optional<std::string> {
         if (column < 0 || column >= columns) return std::nullopt;
         sqlite3_value* value = nullptr;
-        if ((kind == SQLITE_CHANGESET_DATA || kind == SQLITE_CHANGESET_CONFLICT) &&
-            sqlite3changeset_conflict(row, column, &value) == SQLITE_OK && value) {
-            return textOf(value);
-        }
         if (op != SQLITE_INSERT && sqlite3changeset_old(row, column, &value) == SQLITE_OK && value) return textOf(value);
         if (op != SQLITE_DELETE && sqlite3changeset_new(row, column, &value) == SQLITE_OK && value) return textOf(value);
         return std::nullopt;
     };
-    const bool rowConflict = kind == SQLITE_CHANGESET_DATA || kind == SQLITE_CHANGESET_NOTFOUND ||
-                             kind == SQLITE_CHANGESET_CONFLICT;
-    if (rowConflict && *c.ignorable && (*c.ignorable)(table, text)) return SQLITE_CHANGESET_OMIT;
+    const bool rowConflict = foundRow || kind == SQLITE_CHANGESET_NOTFOUND;
+    const ConflictChoice choice = rowConflict && *c.rule ? (*c.rule)(table, found, change) : ConflictChoice::kStop;
+    if (choice == ConflictChoice::kSkip) return SQLITE_CHANGESET_OMIT;
+    if (choice == ConflictChoice::kReplace && foundRow) return SQLITE_CHANGESET_REPLACE;
     c.conflict = true;
     return SQLITE_CHANGESET_ABORT;
 }
@@ -54,10 +59,6 @@ ChangeSession::ChangeSession(sqlite3* db) {
     if (sqlite3session_attach(raw, nullptr) != SQLITE_OK) session_.reset();
 }
 
-void ChangeSession::pause(bool paused) {
-    if (session_) sqlite3session_enable(session_.get(), paused ? 0 : 1);
-}
-
 std::vector<unsigned char> ChangeSession::changes() const {
     if (!session_) return {};
     int size = 0;
@@ -68,8 +69,7 @@ std::vector<unsigned char> ChangeSession::changes() const {
     return bytes && size > 0 ? std::vector<unsigned char>(bytes, bytes + size) : std::vector<unsigned char>{};
 }
 
-ApplyResult applyChanges(sqlite3* db, std::span<const unsigned char> changes, bool inverse,
-                         const IgnorableRow& ignorable) {
+ApplyResult applyChanges(sqlite3* db, std::span<const unsigned char> changes, bool inverse, const ConflictRule& rule) {
     if (changes.size() > INT_MAX) return ApplyResult::kFailed;
     void* data = const_cast<unsigned char*>(changes.data());
     int size = static_cast<int>(changes.size());
@@ -80,7 +80,7 @@ ApplyResult applyChanges(sqlite3* db, std::span<const unsigned char> changes, bo
         inverted.reset(raw);
         data = raw;
     }
-    ApplyContext context{&ignorable};
+    ApplyContext context{&rule};
     const int rc = sqlite3changeset_apply(db, size, data, nullptr, onConflict, &context);
     if (rc == SQLITE_OK) return ApplyResult::kApplied;
     return context.conflict ? ApplyResult::kConflict : ApplyResult::kFailed;

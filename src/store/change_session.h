@@ -20,9 +20,6 @@ public:
     // not make one) nothing is recorded and changes() is empty.
     explicit ChangeSession(sqlite3* db);
 
-    // While paused, the rows written are not recorded (values that are not the user's: what the
-    // keyboard was sent last).
-    void pause(bool paused);
     bool recording() const { return session_ != nullptr; }
     // The net changes so far; empty when nothing changed or the changes could not be read.
     std::vector<unsigned char> changes() const;
@@ -41,13 +38,21 @@ enum class ApplyResult {
     kFailed,    // the changeset could not be read or written: nothing was applied
 };
 
-// Applies `changes` (or their inverse) to `db`'s main database, all or nothing. A row that is not
-// as the changeset expects it stops it (kConflict), unless `ignorable(table, text)` says the row
-// is one to leave as it is; `text(column)` reads a column of the row as found, or else as the
-// change has it (none when neither holds it).
+// What to do with a row that is not as the changeset expects it.
+enum class ConflictChoice {
+    kStop,     // nothing is applied (kConflict)
+    kSkip,     // the change of that row is left out
+    kReplace,  // the change is applied over the row found
+};
+// A column of a row as text: none when the row does not hold it (a change holds the key and the
+// columns it changes).
 using ColumnText = std::function<std::optional<std::string>(int column)>;
-using IgnorableRow = std::function<bool(std::string_view table, const ColumnText& text)>;
-ApplyResult applyChanges(sqlite3* db, std::span<const unsigned char> changes, bool inverse,
-                         const IgnorableRow& ignorable);
+// Decides for a row of `table`: `found` reads the row in the database (none for a row not found),
+// `change` the row as the change has it.
+using ConflictRule = std::function<ConflictChoice(std::string_view table, const ColumnText& found, const ColumnText& change)>;
+
+// Applies `changes` (or their inverse) to `db`'s main database, all or nothing; a row that is not
+// as the changeset expects it is decided by `rule`.
+ApplyResult applyChanges(sqlite3* db, std::span<const unsigned char> changes, bool inverse, const ConflictRule& rule);
 
 }  // namespace qx9::sqlite

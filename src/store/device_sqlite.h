@@ -55,9 +55,6 @@ public:
         // neither reach the files.
         bool commitStep(const HistoryStep& step);
 
-        Transaction(Transaction&&) noexcept = default;
-        Transaction& operator=(Transaction&&) = delete;
-        ~Transaction();
 
     private:
         friend class DeviceSQLite;
@@ -66,25 +63,9 @@ public:
 
         std::optional<sqlite::Connection::Transaction> guard_;
         std::unique_ptr<sqlite::ChangeSession> session_;  // a step's: what it changes
-        DeviceSQLite* owner_ = nullptr;
+        const sqlite::Connection* connection_ = nullptr;
     };
 
-    // Keeps the rows written during its life out of the step being recorded (values that say
-    // what the keyboard was sent, not what the user chose). Ends before the transaction.
-    class Unrecorded {
-    public:
-        explicit Unrecorded(DeviceSQLite& db) : session_(db.recording_) {
-            if (session_) session_->pause(true);
-        }
-        ~Unrecorded() {
-            if (session_) session_->pause(false);
-        }
-        Unrecorded(const Unrecorded&) = delete;
-        Unrecorded& operator=(const Unrecorded&) = delete;
-
-    private:
-        sqlite::ChangeSession* session_;
-    };
 
     // Without a connection: a guard that does nothing, and whose commit() is false.
     Transaction beginTransaction();
@@ -245,7 +226,6 @@ private:
     std::optional<sqlite::Connection> db_;
     std::filesystem::path file_;
     bool historyOpen_ = false;
-    sqlite::ChangeSession* recording_ = nullptr;  // the step being recorded, while there is one
     StoreProblem openProblem_ = StoreProblem::kNone;
     StoreProblem readOnlyCause_ = StoreProblem::kNone;  // why the file was opened read-only
 };

@@ -58,19 +58,25 @@ HistoryStep readStep(const sqlite::Statement& row) {
     return step;
 }
 
-// Rows an undo or redo leaves as it finds them: what the keyboard was sent last is not the
-// user's choice (it is written outside steps, but a reset or an import replaces those rows too).
-bool bookkeepingRow(std::string_view table, const sqlite::ColumnText& text) {
+constexpr const char* kBookkeepingRows = "FROM t_configdata WHERE key IN (?1, ?2)";
+
+bool bookkeeping(std::string_view table, const sqlite::ColumnText& row) {
     if (table != "t_configdata") return false;
-    const std::optional<std::string> key = text(kConfigKeyColumn);
+    const std::optional<std::string> key = row(kConfigKeyColumn);
     return key && (*key == kKeyboardProfile || *key == kMacroDeletions);
 }
 
-}  // namespace
-
-DeviceSQLite::Transaction::~Transaction() {
-    if (session_ && owner_) owner_->recording_ = nullptr;
+// The rows that say what the keyboard was sent last are not the user's choice: a connection or a
+// macro download writes them outside steps. An undo or redo goes over them, and leaves a row of
+// the user's that took their place as it is; another row changed since stops it.
+sqlite::ConflictChoice conflictChoice(std::string_view table, const sqlite::ColumnText& found,
+                                      const sqlite::ColumnText& change) {
+    if (bookkeeping(table, found)) return sqlite::ConflictChoice::kReplace;
+    if (bookkeeping(table, change)) return sqlite::ConflictChoice::kSkip;
+    return sqlite::ConflictChoice::kStop;
 }
+
+}  // namespace
 
 DeviceSQLite::Transaction DeviceSQLite::beginStep() {
     if (!db_) return Transaction();
@@ -78,18 +84,17 @@ DeviceSQLite::Transaction DeviceSQLite::beginStep() {
     Transaction transaction(db_->begin());
     if (outermost && historyOpen_ && transaction.active()) {
         transaction.session_ = std::make_unique<sqlite::ChangeSession>(db_->handle());
-        transaction.owner_ = this;
-        recording_ = transaction.session_.get();
+        transaction.connection_ = &*db_;
     }
     return transaction;
 }
 
 bool DeviceSQLite::Transaction::commitStep(const HistoryStep& step) {
-    if (session_ && owner_ && active()) {
+    if (session_ && connection_ && active()) {
         const std::vector<unsigned char> changes = session_->changes();
         if (!changes.empty()) {
             try {
-                const sqlite::Connection& db = *owner_->db_;
+                const sqlite::Connection& db = *connection_;
                 db.run("DELETE FROM history.step WHERE done = 0");
                 db.run("INSERT INTO history.step (done, kind, args, blocks, time, changes) VALUES (1, ?1, ?2, ?3, ?4, ?5)",
                        step.kind, joinArgs(step.args), step.blocks, static_cast<std::int64_t>(std::time(nullptr)),
@@ -120,6 +125,7 @@ void DeviceSQLite::openHistory() {
         // As the database: a commit appends to a log. Not waited for while another program has
         // the file open; it is in that mode already once one program has switched it.
         db_->run("PRAGMA history.journal_mode=WAL");
+        db_->run("PRAGMA history.synchronous=NORMAL");
     } catch (const sqlite::Error&) {
     }
     try {
@@ -182,11 +188,15 @@ StepResult DeviceSQLite::moveStep(bool undo, HistoryStep& step) {
         auto row = db_->query("SELECT changes FROM history.step WHERE id = ?1", step.id);
         if (!row.step()) return StepResult::kFailed;
         const std::vector<unsigned char> changes = row.blob(0);
-        switch (sqlite::applyChanges(db_->handle(), changes, undo, bookkeepingRow)) {
+        switch (sqlite::applyChanges(db_->handle(), changes, undo, conflictChoice)) {
             case sqlite::ApplyResult::kApplied: break;
             case sqlite::ApplyResult::kConflict: return StepResult::kConflict;
             case sqlite::ApplyResult::kFailed: return StepResult::kFailed;
         }
+        // One row of each at most: the newest.
+        db_->run(std::string("DELETE ") + kBookkeepingRows +
+                     " AND keyId NOT IN (SELECT max(keyId) FROM t_configdata WHERE key IN (?1, ?2) GROUP BY key, profId)",
+                 kKeyboardProfile, kMacroDeletions);
         db_->run("UPDATE history.step SET done = ?1 WHERE id = ?2", std::int64_t{undo ? 0 : 1}, step.id);
         step.done = !undo;
         return StepResult::kDone;
