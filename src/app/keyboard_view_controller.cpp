@@ -19,6 +19,7 @@
 #include "app/app_resources.h"
 #include "app/app_style.h"
 #include "app/start_view.h"
+#include "app/undo_buttons.h"
 #include "virtual/virtual_qx9.h"
 #include "i18n/extra_texts.h"
 #include "i18n/language.h"
@@ -50,6 +51,8 @@ constexpr int kDatabaseSettleMilliseconds = 40;
 constexpr std::chrono::milliseconds kCloseWait{10000};
 // The room of the pages: the key page's, the largest (its drawn keyboard beside the profile list).
 constexpr QSize kPagesMinimumSize{918, 542};
+// Between the title and the undo and redo buttons.
+constexpr int kUndoSpacing = 12;
 
 struct PageButton {
     int code;
@@ -130,6 +133,9 @@ void KeyboardViewController::initViewUI() {
     title->setObjectName("header_title");
     headerLayout->addWidget(home_btn);
     headerLayout->addWidget(title);
+    headerLayout->addSpacing(kUndoSpacing);
+    undo_ = new UndoButtons(*session_, this, header);
+    headerLayout->addWidget(undo_);
     headerLayout->addStretch();
     // A transfer that waits or takes a while: what is being done and how far it is, in the
     // header, where it takes no room from the pages.
@@ -398,6 +404,7 @@ void KeyboardViewController::applyLanguage() {
         w->setAccessibleName(t);
     };
     name(home_btn, ExtraText::kPageHome);
+    undo_->retranslate(shown);
     for (const PageButton& p : kPageButtons) name(pageButtons_[p.code], p.label);
     notice_->setAccessibleName(QString::fromStdString(extraText(ExtraText::kNotice, shown)));
     if (accessHintShowing_ && notice_->isVisible()) notice_->setText(QString::fromStdString(extraText(ExtraText::kInputAccessHint, shown)));
@@ -418,7 +425,10 @@ void KeyboardViewController::changed(SessionAspect aspect) {
             nodevice_view->setConnected(session_->device.keyboardConnected());
             if (QWidget* w = window()) w->setWindowTitle(QString::fromStdString(session_->device.windowTitle()));
             break;
-        case SessionAspect::Page: syncPages(); break;
+        case SessionAspect::Page:
+            syncPages();
+            undo_->sync();
+            break;
         // A page not made yet reads everything when it is.
         case SessionAspect::KeyView: if (customkey_view) customkey_view->syncKeys(); break;
         case SessionAspect::Palette: if (customkey_view) customkey_view->syncPalette(); break;
@@ -430,13 +440,17 @@ void KeyboardViewController::changed(SessionAspect aspect) {
             applyLanguage();
             if (config_view) config_view->sync();
             break;
-        case SessionAspect::Macros: if (macro_view) macro_view->sync(); break;
+        case SessionAspect::Macros:
+            if (macro_view) macro_view->sync();
+            undo_->syncShortcuts();  // a recording or the key to insert takes the keys
+            break;
         case SessionAspect::LightModes:
             if (light_view) light_view->sync();
             colorPanel_->sync();
             break;
         case SessionAspect::UserLights: if (userlight_view) userlight_view->sync(); break;
         case SessionAspect::Desktop: if (config_view) config_view->sync(); break;
+        case SessionAspect::History: undo_->sync(); break;
     }
 }
 

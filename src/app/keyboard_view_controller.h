@@ -29,6 +29,7 @@ class MacroPageView;
 class UserLightPageView;
 class SettingsPageView;
 class StartView;
+class UndoButtons;
 class VirtualQX9;
 struct KeyboardToolTip;
 
@@ -117,6 +118,7 @@ private:
     std::map<int, QToolButton*> pageButtons_;
     std::map<int, std::array<QIcon, 2>> pageIcons_;  // each page button's image, and selected
     QToolButton* home_btn = nullptr;
+    UndoButtons* undo_ = nullptr;  // undo and redo, and their shortcuts
     KeyPageView* customkey_view = nullptr;
     SettingsPageView* config_view = nullptr;
     MacroPageView* macro_view = nullptr;

@@ -80,7 +80,9 @@ std::string stepText(std::string_view kind, const std::vector<std::string>& args
     return stepText(kind, args, curLanguage);
 }
 
-std::string undoText(UndoText id, const std::string& step) {
+std::string undoText(UndoText id, const std::string& step) { return undoText(id, step, curLanguage); }
+
+std::string undoText(UndoText id, const std::string& step, int language) {
     StepTexts t{};
     switch (id) {
         case UndoText::kUndo: t = {"", "Undo: %1", "撤销：%1", "復原：%1"}; break;
@@ -102,7 +104,7 @@ std::string undoText(UndoText id, const std::string& step) {
                  "无法使用设置文件旁的更改记录；更改会保存，但无法撤销。", "無法使用設定檔旁的變更記錄；變更會儲存，但無法復原。"};
             break;
     }
-    return fill(inLanguage(t, curLanguage), {step});
+    return fill(inLanguage(t, language), {step});
 }
 
 }  // namespace qx9

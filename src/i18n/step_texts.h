@@ -25,7 +25,8 @@ enum class UndoText {
     kStepChanged,    // "%1 cannot be undone …": another program changed what the step changed
     kNoHistory,      // the history file beside the settings cannot be used
 };
-// `step` fills %1.
+// `step` fills %1; in the current language, or in `language`.
 std::string undoText(UndoText id, const std::string& step = {});
+std::string undoText(UndoText id, const std::string& step, int language);
 
 }  // namespace qx9

@@ -18,6 +18,11 @@ void KeyboardSession::databaseChanged() {
     lighting.reloadFromDatabase();
     userLights.reloadFromDatabase();
     macros.reloadFromDatabase();
+    core.notify(SessionAspect::History);
+}
+
+bool KeyboardSession::keysCaptured() const {
+    return !device.showingHomePage() && device.viewType() == kPageMacros && macros.capturesKeys();
 }
 
 }  // namespace qx9

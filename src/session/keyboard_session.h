@@ -9,6 +9,7 @@
 #include "session/profile_list.h"
 #include "session/session_core.h"
 #include "session/settings_page.h"
+#include "session/undo_history.h"
 #include "session/user_light_page.h"
 
 namespace qx9 {
@@ -25,6 +26,10 @@ public:
     // Another program changed the database: every page shows what it holds now. Nothing is sent;
     // what the window stores next builds on it.
     void databaseChanged();
+    // The keys pressed are taken as a page's own (a macro being recorded, the key to insert on
+    // the macro page shown): the window's shortcuts leave them alone. The custom key dialog takes
+    // its combination in a modal dialog, where the window's shortcuts do not act.
+    bool keysCaptured() const;
 
     SessionCore core;
     InputCapture input{core};
@@ -36,6 +41,7 @@ public:
     UserLightPage userLights{core, keys};
     MacroPage macros{core};
     FollowUser follow{core, profiles};
+    UndoHistory history{core};
 };
 
 }  // namespace qx9

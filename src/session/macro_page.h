@@ -91,6 +91,10 @@ public:
     int macroRecordType() const { return macroRecordType_; }
     std::int64_t lastRecordTime() const { return lastRecordTime_; }
     bool eventHandler() const { return eventHandler_; }  // the local key monitor is installed
+    // The keys pressed go into the macro (recording) or name the key to insert.
+    bool capturesKeys() const {
+        return macroRecordType_ == kRecording || (eventHandler_ && controls_.keyboardevent_radiobutton);
+    }
     const MacroPageControls& controls() const { return controls_; }
     bool controlsEnabled() const { return controls_.record_tableview; }
     // The delay-mode radio that is on (DelayMode), or -1 when none is.

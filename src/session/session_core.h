@@ -36,8 +36,9 @@ enum class SessionAspect {
     UserLights,   // per-key lighting sets, the loaded set, key colours
     Macros,       // macro list and event list
     Desktop,      // what follows the user: the focus source, the rules, the options, the tray
+    History,      // the steps undo and redo would take (UndoHistory)
 };
-inline constexpr int kSessionAspectCount = static_cast<int>(SessionAspect::Desktop) + 1;
+inline constexpr int kSessionAspectCount = static_cast<int>(SessionAspect::History) + 1;
 
 // The front end's side of the session: it is told what changed, shows the warnings, and is
 // asked to show the two windows the key page opens. All calls come on the main thread. A front
@@ -131,11 +132,14 @@ struct SessionCore {
     DeviceSQLite* db() { return deviceDB.get(); }
     // What the operations change: none until the database is open; once a keyboard has brought
     // the pages up without a readable database, asking for it warns that nothing was stored.
+    // Every change takes it, so the history's next steps are told with it (once the change is
+    // done, where the front end has an event loop).
     std::optional<ops::Target> target() {
         if (!deviceDB) {
             if (unreadable) warnNotStored();
             return std::nullopt;
         }
+        notify(SessionAspect::History);
         return ops::Target{*deviceDB, keyboard()};
     }
     // The first connection found the database unreadable: the pages have nothing to change.

@@ -279,6 +279,40 @@ private slots:
         QCOMPARE(window_->minimumSizeHint(), beforeAnyPage);
     }
 
+    // Ctrl+Z undoes, Ctrl+Y and Ctrl+Shift+Z redo, anywhere in the window; not while the macro
+    // page takes the keys pressed as its own.
+    void undoShortcuts_data() {
+        QTest::addColumn<QString>("control");  // clicked on the macro page first
+        QTest::addColumn<bool>("keysFree");
+        QTest::newRow("keys free") << "delayevent_radiobutton" << true;
+        QTest::newRow("a key to insert") << "keyboardevent_radiobutton" << false;
+        QTest::newRow("recording") << "record_button" << false;
+    }
+
+    void undoShortcuts() {
+        QFETCH(QString, control);
+        QFETCH(bool, keysFree);
+        newMacro();
+        click(qPrintable(control));
+        window_->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window_));
+        auto* undo = child<QToolButton>("undo_btn");
+        QTRY_COMPARE(undo->toolTip(), QString("Undo: add macro Macro1"));
+        QAccessibleInterface* a = QAccessible::queryAccessibleInterface(undo);
+        QVERIFY(a->role() == QAccessible::Button && a->text(QAccessible::Name) == "Undo" && undo->focusPolicy() & Qt::TabFocus);
+        const struct { Qt::KeyboardModifiers modifiers; Qt::Key key; const char* macros; } presses[] = {
+            {Qt::ControlModifier, Qt::Key_Z, "0"}, {Qt::ControlModifier, Qt::Key_Y, "1"},
+            {Qt::ControlModifier, Qt::Key_Z, "0"}, {Qt::ControlModifier | Qt::ShiftModifier, Qt::Key_Z, "1"}};
+        for (const auto& p : presses) {
+            QTest::keyClick(window_, p.key, p.modifiers);
+            QCoreApplication::processEvents();
+            QCOMPARE(sql("SELECT count(*) FROM t_macro_data"), keysFree ? p.macros : "1");
+            if (!keysFree) return;
+            QCOMPARE(controller_->macroPage()->findChild<QListWidget*>("macro_tableview")->count(), std::stoi(p.macros));
+        }
+        QTRY_COMPARE(child<QToolButton>("redo_btn")->toolTip(), QString("Nothing to redo"));
+    }
+
     void followsAScriptOnTheSameDatabase();
     void aTransferThatTakesAWhileShowsItsProgress();
     void closingSendsWhatIsQueuedAndAFailedBlockIsSaid();
@@ -353,6 +387,7 @@ void AppTest::followsAScriptOnTheSameDatabase() {
     QCOMPARE(qx9ctl({"macro", "insert", "1", "key:c"}), 0);
     QCOMPARE(qx9ctl({"profile", "rename", "1", "Scripted"}), 0);
     QTRY_COMPARE(controller_->keyPage()->profileTable()->item(0)->text(), QString("Scripted"));
+    QTRY_COMPARE(child<QToolButton>("undo_btn")->toolTip(), QString("Undo: rename profile Scripted"));
     QTRY_COMPARE(events(), QStringList({"[KEY DOWN] C", "[KEY UP] C"}));
 }
 

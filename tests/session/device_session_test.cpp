@@ -101,7 +101,8 @@ TEST(SessionEvents, ChangesAreToldAfterTheActionEachAspectOnce) {
     session.lighting.lightModeSelectionChanged(3);
     EXPECT_TRUE(loop.told.empty());
     loop.run();
-    EXPECT_EQ(loop.told, std::vector<SessionAspect>{SessionAspect::LightModes});
+    // The effect, and the step it adds to the history.
+    EXPECT_EQ(loop.told, (std::vector<SessionAspect>{SessionAspect::LightModes, SessionAspect::History}));
 }
 
 // Every refusal reaches the user: a warning, or for something another program removed a notice
