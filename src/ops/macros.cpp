@@ -128,7 +128,7 @@ Outcome renameMacro(const Target& target, std::int64_t macro, const std::string&
     DeviceSQLite::Transaction transaction = target.db.beginStep();
     if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
     if (!target.db.updateMacroProfileName(macro, name) || !commitStep(transaction, {"rename-macro", {name}}, {})) {
-        return Outcome::notStored("the database refused the new name");
+        return Outcome::notStored("the database did not take the new name");
     }
     return Outcome::done();
 }

@@ -47,7 +47,7 @@ Outcome renameProfile(const Target& target, std::int64_t profile, const std::str
     if (!profileExists(target.db, profile)) return Outcome::refused(Reason::kNoProfile, {std::to_string(profile)});
     if (!target.db.updateProfileName(profile, name) ||
         !commitStep(transaction, {"rename-profile", {displayedProfileName(name)}}, {})) {
-        return Outcome::notStored("the database refused the new name");
+        return Outcome::notStored("the database did not take the new name");
     }
     return Outcome::done();
 }

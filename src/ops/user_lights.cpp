@@ -84,7 +84,7 @@ Outcome renameUserLight(const Target& target, std::int64_t set, const std::strin
     DeviceSQLite::Transaction transaction = target.db.beginStep();
     if (Outcome o = requireSet(target.db, set); !o) return o;
     if (!target.db.updateUserLightName(set, name) || !commitStep(transaction, {"rename-set", {name}}, {})) {
-        return Outcome::notStored("the database refused the new name");
+        return Outcome::notStored("the database did not take the new name");
     }
     return Outcome::done();
 }
