@@ -7,7 +7,8 @@ cd "$(dirname "$0")/.."
 jobs=$(nproc)
 common=(-G Ninja -DCMAKE_BUILD_TYPE=Debug -DQX9_BUILD_BENCH=OFF)
 
-asan="-O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=undefined"
+# Unoptimised: the largest build of the run compiles about a third faster, and the suites take seconds.
+asan="-O0 -g -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=undefined"
 cmake -S . -B build-asan "${common[@]}" -DCMAKE_CXX_FLAGS="$asan" \
     -DCMAKE_EXE_LINKER_FLAGS="-fsanitize=address,undefined" >/dev/null
 cmake --build build-asan -j"$jobs"

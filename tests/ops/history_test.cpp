@@ -168,7 +168,7 @@ TEST_F(HistoryTest, RandomSequencesUndoneToTheEndGiveBackTheStartingDatabase) {
         [](const ops::Target& t, std::mt19937& r) { return ops::deleteMacro(t, 1 + r() % 4); },
         [](const ops::Target& t, std::mt19937&) { std::string n; std::int64_t id; return ops::addProfile(t, n, id); },
         [](const ops::Target& t, std::mt19937& r) { return ops::deleteProfile(t, 1 + r() % 4); },
-        [](const ops::Target& t, std::mt19937& r) { return ops::paintKeys(t, 2, {4 + r() % 20}, r() & 0xFFFFFF); },
+        [](const ops::Target& t, std::mt19937& r) { return ops::paintKeys(t, 2, {static_cast<std::int64_t>(4 + r() % 20)}, r() & 0xFFFFFF); },
         [](const ops::Target& t, std::mt19937& r) { return ops::setSleepTime(t, r() % 4, {}); },
         [](const ops::Target& t, std::mt19937&) { return ops::resetAll(t); },
     };
