@@ -121,13 +121,13 @@ int main() {
         for (int i = 0; i < kSteps; ++i) {
             ops::Outcome done;
             forward.push_back(microseconds([&] { done = kind.change(t, i); }));
-            const std::optional<ops::HistoryEntry> taken = ops::nextUndo(db);
+            const std::optional<HistoryStep> taken = ops::nextUndo(db);
             if (!done || !taken || taken->id == last) {
                 std::cerr << kind.name << ", change " << i << ": no step taken; " << ops::describe(done) << '\n';
                 return 1;
             }
             last = taken->id;
-            ops::HistoryEntry step;
+            HistoryStep step;
             undo.push_back(microseconds([&] { ops::undo(t, step); }));
             ops::redo(t, step);
         }

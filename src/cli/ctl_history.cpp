@@ -20,13 +20,13 @@ std::string localTime(std::int64_t seconds) {
 
 Table stepTable() { return Table({"id", "state", "time", "step"}); }
 
-void addStep(Table& table, const ops::HistoryEntry& e) {
+void addStep(Table& table, const HistoryStep& e) {
     table.add({e.id, e.done ? "done" : "undone", localTime(e.time), ops::describe(e.name)});
 }
 
-void moveCommand(Grammar& g, const char* name, const char* help, ops::Outcome (*move)(const ops::Target&, ops::HistoryEntry&)) {
+void moveCommand(Grammar& g, const char* name, const char* help, ops::Outcome (*move)(const ops::Target&, HistoryStep&)) {
     g.action(g.command(&g.root(), name, "", help), [move](Context& c, const CLI::App&) {
-        ops::HistoryEntry step;
+        HistoryStep step;
         const ops::Outcome outcome = move(c.target(), step);
         Table record = stepTable();
         if (outcome || outcome.status == ops::Outcome::kNotSent || outcome.status == ops::Outcome::kTooLarge) {
@@ -43,7 +43,7 @@ void addHistoryCommands(Grammar& g) {
     g.action(g.command(&g.root(), "history", "", "The changes that can be undone and redone, newest first"),
              [](Context& c, const CLI::App&) {
                  Table table = stepTable();
-                 for (const ops::HistoryEntry& e : ops::history(c.database())) addStep(table, e);
+                 for (const HistoryStep& e : ops::history(c.database())) addStep(table, e);
                  table.print(c.out, c.format());
              });
     moveCommand(g, "undo", "Take back the newest change (the database and the keyboard)", ops::undo);

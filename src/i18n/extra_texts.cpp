@@ -137,6 +137,21 @@ Texts textsOf(ExtraText id) {
             return {"F1–F12, ` and Right Ctrl share a key cap here and cannot be painted on this page.",
                     "F1–F12、` 和右 Ctrl 在此处与其他按键共用键位，无法在本页设置颜色。",
                     "F1–F12、` 和右 Ctrl 在此處與其他按鍵共用鍵位，無法在本頁設定顏色。"};
+        case ExtraText::kUndoButton: return {"Undo", "撤销", "復原"};
+        case ExtraText::kRedoButton: return {"Redo", "重做", "重做"};
+        case ExtraText::kUndoStep: return {"Undo: %1", "撤销：%1", "復原：%1"};
+        case ExtraText::kRedoStep: return {"Redo: %1", "重做：%1", "重做：%1"};
+        case ExtraText::kNothingToUndo: return {"Nothing to undo", "没有可撤销的操作", "沒有可復原的操作"};
+        case ExtraText::kNothingToRedo: return {"Nothing to redo", "没有可重做的操作", "沒有可重做的操作"};
+        case ExtraText::kStepChanged:
+            return {"“%1” was not undone or redone: another program has changed the same settings since. Nothing "
+                    "was changed.",
+                    "未能撤销或重做“%1”：其他程序此后更改了相同的设置。未做任何更改。",
+                    "未能復原或重做「%1」：其他程式此後變更了相同的設定。未做任何變更。"};
+        case ExtraText::kNoHistory:
+            return {"The change history beside the settings file cannot be used; changes are saved, but cannot be "
+                    "undone.",
+                    "无法使用设置文件旁的更改记录；更改会保存，但无法撤销。", "無法使用設定檔旁的變更記錄；變更會儲存，但無法復原。"};
     }
     return {"", "", ""};
 }

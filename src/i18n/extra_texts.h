@@ -74,6 +74,15 @@ enum class ExtraText {
     kTitleContains,        // "Title contains"
     kProfile,              // "Profile"
     kEditRules,            // "Rules…"
+    // Undo and redo (%1: the step, step_texts.h).
+    kUndoButton,     // "Undo"
+    kRedoButton,     // "Redo"
+    kUndoStep,       // "Undo: %1"
+    kRedoStep,       // "Redo: %1"
+    kNothingToUndo,  // "Nothing to undo"
+    kNothingToRedo,  // "Nothing to redo"
+    kStepChanged,    // "“%1” was not undone or redone: another program …"
+    kNoHistory,      // the history file beside the settings cannot be used
 };
 
 std::string extraText(ExtraText id);

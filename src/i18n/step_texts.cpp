@@ -80,31 +80,6 @@ std::string stepText(std::string_view kind, const std::vector<std::string>& args
     return stepText(kind, args, curLanguage);
 }
 
-std::string undoText(UndoText id, const std::string& step) { return undoText(id, step, curLanguage); }
-
-std::string undoText(UndoText id, const std::string& step, int language) {
-    StepTexts t{};
-    switch (id) {
-        case UndoText::kUndo: t = {"", "Undo: %1", "撤销：%1", "復原：%1"}; break;
-        case UndoText::kRedo: t = {"", "Redo: %1", "重做：%1", "重做：%1"}; break;
-        case UndoText::kNothingToUndo: t = {"", "Nothing to undo", "没有可撤销的操作", "沒有可復原的操作"}; break;
-        case UndoText::kNothingToRedo: t = {"", "Nothing to redo", "没有可重做的操作", "沒有可重做的操作"}; break;
-        case UndoText::kUndoButton: t = {"", "Undo", "撤销", "復原"}; break;
-        case UndoText::kRedoButton: t = {"", "Redo", "重做", "重做"}; break;
-        case UndoText::kStepChanged:
-            t = {"",
-                 "“%1” was not undone or redone: another program has changed the same settings since. "
-                 "Nothing was changed.",
-                 "未能撤销或重做“%1”：其他程序此后更改了相同的设置。未做任何更改。",
-                 "未能復原或重做「%1」：其他程式此後變更了相同的設定。未做任何變更。"};
-            break;
-        case UndoText::kNoHistory:
-            t = {"", "The change history beside the settings file cannot be used; changes are saved, but cannot be "
-                     "undone.",
-                 "无法使用设置文件旁的更改记录；更改会保存，但无法撤销。", "無法使用設定檔旁的變更記錄；變更會儲存，但無法復原。"};
-            break;
-    }
-    return fill(inLanguage(t, language), {step});
-}
+std::string withStep(std::string text, const std::string& step) { return fill(std::move(text), {step}); }
 
 }  // namespace qx9

@@ -12,21 +12,7 @@ namespace qx9 {
 std::string stepText(std::string_view kind, const std::vector<std::string>& args, int language);
 // The same in the current language.
 std::string stepText(std::string_view kind, const std::vector<std::string>& args);
-
-// The window's undo and redo: "Undo: %1", "Redo: %1", with nothing to undo or redo, and why an
-// undo or redo did not go through.
-enum class UndoText {
-    kUndo,           // "Undo: %1"
-    kRedo,           // "Redo: %1"
-    kNothingToUndo,  // "Nothing to undo"
-    kNothingToRedo,  // "Nothing to redo"
-    kUndoButton,     // "Undo"
-    kRedoButton,     // "Redo"
-    kStepChanged,    // "%1 cannot be undone …": another program changed what the step changed
-    kNoHistory,      // the history file beside the settings cannot be used
-};
-// `step` fills %1; in the current language, or in `language`.
-std::string undoText(UndoText id, const std::string& step = {});
-std::string undoText(UndoText id, const std::string& step, int language);
+// `text` with its %1 replaced by `step` (the undo texts of extra_texts.h).
+std::string withStep(std::string text, const std::string& step);
 
 }  // namespace qx9

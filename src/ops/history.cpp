@@ -27,10 +27,6 @@ std::optional<protocol::SystemSwitches> switchesOf(std::int64_t bits) {
     return protocol::SystemSwitches{(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0};
 }
 
-HistoryEntry entryOf(HistoryStep step) {
-    return {step.id, {std::move(step.kind), std::move(step.args)}, step.time, step.done};
-}
-
 std::vector<std::int64_t> numbers(std::string_view text) {
     std::vector<std::int64_t> values;
     while (true) {
@@ -60,8 +56,8 @@ std::optional<BlockRequest> blockFrom(std::string_view text) {
 
 // The blocks to send after an undo or redo. The keyboard holds the key map of the profile it was
 // last sent, which the step may have changed: that profile's map is sent for a key map. Macros
-// move keys' references by position, so the key map goes with them. A redo sends the switches as the change showed them, an undo as
-// they are stored.
+// move keys' references by position, so the key map goes with them. A redo sends the switches as
+// the change showed them, an undo as they are stored.
 std::vector<BlockRequest> blocksAfter(const DeviceSQLite& db, const std::string& text, bool undo) {
     const std::int64_t held = keyboardProfile(db);
     std::vector<BlockRequest> blocks;
@@ -85,55 +81,38 @@ std::vector<BlockRequest> blocksAfter(const DeviceSQLite& db, const std::string&
     return blocks;
 }
 
-Outcome move(const Target& target, bool undo, HistoryEntry& entry) {
+Outcome move(const Target& target, bool undo, HistoryStep& step) {
     if (!target.db.hasHistory()) return Outcome::refused(Reason::kNoHistory);
-    std::string blocks;
+    const std::string notTaken = std::string("the database did not take the ") + (undo ? "undo" : "redo");
     {
         DeviceSQLite::Transaction transaction = target.db.beginTransaction();
-        HistoryStep step;
-        const StepResult result = undo ? target.db.undoStep(step) : target.db.redoStep(step);
-        entry = entryOf(step);
-        switch (result) {
+        switch (undo ? target.db.undoStep(step) : target.db.redoStep(step)) {
             case StepResult::kDone: break;
             case StepResult::kNone: return Outcome::refused(undo ? Reason::kNothingToUndo : Reason::kNothingToRedo);
             case StepResult::kNoHistory: return Outcome::refused(Reason::kNoHistory);
-            case StepResult::kConflict: return Outcome::refused(Reason::kStepChanged, {describe(entry.name)});
-            case StepResult::kFailed: return Outcome::notStored("the database did not take the " + std::string(undo ? "undo" : "redo"));
+            case StepResult::kConflict: return Outcome::refused(Reason::kStepChanged, {describe(step.name)});
+            case StepResult::kFailed: return Outcome::notStored(notTaken);
         }
-        if (!transaction.commit()) return Outcome::notStored("the database did not take the " + std::string(undo ? "undo" : "redo"));
-        blocks = step.blocks;
+        if (!transaction.commit()) return Outcome::notStored(notTaken);
     }
-    return send(target, blocksAfter(target.db, blocks, undo));
+    return send(target, blocksAfter(target.db, step.blocks, undo));
 }
 
 }  // namespace
 
 bool commitStep(DeviceSQLite::Transaction& transaction, const StepName& name, const std::vector<BlockRequest>& blocks) {
     HistoryStep step;
-    step.kind = name.kind;
-    step.args = name.args;
+    step.name = name;
     step.blocks = blocksText(blocks);
     return transaction.commitStep(step);
 }
 
-std::vector<HistoryEntry> history(const DeviceSQLite& db) {
-    std::vector<HistoryEntry> entries;
-    for (HistoryStep& step : db.readHistory()) entries.push_back(entryOf(std::move(step)));
-    return entries;
-}
+std::vector<HistoryStep> history(const DeviceSQLite& db) { return db.readHistory(); }
+std::optional<HistoryStep> nextUndo(const DeviceSQLite& db) { return db.stepToUndo(); }
+std::optional<HistoryStep> nextRedo(const DeviceSQLite& db) { return db.stepToRedo(); }
 
-std::optional<HistoryEntry> nextUndo(const DeviceSQLite& db) {
-    std::optional<HistoryStep> step = db.stepToUndo();
-    return step ? std::optional(entryOf(std::move(*step))) : std::nullopt;
-}
-
-std::optional<HistoryEntry> nextRedo(const DeviceSQLite& db) {
-    std::optional<HistoryStep> step = db.stepToRedo();
-    return step ? std::optional(entryOf(std::move(*step))) : std::nullopt;
-}
-
-Outcome undo(const Target& target, HistoryEntry& step) { return move(target, true, step); }
-Outcome redo(const Target& target, HistoryEntry& step) { return move(target, false, step); }
+Outcome undo(const Target& target, HistoryStep& step) { return move(target, true, step); }
+Outcome redo(const Target& target, HistoryStep& step) { return move(target, false, step); }
 
 std::string describe(const StepName& name) { return stepText(name.kind, name.args, kLanguageEnglish); }
 
@@ -148,12 +127,12 @@ std::string blocksText(const std::vector<BlockRequest>& blocks) {
     std::string text;
     for (const BlockRequest& b : blocks) {
         if (!text.empty()) text += kBlockSeparator;
-        const char* separator = "";
+        bool first = true;
         for (const std::int64_t v : {std::int64_t{b.kind}, b.profile, b.layer, b.selection, b.set, std::int64_t{b.dark},
                                      switchBits(b.switches)}) {
-            text += separator;
+            if (!first) text += kFieldSeparator;
             text += std::to_string(v);
-            separator = ":";
+            first = false;
         }
     }
     return text;

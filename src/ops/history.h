@@ -9,37 +9,22 @@
 
 namespace qx9::ops {
 
-// A user change as the history names it: a kind ("assign", the ids of i18n/step_texts.cpp) and
-// what it names ("Caps Lock").
-struct StepName {
-    std::string kind;
-    std::vector<std::string> args;
-};
-
 // Commits a transaction begun with DeviceSQLite::beginStep: what it changed becomes one step,
 // named `name`, whose undo and redo send `blocks` again. False when the commit failed.
 bool commitStep(DeviceSQLite::Transaction& transaction, const StepName& name, const std::vector<BlockRequest>& blocks);
 
-// One step of the history.
-struct HistoryEntry {
-    std::int64_t id = 0;
-    StepName name;
-    std::int64_t time = 0;  // seconds since 1970
-    bool done = true;       // false: undone
-};
-
 // The steps, newest first.
-std::vector<HistoryEntry> history(const DeviceSQLite& db);
+std::vector<HistoryStep> history(const DeviceSQLite& db);
 // The step undo would take back, and the one redo would make again.
-std::optional<HistoryEntry> nextUndo(const DeviceSQLite& db);
-std::optional<HistoryEntry> nextRedo(const DeviceSQLite& db);
+std::optional<HistoryStep> nextUndo(const DeviceSQLite& db);
+std::optional<HistoryStep> nextRedo(const DeviceSQLite& db);
 
 // Restores the database as it was before the newest step in force, then sends the blocks that
 // step touched (`step` tells which it was). Refused when there is none, when there is no history,
 // or when another program has changed those rows since (nothing changes then).
-Outcome undo(const Target& target, HistoryEntry& step);
+Outcome undo(const Target& target, HistoryStep& step);
 // Makes the oldest undone step again, as undo does.
-Outcome redo(const Target& target, HistoryEntry& step);
+Outcome redo(const Target& target, HistoryStep& step);
 
 // A colour as a step names it ("#FF4000").
 std::string colourName(std::uint32_t rgb);

@@ -135,8 +135,8 @@ Outcome renameMacro(const Target& target, std::int64_t macro, const std::string&
 
 Outcome deleteMacro(const Target& target, std::int64_t macro) {
     DeviceSQLite::Transaction transaction = target.db.beginStep();
-    const std::string name = macroName(target.db, macro);
     if (!macroExists(target.db, macro)) return Outcome::refused(Reason::kNoMacro, {std::to_string(macro)});
+    const std::string name = macroName(target.db, macro);
     // The macros after it move up a position, and keys name macros by position: the next macro
     // download takes the key map along.
     const std::int64_t deletions = parseConfigInteger(target.db.getConfigData(kSettingsProfile, kMacroDeletions),
@@ -168,7 +168,9 @@ Outcome storeEvents(const Target& target, std::int64_t macro, const std::vector<
                     const std::vector<RecordRow>* loaded) {
     DeviceSQLite::Transaction transaction = target.db.beginStep();
     if (Outcome o = replaceEvents(target, macro, events, loaded); !o) return o;
-    if (!commitStep(transaction, {"record-macro", {macroName(target.db, macro)}}, {})) return Outcome::notStored("the database did not take the macro's events");
+    if (!commitStep(transaction, {"record-macro", {macroName(target.db, macro)}}, {})) {
+        return Outcome::notStored("the database did not take the macro's events");
+    }
     return Outcome::done();
 }
 

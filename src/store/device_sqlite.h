@@ -55,7 +55,6 @@ public:
         // neither reach the files.
         bool commitStep(const HistoryStep& step);
 
-
     private:
         friend class DeviceSQLite;
         Transaction() = default;
@@ -65,7 +64,6 @@ public:
         std::unique_ptr<sqlite::ChangeSession> session_;  // a step's: what it changes
         const sqlite::Connection* connection_ = nullptr;
     };
-
 
     // Without a connection: a guard that does nothing, and whose commit() is false.
     Transaction beginTransaction();

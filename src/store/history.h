@@ -13,14 +13,20 @@ inline constexpr const char* kHistorySuffix = "-history";
 // Steps kept: the oldest beyond this are forgotten as new ones come.
 inline constexpr std::int64_t kHistorySteps = 200;
 
+// A user change as the history names it: a kind ("assign", the ids of i18n/step_texts.cpp) and
+// what it names ("Caps Lock").
+struct StepName {
+    std::string kind;
+    std::vector<std::string> args;
+};
+
 // One step: a user change, as recorded with its transaction.
 struct HistoryStep {
     std::int64_t id = 0;
-    bool done = true;                // in force; false: undone, and the next to redo is the oldest of those
-    std::string kind;                // what kind of change, in the operations' words
-    std::vector<std::string> args;   // what it names (a key, a macro, a value)
-    std::string blocks;              // the blocks it sent, as the operations wrote them down
-    std::int64_t time = 0;           // when, in seconds since 1970
+    bool done = true;        // in force; false: undone, and the next to redo is the oldest of those
+    StepName name;
+    std::string blocks;      // the blocks it sent, as the operations wrote them down
+    std::int64_t time = 0;   // when, in seconds since 1970
 };
 
 // How undoing or redoing a step ended.

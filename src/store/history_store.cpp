@@ -51,8 +51,7 @@ HistoryStep readStep(const sqlite::Statement& row) {
     HistoryStep step;
     step.id = row.integer(0);
     step.done = row.integer(1) != 0;
-    step.kind = row.text(2);
-    step.args = splitArgs(row.text(3));
+    step.name = {row.text(2), splitArgs(row.text(3))};
     step.blocks = row.text(4);
     step.time = row.integer(5);
     return step;
@@ -97,7 +96,7 @@ bool DeviceSQLite::Transaction::commitStep(const HistoryStep& step) {
                 const sqlite::Connection& db = *connection_;
                 db.run("DELETE FROM history.step WHERE done = 0");
                 db.run("INSERT INTO history.step (done, kind, args, blocks, time, changes) VALUES (1, ?1, ?2, ?3, ?4, ?5)",
-                       step.kind, joinArgs(step.args), step.blocks, static_cast<std::int64_t>(std::time(nullptr)),
+                       step.name.kind, joinArgs(step.name.args), step.blocks, static_cast<std::int64_t>(std::time(nullptr)),
                        sqlite::Blob{changes});
                 db.run("DELETE FROM history.step WHERE id <= (SELECT max(id) FROM history.step) - ?1", kHistorySteps);
             } catch (const sqlite::Error& e) {

@@ -147,7 +147,7 @@ TEST_F(HistoryTest, EveryKindOfChangeIsUndoneAndRedoneInTheDatabaseAndOnTheKeybo
         const VirtualQX9Memory shownAfter = keyboard_->memory();
         ASSERT_NE(before, after);
 
-        ops::HistoryEntry step;
+        HistoryStep step;
         ASSERT_TRUE(ops::undo(target(), step)) << ops::describe(ops::undo(target(), step));
         EXPECT_EQ(ops::describe(step.name), name);
         EXPECT_EQ(contents(file_), before);
@@ -180,7 +180,7 @@ TEST_F(HistoryTest, RandomSequencesUndoneToTheEndGiveBackTheStartingDatabase) {
         std::mt19937 random(seed);
         for (int i = 0; i < 25; ++i) changes[random() % changes.size()](t, random);
         const std::string end = contents(file_);
-        ops::HistoryEntry step;
+        HistoryStep step;
         while (ops::nextUndo(db_)->id != seeded) ASSERT_TRUE(ops::undo(t, step)) << ops::describe(step.name);
         EXPECT_EQ(contents(file_), start);
         while (ops::redo(t, step)) {
@@ -196,7 +196,7 @@ TEST_F(HistoryTest, AStepAnotherProgramChangedSinceIsRefusedAndNothingChanges) {
     ASSERT_TRUE(other.updateMacroProfileName(macro_, "Theirs"));
     const std::string before = contents(file_);
     clearWire();
-    ops::HistoryEntry step;
+    HistoryStep step;
     const ops::Outcome o = ops::undo(target(), step);
     EXPECT_EQ(o.reason, ops::Reason::kStepChanged);
     EXPECT_EQ(ops::describe(o), "\"rename macro Mine\" was not undone or redone: another program has changed the same "
@@ -216,7 +216,7 @@ TEST_F(HistoryTest, OnlyStoredChangesTakeStepsAndTheOldestGoBeyondTheLimit) {
     for (std::int64_t i = 0; i < kHistorySteps + 5; ++i) ops::setSpeed({db_}, 1, 1, i % 5);
     EXPECT_EQ(steps(), kHistorySteps);
     // A new change forgets what was undone.
-    ops::HistoryEntry step;
+    HistoryStep step;
     ASSERT_TRUE(ops::undo({db_}, step));
     ASSERT_TRUE(ops::nextRedo(db_));
     ASSERT_TRUE(ops::setSleepTime({db_}, 1, {}));
@@ -231,7 +231,7 @@ TEST(HistoryFile, ADamagedHistoryCostsTheUndoNotTheChange) {
     DeviceSQLite db = DeviceSQLite::atPath(file);
     ASSERT_TRUE(ops::setSleepTime({db}, 2, {}));
     EXPECT_EQ(sqlValue(file.string(), "SELECT value FROM t_configdata WHERE key = 'sleeplight'"), "2");
-    ops::HistoryEntry step;
+    HistoryStep step;
     EXPECT_EQ(ops::undo({db}, step).reason, ops::Reason::kNoHistory);
 }
 
